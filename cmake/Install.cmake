@@ -1,0 +1,1 @@
+# Install rules, the CMake package ca_formatting and the pkg-config file.

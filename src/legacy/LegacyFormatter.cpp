@@ -1,0 +1,1 @@
+#include "ca/formatting/LegacyFormatter.h"
