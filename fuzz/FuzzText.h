@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-/// The fuzzer's bytes as text. The first byte says how: every byte a character, so that the fuzzer reads Ombrel in
-/// its corpus, or two bytes a character, for everything beyond.
+/// The fuzzer's bytes as text. The first byte says how: every byte a character, so that the fuzzer reads
+/// Ombrel in its corpus, or two bytes a character, for everything beyond.
 inline std::u16string makeText(const std::uint8_t* data, std::size_t size) {
     std::u16string text;
     if (size == 0) {
