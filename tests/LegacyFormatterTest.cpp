@@ -236,3 +236,23 @@ TEST(CaFormat, ReturnsARowOfCharacters) {
 
     ca_format(3, nullptr, -1, nullptr);
 }
+
+TEST(CaFormat, ReadsStyleWordsToTheLetter) {
+    const std::u16string text = u"function f\nx\n \nend";
+    const auto format = [&](std::u16string_view functionStyle, std::u16string_view blankStyle) {
+        const auto array = ca_format(text, 1, 9, true, 4, functionStyle, 2, blankStyle);
+        const auto* const data = static_cast<const char16_t*>(array->data);
+        return std::u16string(data, array->dimensions[1]);
+    };
+    const std::u16string all = u"function f\n  x\n\nend";
+    for (const std::u16string_view word :
+         {u"", u"All", u"classicFunctionIndent", u"ClassicFunctionIndent ", u"MixedFunctionInden"}) {
+        EXPECT_EQ(format(word, u"Trim"), all);
+    }
+    for (const std::u16string_view word : {u"", u"ignore", u"Indent ", u"IgnoreX"}) {
+        EXPECT_EQ(format(u"", word), all);
+    }
+    EXPECT_EQ(format(u"ClassicFunctionIndent", u"Ignore"), text);
+    EXPECT_EQ(format(u"MixedFunctionIndent", u"Ignore"), text);
+    EXPECT_EQ(format(u"", u"Indent"), u"function f\n  x\n  \nend");
+}
