@@ -1,5 +1,8 @@
 #include "BenchText.h"
 
+#include <ca/formatting/LegacyFormatter.h>
+#include <ca/lexer/lex.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -21,6 +24,15 @@ std::u16string readWidened(const fs::path& path) {
     return text;
 }
 
+/// Whether other programs can stand behind the text: every block is closed. Behind a file whose functions have no
+/// `end` each level would be deeper than the one before, and the result would be mostly blanks.
+bool isClosed(const std::u16string& text) {
+    using namespace ca::formatting::legacy;
+    LegacyFormatter formatter({1, UINT32_MAX, 1, 4, 4, FunctionStyle::All, BlankLineStyle::Trim});
+    formatter.indentCode(ca::lexer::lex(text));
+    return formatter.nestingStack.empty();
+}
+
 std::u16string readExamples() {
     std::vector<fs::path> paths;
     for (const auto& entry : fs::directory_iterator(fs::path(OMBREL_SOURCE_DIR) / "examples")) {
@@ -31,8 +43,9 @@ std::u16string readExamples() {
     std::sort(paths.begin(), paths.end());
     std::u16string all;
     for (const fs::path& path : paths) {
-        all += readWidened(path);
-        all += u'\n';
+        if (const std::u16string text = readWidened(path); isClosed(text)) {
+            all += text + u'\n';
+        }
     }
     if (all.empty()) {
         throw std::runtime_error("no example programs to measure on");

@@ -2,6 +2,8 @@
 
 #include "legacy/Line.h"
 
+#include <ombrel/hugePages.h>
+
 #include <algorithm>
 
 namespace ca::formatting::legacy {
@@ -67,6 +69,7 @@ std::vector<Token> LegacyFormatter::indentCode(const std::vector<Token>& tokens)
 
     std::vector<Token> result;
     result.reserve(estimateResultSize(tokens));
+    ombrel::adviseHugePages(result.data(), result.capacity() * sizeof(Token));
     std::uint32_t number = 0;
     for (auto begin = tokens.begin(); begin != tokens.end();) {
         const auto end = findLineEnd(begin, tokens.end());
@@ -95,6 +98,7 @@ std::u16string LegacyFormatter::getFormattedText(const std::vector<Token>& token
     }
     std::u16string text;
     text.reserve(length);
+    ombrel::adviseHugePages(text.data(), length * sizeof(char16_t));
     for (const Token& token : tokens) {
         text += token.lexeme;
     }
