@@ -1,14 +1,458 @@
+#include "Lexer.h"
+
+#include "Characters.h"
 #include "ca/lexer/lex.h"
+
+#include <algorithm>
 
 namespace ca::lexer {
 
 std::vector<Token> lex(const std::u16string& text) {
-    std::vector<Token> tokens;
-    if (!text.empty()) {
-        tokens.push_back({TokenType::Unrecognized, text, 1, 1});
+    return Lexer(text).run();
+}
+
+Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.size()) {}
+
+std::vector<Token> Lexer::run() {
+    while (position < size) {
+        lexLine();
     }
-    tokens.push_back({TokenType::EndOfInput, {}, 1, 1});
-    return tokens;
+    emit(TokenType::EndOfInput, position);
+    return std::move(tokens);
+}
+
+bool Lexer::isAtLineEnd(std::size_t index) const {
+    return isLineEnd(at(index)) || index == size;
+}
+
+std::size_t Lexer::skipBlanks(std::size_t index) const {
+    while (isBlank(at(index))) {
+        ++index;
+    }
+    return index;
+}
+
+std::size_t Lexer::skipBlanksAndSeparators(std::size_t index) const {
+    while (isBlank(at(index)) || isSeparator(at(index))) {
+        ++index;
+    }
+    return index;
+}
+
+std::size_t Lexer::skipNameCharacters(std::size_t index) const {
+    while (isNameCharacter(at(index))) {
+        ++index;
+    }
+    return index;
+}
+
+std::size_t Lexer::findLineEnd(std::size_t index) const {
+    while (!isAtLineEnd(index)) {
+        ++index;
+    }
+    return index;
+}
+
+std::size_t Lexer::trimBlanks(std::size_t begin, std::size_t end) const {
+    while (end > begin && isBlank(at(end - 1))) {
+        --end;
+    }
+    return end;
+}
+
+std::u16string_view Lexer::getText(std::size_t begin, std::size_t end) const {
+    return {text + begin, end - begin};
+}
+
+void Lexer::emit(TokenType type, std::size_t end) {
+    if (tokens.size() == tokens.capacity()) {
+        reserveForRest();
+    }
+    tokens.push_back({type, std::u16string(text + position, end - position), line,
+                      static_cast<std::uint32_t>(position - lineStart + 1)});
+    position = end;
+}
+
+/// Makes room for as many tokens as the rest of the text has, should it be like the text so far.
+void Lexer::reserveForRest() {
+    const std::size_t atMost = tokens.size() + (size - position) + 1;
+    const std::size_t atLeast = std::max<std::size_t>(64, tokens.size() + tokens.size() / 2);
+    const double perCharacter =
+        position == 0 ? 0.0 : static_cast<double>(tokens.size()) / static_cast<double>(position);
+    const auto expected = static_cast<std::size_t>(1.05 * perCharacter * static_cast<double>(size));
+    const std::size_t firstGuess = position < 4096 ? std::min<std::size_t>(size / 4, 2048) : expected;
+    tokens.reserve(std::min(atMost, std::max(atLeast, firstGuess)));
+}
+
+void Lexer::emitBlanks() {
+    if (const std::size_t end = skipBlanks(position); end != position) {
+        emit(TokenType::Whitespace, end);
+    }
+}
+
+void Lexer::emitLineEnd() {
+    if (position == size) {
+        return;
+    }
+    if (at(position) == u'\n') {
+        emit(TokenType::LineEnding75, position + 1);
+    } else if (at(position + 1) == u'\n') {
+        emit(TokenType::LineEnding76, position + 2);
+    } else {
+        emit(TokenType::LineEnding77, position + 1);
+    }
+    ++line;
+    lineStart = position;
+}
+
+/// Takes a line of a block comment, its line end included.
+void Lexer::emitWholeLine(TokenType type) {
+    std::size_t end = findLineEnd(position);
+    const bool hasLineEnd = end != size;
+    if (hasLineEnd) {
+        end += at(end) == u'\r' && at(end + 1) == u'\n' ? 2 : 1;
+    }
+    emit(type, end);
+    if (hasLineEnd) {
+        ++line;
+        lineStart = position;
+    }
+}
+
+void Lexer::lexLine() {
+    if (blockComments > 0) {
+        lexBlockCommentLine();
+        return;
+    }
+    const std::size_t code = skipBlanks(position);
+    if (at(code) == u'%') {
+        lexCommentLine(code);
+    } else if (isAtLineEnd(code)) {
+        lexBlankLine();
+    } else {
+        lexCodeLine(code);
+    }
+}
+
+/// Whether `mark`, a block comment's opening or closing, stands at `index` with blanks at most behind it.
+bool Lexer::isLoneOnLine(std::size_t index, std::u16string_view mark) const {
+    return at(index) == mark[0] && at(index + 1) == mark[1] && isAtLineEnd(skipBlanks(index + 2));
+}
+
+void Lexer::lexBlockCommentLine() {
+    const std::size_t first = skipBlanks(position);
+    if (isLoneOnLine(first, u"%{")) {
+        ++blockComments;
+        emitWholeLine(TokenType::BlockCommentOpen);
+    } else if (isLoneOnLine(first, u"%}")) {
+        --blockComments;
+        emitWholeLine(TokenType::BlockCommentClose);
+    } else {
+        emitWholeLine(TokenType::BlockCommentBody);
+    }
+}
+
+/// A comment line changes nothing: what goes on in front of it goes on behind it.
+void Lexer::lexCommentLine(std::size_t percent) {
+    if (isLoneOnLine(percent, u"%{")) {
+        ++blockComments;
+        emitWholeLine(TokenType::BlockCommentOpen);
+        return;
+    }
+    emit(TokenType::LineComment, findLineEnd(percent));
+    emitLineEnd();
+}
+
+void Lexer::lexBlankLine() {
+    emitBlanks();
+    isContinued = false;
+    endStatementLine();
+    emitLineEnd();
+}
+
+void Lexer::lexCodeLine(std::size_t code) {
+    if (brackets.isAnyOpen()) {
+        giveUpUnclosedBrackets(code);
+    }
+    isContinued = false;
+    emitBlanks();
+    if (at(position) == u'!' && mayStartStatement && blocks.holdsStatements()) {
+        beginCode(u'!');
+        emitCode(TokenType::Unmeasured33, trimBlanks(position, findLineEnd(position)));
+    }
+    while (!isAtLineEnd(position)) {
+        if (isInCommand) {
+            lexCommandToken();
+        } else {
+            lexToken();
+        }
+    }
+    if (!isContinued) {
+        endStatementLine();
+    }
+    emitLineEnd();
+}
+
+/// A line end that no continuation stands before ends the statement, unless it ends the row of a matrix.
+void Lexer::endStatementLine() {
+    if (brackets.isListOpen()) {
+        return;
+    }
+    brackets.clear();
+    isInCommand = false;
+    mayStartStatement = true;
+    lastCode = TokenType::EndOfInput;
+    if (header != Header::Spmd) {
+        header = Header::None;
+    }
+}
+
+/// An unclosed bracket would swallow the rest of a file that is being edited. So open brackets are given up
+/// at a line that can't be inside them: one that starts with a keyword of a statement, or holds nothing but
+/// `end` where there is a block for it to close.
+void Lexer::giveUpUnclosedBrackets(std::size_t code) {
+    const std::size_t end = skipNameCharacters(code);
+    const auto keyword = end == code ? std::nullopt : findKeyword(getText(code, end));
+    const bool startsWithKeyword = keyword && isStatementKeyword(keyword->type);
+    if (!startsWithKeyword && (blocksAroundBrackets == 0 || !isLoneEnd(code))) {
+        return;
+    }
+    brackets.clear();
+    header = Header::None;
+    lastCode = TokenType::EndOfInput;
+    mayStartStatement = !isContinued;
+}
+
+bool Lexer::isLoneEnd(std::size_t code) const {
+    const std::size_t begin = skipBlanksAndSeparators(code);
+    const std::size_t end = skipNameCharacters(begin);
+    const std::size_t behind = skipBlanksAndSeparators(end);
+    return getText(begin, end) == u"end" && (isAtLineEnd(behind) || at(behind) == u'%');
+}
+
+void Lexer::lexToken() {
+    const char16_t first = at(position);
+    switch (getClass(first)) {
+    case CharacterClass::Blank:
+        emit(TokenType::Whitespace, skipBlanks(position));
+        return;
+    case CharacterClass::Percent:
+        emit(TokenType::TrailingComment, findLineEnd(position));
+        return;
+    default:
+        break;
+    }
+    if (isContinuation(text + position)) {
+        lexContinuation();
+        return;
+    }
+    beginCode(first);
+    lexCode(first);
+}
+
+/// Blanks, comments and continuations leave it open whether a statement starts; the next code decides.
+void Lexer::beginCode(char16_t first) {
+    switch (header) {
+    case Header::Keyword:
+    case Header::Spmd:
+        header = first == u'(' ? Header::FirstParenthesis : Header::None;
+        break;
+    case Header::Closed:
+        mayStartStatement = isLetter(first) || first == u'[';
+        header = Header::None;
+        break;
+    default:
+        break;
+    }
+    startsStatement = mayStartStatement;
+    mayStartStatement = false;
+}
+
+void Lexer::lexCode(char16_t first) {
+    switch (getClass(first)) {
+    case CharacterClass::Letter:
+        lexWord();
+        return;
+    case CharacterClass::Digit:
+        lexNumber();
+        return;
+    case CharacterClass::SingleQuote:
+        lexQuote();
+        return;
+    case CharacterClass::DoubleQuote:
+        lexString();
+        return;
+    case CharacterClass::Dot:
+        lexDot();
+        return;
+    case CharacterClass::Separator:
+        lexSeparator();
+        return;
+    case CharacterClass::Bracket:
+        lexBracket(first);
+        return;
+    case CharacterClass::Operator:
+        lexOperator();
+        return;
+    default:
+        lexUnrecognized();
+        return;
+    }
+}
+
+void Lexer::emitCode(TokenType type, std::size_t end) {
+    if (startsStatement) {
+        noteStatement(type);
+    }
+    assignments.take(type, getText(position, end), brackets.getDepth(), startsStatement);
+    emit(type, end);
+    lastCode = type;
+}
+
+/// Behind a function's first statement there are no more blocks of arguments.
+void Lexer::noteStatement(TokenType first) {
+    switch (first) {
+    case TokenType::Semicolon:
+    case TokenType::Comma:
+    case TokenType::End:
+    case TokenType::OpeningKeyword26:
+        return;
+    case TokenType::OpenParenthesis:
+        if (assignments.awaitsInputs()) {
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    blocks.noteStatement();
+}
+
+void Lexer::allowStatement() {
+    mayStartStatement = !brackets.isAnyOpen();
+}
+
+/// The three dots, and what the rest of their line says about them.
+void Lexer::lexContinuation() {
+    emit(TokenType::Continuation, position + 3);
+    isContinued = true;
+    emitBlanks();
+    if (!isAtLineEnd(position)) {
+        emit(TokenType::LineTail, findLineEnd(position));
+    }
+}
+
+void Lexer::lexNumber() {
+    const Piece number = scanNumber(text + position);
+    emitCode(number.type, position + number.length);
+}
+
+void Lexer::lexOperator() {
+    const Piece piece = scanOperator(text + position);
+    emitCode(piece.type, position + piece.length);
+}
+
+void Lexer::lexDot() {
+    if (isDigit(at(position + 1))) {
+        lexNumber();
+    } else {
+        lexOperator();
+    }
+}
+
+void Lexer::lexQuote() {
+    if (canBeTransposed()) {
+        lexOperator();
+    } else {
+        lexString();
+    }
+}
+
+/// Whether a quote here is the transpose of what stands directly in front of it.
+bool Lexer::canBeTransposed() const {
+    if (tokens.empty()) {
+        return false;
+    }
+    switch (tokens.back().type) {
+    case TokenType::NameToken27:
+    case TokenType::NameToken28:
+    case TokenType::NumberToken29:
+    case TokenType::NumberToken30:
+    case TokenType::NumberToken99:
+    case TokenType::NumberToken100:
+    case TokenType::CharacterLiteral:
+    case TokenType::StringLiteral:
+    case TokenType::CloseParenthesis:
+    case TokenType::CloseSquareBracket:
+    case TokenType::CloseBrace:
+    case TokenType::PostfixOperator43:
+    case TokenType::PostfixOperator44:
+    case TokenType::EndIndex:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Lexer::lexString() {
+    const TokenType type = at(position) == u'\'' ? TokenType::CharacterLiteral : TokenType::StringLiteral;
+    if (const std::size_t length = scanString(text + position, text + size); length != 0) {
+        emitCode(type, position + length);
+    } else {
+        emitCode(TokenType::Unrecognized, trimBlanks(position, findLineEnd(position)));
+    }
+}
+
+void Lexer::lexSeparator() {
+    emitCode(at(position) == u';' ? TokenType::Semicolon : TokenType::Comma, position + 1);
+    allowStatement();
+}
+
+void Lexer::lexBracket(char16_t bracket) {
+    switch (bracket) {
+    case u'(':
+        openBracket(TokenType::OpenParenthesis);
+        return;
+    case u'[':
+        openBracket(TokenType::OpenSquareBracket);
+        return;
+    case u'{':
+        openBracket(TokenType::OpenBrace);
+        return;
+    case u')':
+        closeBracket(TokenType::CloseParenthesis);
+        return;
+    case u']':
+        closeBracket(TokenType::CloseSquareBracket);
+        return;
+    default:
+        closeBracket(TokenType::CloseBrace);
+        return;
+    }
+}
+
+void Lexer::openBracket(TokenType bracket) {
+    if (!brackets.isAnyOpen()) {
+        blocksAroundBrackets = blocks.getDepth();
+    }
+    emitCode(bracket, position + 1);
+    brackets.open(bracket);
+}
+
+void Lexer::closeBracket(TokenType bracket) {
+    brackets.close(bracket);
+    emitCode(bracket, position + 1);
+    if (header == Header::FirstParenthesis && !brackets.isAnyOpen()) {
+        header = Header::Closed;
+    }
+}
+
+void Lexer::lexUnrecognized() {
+    std::size_t end = position + 1;
+    while (end < size && getClass(at(end)) == CharacterClass::Other) {
+        ++end;
+    }
+    emitCode(TokenType::Unrecognized, end);
 }
 
 } // namespace ca::lexer

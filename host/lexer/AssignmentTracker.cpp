@@ -1,0 +1,146 @@
+#include "AssignmentTracker.h"
+
+namespace ca::lexer {
+
+namespace {
+
+bool isName(TokenType type) {
+    return type == TokenType::NameToken27 || type == TokenType::NameToken28;
+}
+
+/// What may stand outside brackets in a target such as x(1).y{2}.
+bool isPartOfTarget(TokenType type) {
+    switch (type) {
+    case TokenType::NameToken27:
+    case TokenType::NameToken28:
+    case TokenType::Dot:
+    case TokenType::OpenParenthesis:
+    case TokenType::CloseParenthesis:
+    case TokenType::OpenBrace:
+    case TokenType::CloseBrace:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void AssignmentTracker::leaveFunction() {
+    if (scopes.size() > 1) {
+        scopes.pop_back();
+    }
+}
+
+void AssignmentTracker::advance(TokenType type, std::u16string_view lexeme, std::size_t depth,
+                                bool startsStatement) {
+    const bool opensInputs = awaitsInputs() && type == TokenType::OpenParenthesis;
+    if (type == TokenType::Function) {
+        scopes.emplace_back();
+        phase = Phase::FunctionHead;
+    } else if (type == TokenType::OpeningKeyword3 || type == TokenType::OpeningKeyword5) {
+        phase = Phase::SingleName;
+    } else if (type == TokenType::Global || type == TokenType::Persistent) {
+        phase = Phase::Declaration;
+    } else if (startsStatement && !opensInputs) {
+        phase = startStatement(type, lexeme);
+    } else {
+        phase = getNextPhase(type, lexeme, depth);
+    }
+}
+
+AssignmentTracker::Phase AssignmentTracker::startStatement(TokenType type, std::u16string_view lexeme) {
+    targets.clear();
+    if (isName(type)) {
+        targets.push_back(lexeme);
+        return Phase::Target;
+    }
+    return type == TokenType::OpenSquareBracket ? Phase::TargetList : Phase::Idle;
+}
+
+AssignmentTracker::Phase AssignmentTracker::getNextPhase(TokenType type, std::u16string_view lexeme,
+                                                         std::size_t depth) {
+    switch (phase) {
+    case Phase::Idle:
+        return Phase::Idle;
+    case Phase::Target:
+        return takeTargetToken(type, depth);
+    case Phase::TargetList:
+        return takeListToken(type, lexeme, depth);
+    case Phase::ListClosed:
+        return type == TokenType::Assign ? assignTargets() : Phase::Idle;
+    case Phase::SingleName:
+        return isName(type)                         ? assign(lexeme, Phase::Idle)
+               : type == TokenType::OpenParenthesis ? Phase::SingleName
+                                                    : Phase::Idle;
+    case Phase::Declaration:
+        return isName(type) ? assign(lexeme, Phase::Declaration) : Phase::Idle;
+    case Phase::Inputs:
+        return isName(type) ? assign(lexeme, Phase::Inputs) : depth == 0 ? Phase::Idle : Phase::Inputs;
+    default:
+        return takeHeadToken(type, lexeme);
+    }
+}
+
+AssignmentTracker::Phase AssignmentTracker::takeTargetToken(TokenType type, std::size_t depth) {
+    if (depth > 0) {
+        return Phase::Target;
+    }
+    if (type == TokenType::Assign) {
+        return assignTargets();
+    }
+    return isPartOfTarget(type) ? Phase::Target : Phase::Idle;
+}
+
+AssignmentTracker::Phase AssignmentTracker::takeListToken(TokenType type, std::u16string_view lexeme,
+                                                          std::size_t depth) {
+    if (depth == 0 && type == TokenType::CloseSquareBracket) {
+        return Phase::ListClosed;
+    }
+    if (depth == 1 && isName(type) && previous != TokenType::Dot) {
+        targets.push_back(lexeme);
+    }
+    return Phase::TargetList;
+}
+
+/// The head of a function up to its inputs: function [a, b] = name(…), function a = name(…), function
+/// name(…).
+AssignmentTracker::Phase AssignmentTracker::takeHeadToken(TokenType type, std::u16string_view lexeme) {
+    if (type == TokenType::OpenParenthesis && awaitsInputs()) {
+        return Phase::Inputs;
+    }
+    switch (phase) {
+    case Phase::FunctionHead:
+        if (isName(type)) {
+            targets.assign(1, lexeme);
+            return Phase::FirstHeadName;
+        }
+        return type == TokenType::OpenSquareBracket ? Phase::Outputs : Phase::Idle;
+    case Phase::FirstHeadName:
+        if (type == TokenType::Assign) {
+            return assign(targets.front(), Phase::FunctionName);
+        }
+        return type == TokenType::Dot || isName(type) ? Phase::FirstHeadName : Phase::Idle;
+    case Phase::Outputs:
+        if (type == TokenType::Assign) {
+            return Phase::FunctionName;
+        }
+        return isName(type) ? assign(lexeme, Phase::Outputs) : Phase::Outputs;
+    default:
+        return type == TokenType::Dot || isName(type) ? Phase::FunctionName : Phase::Idle;
+    }
+}
+
+AssignmentTracker::Phase AssignmentTracker::assignTargets() {
+    for (const std::u16string_view target : targets) {
+        scopes.back().add(target);
+    }
+    return Phase::Idle;
+}
+
+AssignmentTracker::Phase AssignmentTracker::assign(std::u16string_view name, Phase next) {
+    scopes.back().add(name);
+    return next;
+}
+
+} // namespace ca::lexer

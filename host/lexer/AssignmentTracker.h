@@ -1,0 +1,74 @@
+#pragma once
+
+#include "AssignedNames.h"
+#include "ca/lexer/Token.h"
+
+#include <string_view>
+#include <vector>
+
+namespace ca::lexer {
+
+/// Finds the names that a program assigns, token by token: targets of assignments, outputs and inputs of
+/// functions, loop variables, caught errors, global and persistent names. Whether `a -b` is a command hangs
+/// on them.
+///
+/// Each function has names of its own; the script around the functions has too.
+class AssignmentTracker {
+public:
+    AssignmentTracker() : scopes(1) {}
+
+    /// Takes the next token of code. `depth` is the number of brackets open around it, a bracket itself not
+    /// counted; `startsStatement` tells that a statement may start with it.
+    void take(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement) {
+        if (phase != Phase::Idle || startsStatement || type <= TokenType::SecondaryKeyword16) {
+            advance(type, lexeme, depth, startsStatement);
+        }
+        previous = type;
+    }
+
+    /// The next name is the error that a `catch` names.
+    void expectCaughtName() { phase = Phase::SingleName; }
+
+    /// A function's `end` has gone by: back to the names of what is around it.
+    void leaveFunction();
+
+    bool isAssigned(std::u16string_view name) { return scopes.back().contains(name); }
+
+    /// True between a function's name and what comes behind it. A `(` that is the next code opens the inputs,
+    /// on a later line too.
+    bool awaitsInputs() const { return phase == Phase::FirstHeadName || phase == Phase::FunctionName; }
+
+    /// True behind the `=` of a function's outputs.
+    bool isBehindOutputs() const { return phase == Phase::FunctionName && previous == TokenType::Assign; }
+
+private:
+    enum class Phase {
+        Idle,          ///< nothing that comes can be a target
+        Target,        ///< in a statement that started with a name
+        TargetList,    ///< inside the [ that a statement started with
+        ListClosed,    ///< behind its ]
+        SingleName,    ///< in front of a loop variable or a caught error
+        Declaration,   ///< behind global or persistent
+        FunctionHead,  ///< behind function
+        FirstHeadName, ///< behind a name that is the output or the function's own
+        Outputs,       ///< inside the brackets of the outputs, or behind them
+        FunctionName,  ///< behind the = of the outputs
+        Inputs,        ///< inside the parentheses of the inputs
+    };
+
+    void advance(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement);
+    Phase startStatement(TokenType type, std::u16string_view lexeme);
+    Phase getNextPhase(TokenType type, std::u16string_view lexeme, std::size_t depth);
+    Phase takeTargetToken(TokenType type, std::size_t depth);
+    Phase takeListToken(TokenType type, std::u16string_view lexeme, std::size_t depth);
+    Phase takeHeadToken(TokenType type, std::u16string_view lexeme);
+    Phase assignTargets();
+    Phase assign(std::u16string_view name, Phase next);
+
+    Phase phase = Phase::Idle;
+    TokenType previous = TokenType::EndOfInput; ///< token of code
+    std::vector<std::u16string_view> targets;   ///< of this statement, if it turns out to be an assignment
+    std::vector<AssignedNames> scopes;
+};
+
+} // namespace ca::lexer

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ca/lexer/Token.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace ca::lexer {
+
+/// Where a word is a keyword.
+enum class KeywordPlace : std::uint8_t {
+    Anywhere,        ///< reserved
+    ClassMember,     ///< where a member may start directly inside a class
+    FunctionStart,   ///< arguments, before a function's first other statement
+    ImportStatement, ///< import, at the start of a statement, in front of words
+};
+
+struct Keyword {
+    TokenType type; ///< `End` for the word end, whatever it turns out to be
+    KeywordPlace place;
+};
+
+/// The keyword spelled `word`, wherever it stands.
+std::optional<Keyword> findKeyword(std::u16string_view word);
+
+/// The keywords that no expression can go on behind when they begin a line: they tell that the brackets still
+/// open were never closed.
+bool isStatementKeyword(TokenType type);
+
+bool opensBlock(TokenType type);
+
+} // namespace ca::lexer

@@ -1,0 +1,48 @@
+#include "Nesting.h"
+
+namespace ca::lexer {
+
+void Brackets::open(TokenType bracket) {
+    stack.push_back(bracket);
+    ++counts[getSlot(bracket)];
+}
+
+void Brackets::close(TokenType closingBracket) {
+    const auto partner = static_cast<TokenType>(static_cast<int>(closingBracket) - 1);
+    if (count(partner) == 0) {
+        return;
+    }
+    TokenType closed;
+    do {
+        closed = stack.back();
+        --counts[getSlot(closed)];
+        stack.pop_back();
+    } while (closed != partner);
+}
+
+void Brackets::clear() {
+    stack.clear();
+    counts.fill(0);
+}
+
+bool Blocks::holdsStatements() const {
+    switch (getInnermost()) {
+    case TokenType::ClassLevelKeyword20:
+    case TokenType::OpeningKeyword21:
+    case TokenType::ClassLevelKeyword22:
+    case TokenType::OpeningKeyword23:
+    case TokenType::OpeningKeyword24:
+    case TokenType::OpeningKeyword26:
+        return false;
+    default:
+        return true;
+    }
+}
+
+TokenType Blocks::close() {
+    const TokenType keyword = stack.back().keyword;
+    stack.pop_back();
+    return keyword;
+}
+
+} // namespace ca::lexer

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "ca/lexer/Token.h"
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace ca::lexer {
+
+/// The open brackets, innermost last.
+class Brackets {
+public:
+    bool isAnyOpen() const { return !stack.empty(); }
+
+    /// Whether a line end closes nothing: a matrix or a brace is open, at any depth.
+    bool isListOpen() const { return count(TokenType::OpenSquareBracket) + count(TokenType::OpenBrace) > 0; }
+
+    std::size_t getDepth() const { return stack.size(); }
+
+    void open(TokenType bracket);
+
+    /// Closes the innermost bracket that `closingBracket` fits and all that was opened inside it; nothing if
+    /// there is none. All closings together take time in proportion to the openings.
+    void close(TokenType closingBracket);
+
+    void clear();
+
+private:
+    std::size_t count(TokenType bracket) const { return counts[getSlot(bracket)]; }
+
+    /// Opening brackets have every other number from 37, each in front of its partner.
+    static std::size_t getSlot(TokenType openBracket) {
+        return static_cast<std::size_t>(openBracket) - static_cast<std::size_t>(TokenType::OpenParenthesis);
+    }
+
+    std::vector<TokenType> stack;
+    std::array<std::size_t, 5> counts{};
+};
+
+/// The open blocks, innermost last.
+class Blocks {
+public:
+    bool isAnyOpen() const { return !stack.empty(); }
+
+    std::size_t getDepth() const { return stack.size(); }
+
+    /// Opening keyword of the innermost block, `EndOfInput` outside of all.
+    TokenType getInnermost() const { return stack.empty() ? TokenType::EndOfInput : stack.back().keyword; }
+
+    /// Whether statements may stand here: in scripts, functions and the blocks inside them. What stands in a
+    /// class or in its blocks are members.
+    bool holdsStatements() const;
+
+    /// Whether the innermost block is a function that has had no statement of its own yet.
+    bool isAtFunctionStart() const {
+        return getInnermost() == TokenType::Function && !stack.back().hasStatement;
+    }
+
+    void noteStatement() {
+        if (!stack.empty()) {
+            stack.back().hasStatement = true;
+        }
+    }
+
+    void open(TokenType keyword) { stack.push_back({keyword, false}); }
+
+    /// Closes the innermost block, which has to be there, and returns its opening keyword.
+    TokenType close();
+
+private:
+    struct Block {
+        TokenType keyword;
+        bool hasStatement;
+    };
+
+    std::vector<Block> stack;
+};
+
+} // namespace ca::lexer

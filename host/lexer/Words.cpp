@@ -1,0 +1,228 @@
+// Words: names, keywords by their place, and the statements that are a name and plain words, called commands:
+//
+//     hold on          a command: a letter follows the blanks
+//     a -b             a command, unless `a` has been assigned
+//     a - b            no command: a blank follows the operator
+//     x (1)            no command: brackets never start a word
+
+#include "Characters.h"
+#include "Lexer.h"
+
+#include <unicode/uchar.h>
+
+namespace ca::lexer {
+
+void Lexer::lexWord() {
+    const std::size_t end = skipNameCharacters(position);
+    const std::u16string_view word = getText(position, end);
+    const std::optional<Keyword> keyword = findKeyword(word);
+    if (keyword && isKeywordHere(*keyword, end)) {
+        lexKeyword(keyword->type, end);
+        return;
+    }
+    isInCommand = startsStatement && blocks.holdsStatements() && isCommand(word, end);
+    emitCode(keyword ? TokenType::NameToken28 : TokenType::NameToken27, end);
+}
+
+bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
+    if (!tokens.empty() && tokens.back().type == TokenType::Dot) {
+        return false;
+    }
+    switch (keyword.place) {
+    case KeywordPlace::ClassMember:
+        return startsStatement && blocks.getInnermost() == TokenType::ClassLevelKeyword20;
+    case KeywordPlace::FunctionStart:
+        return startsStatement && blocks.isAtFunctionStart() && isArgumentsLine(end);
+    case KeywordPlace::ImportStatement:
+        return startsStatement && blocks.holdsStatements() && isImport(end);
+    default:
+        return !isNamedLikeKeyword(end);
+    }
+}
+
+/// A function, a method above all, may be called like a reserved word: function n = end(obj, k, count).
+bool Lexer::isNamedLikeKeyword(std::size_t end) const {
+    const bool isBehindDeclaredOutput = lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
+                                        blocks.getInnermost() == TokenType::ClassLevelKeyword22;
+    if (lastCode != TokenType::Function && !assignments.isBehindOutputs() && !isBehindDeclaredOutput) {
+        return false;
+    }
+    const std::size_t next = skipBlanks(end);
+    return at(next) == u'(' || at(next) == u'%' || isSeparator(at(next)) || isAtLineEnd(next);
+}
+
+bool Lexer::isArgumentsLine(std::size_t end) const {
+    std::size_t next = skipBlanks(end);
+    if (at(next) == u'(') {
+        next = skipParentheses(next);
+    }
+    next = skipBlanksAndSeparators(next);
+    return at(next) == u'%' || isAtLineEnd(next);
+}
+
+/// Behind the parenthesis that closes the one at `index`, or the line end if there is none.
+std::size_t Lexer::skipParentheses(std::size_t index) const {
+    std::size_t depth = 0;
+    for (; !isAtLineEnd(index); ++index) {
+        if (isContinuation(text + index)) {
+            index = findLineEnd(index);
+            index += at(index) == u'\r' && at(index + 1) == u'\n' ? 1 : 0;
+            if (index >= size) {
+                return size;
+            }
+        } else if (at(index) == u'(') {
+            ++depth;
+        } else if (at(index) == u')' && --depth == 0) {
+            return index + 1;
+        }
+    }
+    return index;
+}
+
+bool Lexer::isImport(std::size_t end) const {
+    const std::size_t next = skipBlanks(end);
+    return next != end && isLetter(at(next));
+}
+
+void Lexer::lexKeyword(TokenType type, std::size_t end) {
+    if (type == TokenType::End) {
+        lexEnd(end);
+        return;
+    }
+    emitCode(type, end);
+    if (opensBlock(type)) {
+        blocks.open(type);
+    }
+    switch (type) {
+    case TokenType::Import:
+        isInCommand = true;
+        return;
+    case TokenType::SecondaryKeyword16:
+        if (namesCaughtError(end)) {
+            assignments.expectCaughtName();
+        } else {
+            allowStatement();
+        }
+        return;
+    case TokenType::SecondaryKeyword9:
+    case TokenType::SecondaryIndentedKeyword19:
+    case TokenType::OpeningKeyword13:
+        allowStatement();
+        return;
+    case TokenType::OpeningKeyword25:
+        allowStatement();
+        header = mayStartStatement ? Header::Spmd : Header::None;
+        return;
+    case TokenType::OpeningKeyword3:
+    case TokenType::OpeningKeyword4:
+    case TokenType::OpeningKeyword5:
+    case TokenType::OpeningKeyword7:
+    case TokenType::SecondaryKeyword10:
+    case TokenType::SecondaryIndentedKeyword18:
+        header = brackets.isAnyOpen() ? Header::None : Header::Keyword;
+        return;
+    default:
+        return;
+    }
+}
+
+/// `end` closes a block only outside brackets; inside them it is the last index.
+void Lexer::lexEnd(std::size_t end) {
+    if (brackets.isAnyOpen() || !blocks.isAnyOpen()) {
+        emitCode(TokenType::EndIndex, end);
+        return;
+    }
+    emitCode(TokenType::End, end);
+    if (blocks.close() == TokenType::Function) {
+        assignments.leaveFunction();
+    }
+    allowStatement();
+}
+
+/// Whether the `catch` that ends at `end` takes the name behind it: the name stands alone on the rest of its
+/// line.
+bool Lexer::namesCaughtError(std::size_t end) const {
+    const std::size_t begin = skipBlanks(end);
+    if (!isLetter(at(begin))) {
+        return false;
+    }
+    const std::size_t nameEnd = skipNameCharacters(begin);
+    const std::optional<Keyword> keyword = findKeyword(getText(begin, nameEnd));
+    const std::size_t next = skipBlanks(nameEnd);
+    const bool endsStatement = at(next) == u'%' || isSeparator(at(next)) || isAtLineEnd(next);
+    return endsStatement && !(keyword && keyword->place == KeywordPlace::Anywhere);
+}
+
+/// Whether the name that ends at `end` and starts a statement starts a command.
+bool Lexer::isCommand(std::u16string_view name, std::size_t end) {
+    const std::size_t next = skipBlanks(end);
+    if (next == end) {
+        return false;
+    }
+    return isCommandWord(next) || (isCommandOperator(next) && !assignments.isAssigned(name));
+}
+
+/// Whether what stands at `index` can only be a word, whatever the name in front of it means.
+bool Lexer::isCommandWord(std::size_t index) const {
+    const char16_t first = at(index);
+    if (isNameCharacter(first)) {
+        return !blocks.isAnyOpen() || getText(index, skipNameCharacters(index)) != u"end";
+    }
+    if (first == u'.') {
+        return isDigit(at(index + 1)) || (at(index + 1) == u'.' && at(index + 2) != u'.');
+    }
+    return first == u'\'' || first == u'"' || (first >= 0x80 && u_isalpha(first));
+}
+
+/// Whether an operator stands at `index` that sticks to what is behind it.
+bool Lexer::isCommandOperator(std::size_t index) const {
+    const Piece piece = scanOperator(text + index);
+    if (piece.length == 0 || piece.type == TokenType::Assign ||
+        piece.type == TokenType::ComparisonOperator67) {
+        return false;
+    }
+    const std::size_t next = index + piece.length;
+    return !isBlank(at(next)) && !endsWords(next);
+}
+
+/// Whether a command's words are over at `index`, for good or until the next line.
+bool Lexer::endsWords(std::size_t index) const {
+    return isSeparator(at(index)) || at(index) == u'%' || isContinuation(text + index) || isAtLineEnd(index);
+}
+
+void Lexer::lexCommandToken() {
+    const char16_t first = at(position);
+    if (isSeparator(first)) {
+        isInCommand = false;
+    }
+    if (isBlank(first) || endsWords(position)) {
+        lexToken();
+    } else {
+        startsStatement = false;
+        emitCode(TokenType::CommandWord, findWordEnd());
+    }
+}
+
+std::size_t Lexer::findWordEnd() const {
+    std::size_t end = position;
+    while (!isBlank(at(end)) && !endsWords(end)) {
+        end = skipQuoted(end) + 1;
+    }
+    return end;
+}
+
+/// The closing quote of the quoted part that starts at `index`; `index` itself if there is no such part. A
+/// line has at most one unclosed quote of each kind, so the look-ahead stays linear.
+std::size_t Lexer::skipQuoted(std::size_t index) const {
+    const char16_t quote = at(index);
+    if (quote != u'\'' && quote != u'"') {
+        return index;
+    }
+    std::size_t end = index + 1;
+    while (at(end) != quote && !isAtLineEnd(end)) {
+        ++end;
+    }
+    return isAtLineEnd(end) ? index : end;
+}
+
+} // namespace ca::lexer
