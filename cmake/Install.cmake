@@ -1,1 +1,33 @@
-# Install rules, the CMake package ca_formatting and the pkg-config file.
+# Install rules, the CMake package ca_formatting and the pkg-config file. Headers of the library go to
+# <include>/ca, those of the host to <include>/ombrel, which is a folder to search: a user writes
+# <ca/formatting/ca_format.h> and <ca/lexer/Token.h> as we do.
+include(CMakePackageConfigHelpers)
+
+set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ca_formatting)
+set(pkgConfigDir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(TARGETS ca_formatting EXPORT ca_formattingTargets)
+install(DIRECTORY include/ca DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(TARGET ombrel_host)
+    install(TARGETS ombrel_host EXPORT ca_formattingTargets)
+    install(DIRECTORY host/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ombrel)
+    set(hostLibrary "-lombrel_host") # a host of another package is that package's to link
+endif()
+
+foreach(target ombrel-format ombrel-dump ca_formatting_devtools)
+    if(TARGET ${target})
+        install(TARGETS ${target})
+    endif()
+endforeach()
+
+install(EXPORT ca_formattingTargets NAMESPACE ca_formatting:: DESTINATION ${packageDir})
+configure_package_config_file(cmake/ca_formattingConfig.cmake.in ca_formattingConfig.cmake
+    INSTALL_DESTINATION ${packageDir})
+write_basic_package_version_file(ca_formattingConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ca_formattingConfig.cmake
+    ${PROJECT_BINARY_DIR}/ca_formattingConfigVersion.cmake DESTINATION ${packageDir})
+
+# The .pc file finds the prefix from its own place, so that an installed tree can be moved.
+file(RELATIVE_PATH prefixFromPkgConfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(packaging/ca_formatting.pc.in ca_formatting.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ca_formatting.pc DESTINATION ${pkgConfigDir})

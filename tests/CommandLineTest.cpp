@@ -125,7 +125,8 @@ TEST_F(CommandLine, FormatsRangesInAscendingOrder) {
 }
 
 TEST_F(CommandLine, RefusesImpossibleRanges) {
-    for (const char* range : {"5:3", "0:4", "a:b", "3", "3:", ":3", "1:2:3", "-1:2", "1:4294967296", " 1:2", ""}) {
+    for (const char* range :
+         {"5:3", "0:4", "a:b", "3", "3:", ":3", "1:2:3", "-1:2", "1:4294967296", " 1:2", ""}) {
         expectUsageError({"--lines", range}, "expected A:B");
     }
     const Outcome outcome = call({"--lines", "1:1", "--lines", "5:9"}, ugly);
@@ -140,7 +141,8 @@ TEST_F(CommandLine, PassesEveryLineOption) {
     EXPECT_EQ(call({"--use-tabs", "--indent-size", "6"}, ugly).out, "if a\n\t  x=1;\nend\n");
     EXPECT_EQ(call({"--tab-size=2", "--lines", "2:2"}, "\tif a\nx\n").out, "\tif a\n      x\n");
     const std::string nested = "function f\nx\nfunction g\ny\nend\nend\n";
-    EXPECT_EQ(call({"--function-style", "classic"}, nested).out, "function f\nx\n    function g\n    y\n    end\nend\n");
+    EXPECT_EQ(call({"--function-style", "classic"}, nested).out,
+              "function f\nx\n    function g\n    y\n    end\nend\n");
     EXPECT_EQ(call({"--function-style", "mixed"}, nested).out,
               "function f\nx\n    function g\n        y\n    end\nend\n");
     EXPECT_EQ(call({"--blank-lines", "trim"}, "if a\n  \nend").out, "if a\n\nend");
@@ -173,10 +175,10 @@ TEST_F(CommandLine, RefusesInvalidUtf8WithItsPlace) {
     };
     const Row rows[] = {
         {"\xFF", "1:1"},
-        {"\xEF\xBB\xBF\xFF", "1:1"},               // a byte-order mark is no character of the text
+        {"\xEF\xBB\xBF\xFF", "1:1"},                      // a byte-order mark is no character of the text
         {"a\r\n\xC3\xA4\xF0\x9F\x98\x80\xC0\xAF", "2:4"}, // an overlong form, behind three 16-bit characters
-        {"a\rb\n\xED\xA0\x80", "3:1"},             // half a surrogate pair
-        {"ab\xE2\x82", "1:3"},                     // cut off by the end
+        {"a\rb\n\xED\xA0\x80", "3:1"},                    // half a surrogate pair
+        {"ab\xE2\x82", "1:3"},                            // cut off by the end
         {std::string("\0\xF5", 2), "1:2"},
     };
     for (const Row& row : rows) {
@@ -185,8 +187,9 @@ TEST_F(CommandLine, RefusesInvalidUtf8WithItsPlace) {
         EXPECT_EQ(outcome.out, "");
         EXPECT_EQ(outcome.err.find("<stdin>:" + row.place + ": error: this is not UTF-8"), 0U) << outcome.err;
     }
-    EXPECT_EQ(call({}, "a\n\tb\x1B\xFFz\n").err, "<stdin>:2:4: error: this is not UTF-8: the byte 0xFF can't stand "
-                                                 "here\n  \tb?\xEF\xBF\xBDz\n  \t  ^\n");
+    EXPECT_EQ(call({}, "a\n\tb\x1B\xFFz\n").err,
+              "<stdin>:2:4: error: this is not UTF-8: the byte 0xFF can't stand "
+              "here\n  \tb?\xEF\xBF\xBDz\n  \t  ^\n");
 }
 
 TEST_F(CommandLine, LargestStatusWinsAndOtherFilesGoOn) {
@@ -203,7 +206,8 @@ TEST_F(CommandLine, LargestStatusWinsAndOtherFilesGoOn) {
 
 TEST_F(CommandLine, RefusesRunawayIndentation) {
     const std::string text = "x = [ if y\nend\nend\n]\nz\n";
-    const Outcome outcome = call({"--stdin-filename", "deep"}, "x = [if y\n1]\nend\nif z, x = [\nend\n" + text);
+    const Outcome outcome =
+        call({"--stdin-filename", "deep"}, "x = [if y\n1]\nend\nif z, x = [\nend\n" + text);
     EXPECT_TRUE(outcome.status == 0 || outcome.err.find("would be indented by") != std::string::npos);
 }
 

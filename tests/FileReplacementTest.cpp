@@ -151,12 +151,16 @@ TEST_F(FileReplacement, DumpPrintsTokensAsJson) {
     const std::string program = "'" OMBREL_DUMP_PROGRAM "' ";
     const std::string out = " > '" + (folder / "out").string() + "' 2>&1";
     ASSERT_EQ(std::system(("printf 'x\\n' | " + program + "tokens" + out).c_str()), 0);
-    EXPECT_EQ(read(folder / "out"),
-              R"([)" "\n"
-              R"({"type":27,"name":"NameToken27","lexeme":"x","line":1,"column":1},)" "\n"
-              R"({"type":75,"name":"LineEnding75","lexeme":"\n","line":1,"column":2},)" "\n"
-              R"({"type":0,"name":"EndOfInput","lexeme":"","line":2,"column":1})" "\n"
-              R"(])" "\n");
+    EXPECT_EQ(read(folder / "out"), R"([)"
+                                    "\n"
+                                    R"({"type":27,"name":"NameToken27","lexeme":"x","line":1,"column":1},)"
+                                    "\n"
+                                    R"({"type":75,"name":"LineEnding75","lexeme":"\n","line":1,"column":2},)"
+                                    "\n"
+                                    R"({"type":0,"name":"EndOfInput","lexeme":"","line":2,"column":1})"
+                                    "\n"
+                                    R"(])"
+                                    "\n");
     EXPECT_EQ(WEXITSTATUS(std::system((program + "tokes" + out).c_str())), 2);
     EXPECT_NE(read(folder / "out").find("did you mean tokens?"), std::string::npos);
 }

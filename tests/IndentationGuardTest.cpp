@@ -36,7 +36,8 @@ TEST(IndentationGuard, FindsRunawayTexts) {
     EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"else\n", 30'000)), makeSettings(4)));
     EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"if a\ncase end\n", 30'000)), makeSettings(4)));
     EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"[\ncase ]\n", 30'000)), makeSettings(4)));
-    const auto total = findRunawayIndentation(lex(repeat(u"if a\n", 900) + repeat(u"x\n", 50'000)), makeSettings(64));
+    const auto total =
+        findRunawayIndentation(lex(repeat(u"if a\n", 900) + repeat(u"x\n", 50'000)), makeSettings(64));
     ASSERT_TRUE(total);
     EXPECT_EQ(total->width, 57'600U);
 }
@@ -51,10 +52,10 @@ TEST(IndentationGuard, CountsLinesInFrontOfTheRange) {
 }
 
 TEST(IndentationGuard, AgreesWithTheFormatterOnTokenSoup) {
-    const std::u16string_view words[] = {u"if a",  u"for i=1", u"switch x", u"case 1", u"else",   u"catch",  u"end",
-                                         u"[",     u"]",       u"{",        u"}",      u"\n",     u"\n",     u"\n",
-                                         u"...\n", u"\n  ",    u"x",        u"%c\n",   u"\n%{\n", u"\n%}\n", u"function f",
-                                         u"classdef A", u"methods", u", ",  u"try"};
+    const std::u16string_view words[] = {
+        u"if a",   u"for i=1", u"switch x",   u"case 1",     u"else",    u"catch", u"end",  u"[", u"]",
+        u"{",      u"}",       u"\n",         u"\n",         u"\n",      u"...\n", u"\n  ", u"x", u"%c\n",
+        u"\n%{\n", u"\n%}\n",  u"function f", u"classdef A", u"methods", u", ",    u"try"};
     std::minstd_rand random(1);
     int runaways = 0;
     for (int round = 0; round < 2'000; ++round) {
@@ -73,7 +74,8 @@ TEST(IndentationGuard, AgreesWithTheFormatterOnTokenSoup) {
         }
         LegacyFormatter formatter(settings);
         for (const auto& line : formatter.getLines(formatter.indentCode(tokens))) {
-            const std::size_t width = std::min(line[0].lexeme.find_first_not_of(u" \t"), line[0].lexeme.size());
+            const std::size_t width =
+                std::min(line[0].lexeme.find_first_not_of(u" \t"), line[0].lexeme.size());
             ASSERT_LE(width, ombrel::maximalIndentation);
         }
     }

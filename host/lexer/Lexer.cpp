@@ -2,6 +2,7 @@
 
 #include "Characters.h"
 #include "ca/lexer/lex.h"
+#include "ombrel/hugePages.h"
 
 #include <algorithm>
 
@@ -82,6 +83,7 @@ void Lexer::reserveForRest() {
     const auto expected = static_cast<std::size_t>(1.05 * perCharacter * static_cast<double>(size));
     const std::size_t firstGuess = position < 4096 ? std::min<std::size_t>(size / 4, 2048) : expected;
     tokens.reserve(std::min(atMost, std::max(atLeast, firstGuess)));
+    ombrel::adviseHugePages(tokens.data(), tokens.capacity() * sizeof(Token));
 }
 
 void Lexer::emitBlanks() {

@@ -43,7 +43,7 @@ struct Settings {
 ///
 /// One object serves one file, once, on one thread. Apart from memory there are no errors; a `tabSize` of 0
 /// breaks the contract. All members are public so that each step can be used and tested alone. A *line* is a
-/// vector of tokens that ends in the token that ended it.
+/// vector of tokens that ends in the token that ended it, and is never empty.
 class CA_FORMATTING_API LegacyFormatter {
 public:
     explicit LegacyFormatter(Settings settings);

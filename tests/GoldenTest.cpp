@@ -1,0 +1,99 @@
+#include "support/GoldenFile.h"
+#include "support/LineFormatting.h"
+#include "support/TokenContractChecker.h"
+
+#include <ca/lexer/lex.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+// Every case of the golden files is a test of its own, named by its file and line, and runs more checks than
+// it states: the rules of the token list, a second run, and what the formatter may change at all.
+
+using ca::lexer::Token;
+
+namespace ca::lexer {
+
+static bool operator==(const Token& a, const Token& b) {
+    return a.type == b.type && a.lexeme == b.lexeme && a.line == b.line && a.column == b.column;
+}
+
+static void PrintTo(const Token& token, std::ostream* stream) {
+    *stream << getTokenTypeName(token.type) << " at " << token.line << ':' << token.column << " '"
+            << showGoldenText(token.lexeme) << '\'';
+}
+
+} // namespace ca::lexer
+
+static void PrintTo(const GoldenCase& golden, std::ostream* stream) {
+    *stream << golden.path.filename().string() << ':' << golden.line << ' ' << golden.sentence;
+}
+
+namespace {
+
+std::filesystem::path getGoldenFolder(const char* name) {
+    return std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden" / name;
+}
+
+void updateLineFile(GoldenFile& file) {
+    for (GoldenCase& golden : file.cases) {
+        for (GoldenResult& result : golden.results) {
+            result.text = formatLines(golden.input, readLineOptions(result.options));
+        }
+    }
+    writeGoldenFile(file);
+}
+
+/// With OMBREL_UPDATE_GOLDEN set, what the formatter does now becomes what the files want.
+std::vector<GoldenCase> loadCases(const char* folder) {
+    std::vector<GoldenCase> cases;
+    for (GoldenFile& file : readGoldenFolder(getGoldenFolder(folder))) {
+        if (std::getenv("OMBREL_UPDATE_GOLDEN") != nullptr) {
+            updateLineFile(file);
+        }
+        std::move(file.cases.begin(), file.cases.end(), std::back_inserter(cases));
+    }
+    return cases;
+}
+
+/// "tests/golden/line/if.txt:12" is named "if_12".
+std::string getCaseName(const testing::TestParamInfo<GoldenCase>& info) {
+    return info.param.path.stem().string() + "_" + std::to_string(info.param.line);
+}
+
+/// The end of a text behind a block comment without a line end is a line of its own for the formatter, so its
+/// column doesn't follow the comment's blanks. Nobody reads it.
+std::vector<Token> withoutEndColumn(std::vector<Token> tokens) {
+    tokens.back().column = 0;
+    return tokens;
+}
+
+class LineCase : public testing::TestWithParam<GoldenCase> {};
+
+void checkLineResult(const GoldenCase& golden, const GoldenResult& wanted) {
+    SCOPED_TRACE(golden.path.string() + ":" + std::to_string(wanted.line) + ": " + golden.sentence);
+    const LineOptions options = readLineOptions(wanted.options);
+
+    const std::u16string once = formatLines(golden.input, options);
+    EXPECT_EQ(showGoldenText(wanted.text), showGoldenText(once));
+    if (!golden.isUnstable) {
+        EXPECT_EQ(showGoldenText(once), showGoldenText(formatLines(once, options))) << "in the second run";
+    }
+
+    const std::vector<Token> tokens = ca::lexer::lex(golden.input);
+    EXPECT_EQ(checkTokenContract(golden.input, tokens), std::vector<std::string>());
+    EXPECT_EQ(withoutEndColumn(ca::lexer::lex(once)), withoutEndColumn(indentTokens(tokens, options)))
+        << "the formatted list is not that of its text";
+    EXPECT_EQ(findForeignChange(golden.input, once, options), "");
+}
+
+TEST_P(LineCase, Formats) {
+    for (const GoldenResult& wanted : GetParam().results) {
+        checkLineResult(GetParam(), wanted);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, LineCase, testing::ValuesIn(loadCases("line")), getCaseName);
+
+} // namespace

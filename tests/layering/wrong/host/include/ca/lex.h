@@ -1,0 +1,3 @@
+#pragma once
+#include <ca/Token.h>
+#include <lexer/State.h>

@@ -1,0 +1,3 @@
+#include "lexer/State.h"
+#include "ca/Token.h"
+#include "config/Options.h"

@@ -1,0 +1,3 @@
+#pragma once
+#include "config/Options.h"
+#include <ca/Token.h>

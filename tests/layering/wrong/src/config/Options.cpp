@@ -1,0 +1,2 @@
+#include "Options.h"
+#include "../tree/Node.h"

@@ -1,0 +1,3 @@
+#include "legacy/Levels.h"
+#include "lexer/State.h"
+#include <ca/formatting/door.h>

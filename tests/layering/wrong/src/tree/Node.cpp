@@ -1,0 +1,3 @@
+#include "tree/Node.h"
+#include "pass/FormatPass.h"
+#include <ca/Token.h>

@@ -1,0 +1,4 @@
+#pragma once
+#include "config/Options.h"
+#include "pass/FormatPass.h"
+#include <vector>

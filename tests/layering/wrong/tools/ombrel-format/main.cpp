@@ -1,0 +1,3 @@
+#include "tree/Node.h"
+#include <ca/Token.h>
+#include <ca/formatting/door.h>
