@@ -205,10 +205,15 @@ TEST_F(CommandLine, LargestStatusWinsAndOtherFilesGoOn) {
 }
 
 TEST_F(CommandLine, RefusesRunawayIndentation) {
-    const std::string text = "x = [ if y\nend\nend\n]\nz\n";
-    const Outcome outcome =
-        call({"--stdin-filename", "deep"}, "x = [if y\n1]\nend\nif z, x = [\nend\n" + text);
-    EXPECT_TRUE(outcome.status == 0 || outcome.err.find("would be indented by") != std::string::npos);
+    std::string deep;
+    for (int level = 0; level < 1'563; ++level) {
+        deep += "if a, ";
+    }
+    EXPECT_EQ(call({}, deep + "\nx\n").status, 0);
+    const Outcome outcome = call({"--indent-size", "64"}, deep + "\nx\n");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err.find("<stdin>:2:1: error: this line would be indented by 100032 columns"), 0U);
 }
 
 } // namespace
