@@ -24,11 +24,12 @@ struct RunawayIndentation {
 
 /// Finds out whether reindenting would need absurd amounts of blanks: a line of more than maximalIndentation
 /// columns, or more blanks in all than maximalBlankCount allows. The formatter takes every text, and damaged
-/// code can make it do that:
+/// code can make it do that. Repeated, these lines move right by one level each time:
 ///
-///     x = [1         an `end` that meets an open bracket gives back a level that the bracket never took, and
-///     if y           the width wraps around to 4294967292
-///     end
+///     if a
+///     case end       the `end` takes back the level of the `case`, and that of the `if` stays
+///
+/// and an `end` that meets an open bracket can make the width wrap around to 4294967292.
 ///
 /// Takes time and memory in proportion to the tokens, whatever they are. Empty for a text that is harmless.
 std::optional<RunawayIndentation> findRunawayIndentation(const std::vector<ca::lexer::Token>& tokens,
