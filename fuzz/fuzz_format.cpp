@@ -6,15 +6,14 @@
 #include "ombrel-format/IndentationGuard.h"
 #include "support/LineFormatting.h"
 
-#include <ca/formatting/LegacyFormatter.h>
 #include <ca/lexer/lex.h>
 
 namespace {
 
 LineOptions makeOptions(const std::uint8_t* bytes) {
     static constexpr std::u16string_view functionStyles[] = {u"ClassicFunctionIndent", u"MixedFunctionIndent",
-                                                             u""};
-    static constexpr std::u16string_view blankStyles[] = {u"Ignore", u"Indent", u""};
+                                                             u"AllFunctionIndent"};
+    static constexpr std::u16string_view blankStyles[] = {u"Ignore", u"Indent", u"Trim"};
     LineOptions options;
     options.functionIndentStyle = functionStyles[bytes[0] % 3];
     options.blankLineStyle = blankStyles[bytes[0] / 3 % 3];
@@ -24,19 +23,6 @@ LineOptions makeOptions(const std::uint8_t* bytes) {
     options.firstLine = bytes[2] % 16;
     options.lastLine = bytes[3] < 128 ? bytes[3] : UINT32_MAX;
     return options;
-}
-
-ca::formatting::legacy::Settings makeSettings(const LineOptions& options, const std::uint8_t* bytes) {
-    using namespace ca::formatting::legacy;
-    static constexpr BlankLineStyle blankStyles[] = {BlankLineStyle::Ignore, BlankLineStyle::Indent,
-                                                     BlankLineStyle::Trim};
-    return {options.firstLine,
-            options.lastLine,
-            options.useSpaces ? 1u : 0u,
-            options.tabSize,
-            options.indentSize,
-            static_cast<FunctionStyle>(bytes[0] % 3),
-            blankStyles[bytes[0] / 3 % 3]};
 }
 
 /// A CR, blanks and an LF are two line ends, and one when the blanks of the second line have gone.
@@ -59,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const LineOptions options = makeOptions(data);
     const std::u16string text = makeText(data + 4, size - 4);
     if (canJoinLineEnds(text) ||
-        ombrel::findRunawayIndentation(ca::lexer::lex(text), makeSettings(options, data)).has_value()) {
+        ombrel::findRunawayIndentation(ca::lexer::lex(text), makeSettings(options)).has_value()) {
         return 0;
     }
     const std::u16string once = formatLines(text, options);
