@@ -70,16 +70,30 @@ AssignmentTracker::Phase AssignmentTracker::getNextPhase(TokenType type, std::u1
     case Phase::ListClosed:
         return type == TokenType::Assign ? assignTargets() : Phase::Idle;
     case Phase::SingleName:
-        return isName(type)                         ? assign(lexeme, Phase::Idle)
-               : type == TokenType::OpenParenthesis ? Phase::SingleName
-                                                    : Phase::Idle;
+        return takeSingleName(type, lexeme);
     case Phase::Declaration:
         return isName(type) ? assign(lexeme, Phase::Declaration) : Phase::Idle;
     case Phase::Inputs:
-        return isName(type) ? assign(lexeme, Phase::Inputs) : depth == 0 ? Phase::Idle : Phase::Inputs;
+        return takeInputToken(type, lexeme, depth);
     default:
         return takeHeadToken(type, lexeme);
     }
+}
+
+/// A loop variable, in parentheses or not, or a caught error.
+AssignmentTracker::Phase AssignmentTracker::takeSingleName(TokenType type, std::u16string_view lexeme) {
+    if (isName(type)) {
+        return assign(lexeme, Phase::Idle);
+    }
+    return type == TokenType::OpenParenthesis ? Phase::SingleName : Phase::Idle;
+}
+
+AssignmentTracker::Phase AssignmentTracker::takeInputToken(TokenType type, std::u16string_view lexeme,
+                                                           std::size_t depth) {
+    if (isName(type)) {
+        return assign(lexeme, Phase::Inputs);
+    }
+    return depth == 0 ? Phase::Idle : Phase::Inputs;
 }
 
 AssignmentTracker::Phase AssignmentTracker::takeTargetToken(TokenType type, std::size_t depth) {

@@ -12,7 +12,8 @@ namespace ca::lexer {
 /// functions, loop variables, caught errors, global and persistent names. Whether `a -b` is a command hangs
 /// on them.
 ///
-/// Each function has names of its own; the script around the functions has too.
+/// Each function has names of its own; the script around the functions has too. Since it follows the heads of
+/// functions for their inputs and outputs, it also knows where a head goes on.
 class AssignmentTracker {
 public:
     AssignmentTracker() : scopes(1) {}
@@ -20,11 +21,14 @@ public:
     /// Takes the next token of code. `depth` is the number of brackets open around it, a bracket itself not
     /// counted; `startsStatement` tells that a statement may start with it.
     void take(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement) {
-        if (phase != Phase::Idle || startsStatement || type <= TokenType::SecondaryKeyword16) {
+        if (phase != Phase::Idle || startsStatement || startsPhase(type)) {
             advance(type, lexeme, depth, startsStatement);
         }
         previous = type;
     }
+
+    /// A member of a class or of one of its blocks starts: it has no targets, whatever it looks like.
+    void startMember() { phase = Phase::Idle; }
 
     /// The next name is the error that a `catch` names.
     void expectCaughtName() { phase = Phase::SingleName; }
@@ -38,8 +42,8 @@ public:
     /// on a later line too.
     bool awaitsInputs() const { return phase == Phase::FirstHeadName || phase == Phase::FunctionName; }
 
-    /// True behind the `=` of a function's outputs.
-    bool isBehindOutputs() const { return phase == Phase::FunctionName && previous == TokenType::Assign; }
+    /// True between the `=` of a function's outputs and what comes behind its name.
+    bool isBehindOutputs() const { return phase == Phase::FunctionName; }
 
 private:
     enum class Phase {
@@ -56,9 +60,18 @@ private:
         Inputs,        ///< inside the parentheses of the inputs
     };
 
+    /// The keywords whose names are assigned wherever they stand.
+    static bool startsPhase(TokenType type) {
+        return type == TokenType::Function || type == TokenType::OpeningKeyword3 ||
+               type == TokenType::OpeningKeyword5 || type == TokenType::Global ||
+               type == TokenType::Persistent;
+    }
+
     void advance(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement);
     Phase startStatement(TokenType type, std::u16string_view lexeme);
     Phase getNextPhase(TokenType type, std::u16string_view lexeme, std::size_t depth);
+    Phase takeSingleName(TokenType type, std::u16string_view lexeme);
+    Phase takeInputToken(TokenType type, std::u16string_view lexeme, std::size_t depth);
     Phase takeTargetToken(TokenType type, std::size_t depth);
     Phase takeListToken(TokenType type, std::u16string_view lexeme, std::size_t depth);
     Phase takeHeadToken(TokenType type, std::u16string_view lexeme);

@@ -21,7 +21,7 @@ struct Keyword {
     KeywordPlace place;
 };
 
-/// The keyword spelled `word`, wherever it stands.
+/// The keyword spelled `word`, wherever it stands. The word is not empty.
 std::optional<Keyword> findKeyword(std::u16string_view word);
 
 /// The keywords that no expression can go on behind when they begin a line: they tell that the brackets still

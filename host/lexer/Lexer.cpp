@@ -54,6 +54,10 @@ std::size_t Lexer::findLineEnd(std::size_t index) const {
     return index;
 }
 
+bool Lexer::isAtCommentOrLineEnd(std::size_t index) const {
+    return at(index) == u'%' || isAtLineEnd(index);
+}
+
 std::size_t Lexer::trimBlanks(std::size_t begin, std::size_t end) const {
     while (end > begin && isBlank(at(end - 1))) {
         --end;
@@ -67,22 +71,25 @@ std::u16string_view Lexer::getText(std::size_t begin, std::size_t end) const {
 
 void Lexer::emit(TokenType type, std::size_t end) {
     if (tokens.size() == tokens.capacity()) {
-        reserveForRest();
+        reserveTokens();
     }
     tokens.push_back({type, std::u16string(text + position, end - position), line,
                       static_cast<std::uint32_t>(position - lineStart + 1)});
     position = end;
 }
 
-/// Makes room for as many tokens as the rest of the text has, should it be like the text so far.
-void Lexer::reserveForRest() {
+/// Makes room for the tokens of the whole text, should the rest be like what has been read; a twentieth is
+/// added for luck. Half as much again is the least, so that growing stays cheap when the guess is bad, and a
+/// token for each character left is the most. The first few thousand characters are too few to guess from.
+void Lexer::reserveTokens() {
+    constexpr std::size_t sample = 4096;
     const std::size_t atMost = tokens.size() + (size - position) + 1;
     const std::size_t atLeast = std::max<std::size_t>(64, tokens.size() + tokens.size() / 2);
-    const double perCharacter =
-        position == 0 ? 0.0 : static_cast<double>(tokens.size()) / static_cast<double>(position);
-    const auto expected = static_cast<std::size_t>(1.05 * perCharacter * static_cast<double>(size));
-    const std::size_t firstGuess = position < 4096 ? std::min<std::size_t>(size / 4, 2048) : expected;
-    tokens.reserve(std::min(atMost, std::max(atLeast, firstGuess)));
+    const double density =
+        static_cast<double>(tokens.size()) / static_cast<double>(std::max(position, sample));
+    const auto expected = static_cast<std::size_t>(1.05 * density * static_cast<double>(size));
+    const std::size_t guess = position < sample ? std::min(size, sample) / 2 : expected;
+    tokens.reserve(std::min(atMost, std::max(atLeast, guess)));
     ombrel::adviseHugePages(tokens.data(), tokens.capacity() * sizeof(Token));
 }
 
@@ -92,33 +99,36 @@ void Lexer::emitBlanks() {
     }
 }
 
+/// Behind the line end at `index`; `index` itself at the end of the text.
+std::size_t Lexer::skipLineEnd(std::size_t index) const {
+    if (index == size) {
+        return index;
+    }
+    return at(index) == u'\r' && at(index + 1) == u'\n' ? index + 2 : index + 1;
+}
+
 void Lexer::emitLineEnd() {
-    if (position == size) {
+    const std::size_t end = skipLineEnd(position);
+    if (end == position) {
         return;
     }
-    if (at(position) == u'\n') {
-        emit(TokenType::LineEnding75, position + 1);
-    } else if (at(position + 1) == u'\n') {
-        emit(TokenType::LineEnding76, position + 2);
-    } else {
-        emit(TokenType::LineEnding77, position + 1);
-    }
-    ++line;
-    lineStart = position;
+    const TokenType single = at(position) == u'\n' ? TokenType::LineEnding75 : TokenType::LineEnding77;
+    emit(end - position == 2 ? TokenType::LineEnding76 : single, end);
+    startLine();
 }
 
 /// Takes a line of a block comment, its line end included.
 void Lexer::emitWholeLine(TokenType type) {
-    std::size_t end = findLineEnd(position);
-    const bool hasLineEnd = end != size;
-    if (hasLineEnd) {
-        end += at(end) == u'\r' && at(end + 1) == u'\n' ? 2 : 1;
+    const std::size_t lineEnd = findLineEnd(position);
+    emit(type, skipLineEnd(lineEnd));
+    if (position != lineEnd) {
+        startLine();
     }
-    emit(type, end);
-    if (hasLineEnd) {
-        ++line;
-        lineStart = position;
-    }
+}
+
+void Lexer::startLine() {
+    ++line;
+    lineStart = position;
 }
 
 void Lexer::lexLine() {
@@ -213,10 +223,7 @@ void Lexer::endStatementLine() {
 /// at a line that can't be inside them: one that starts with a keyword of a statement, or holds nothing but
 /// `end` where there is a block for it to close.
 void Lexer::giveUpUnclosedBrackets(std::size_t code) {
-    const std::size_t end = skipNameCharacters(code);
-    const auto keyword = end == code ? std::nullopt : findKeyword(getText(code, end));
-    const bool startsWithKeyword = keyword && isStatementKeyword(keyword->type);
-    if (!startsWithKeyword && (blocksAroundBrackets == 0 || !isLoneEnd(code))) {
+    if (!cannotBeInBrackets(code, blocksAroundBrackets > 0)) {
         return;
     }
     brackets.clear();
@@ -225,11 +232,16 @@ void Lexer::giveUpUnclosedBrackets(std::size_t code) {
     mayStartStatement = !isContinued;
 }
 
+bool Lexer::cannotBeInBrackets(std::size_t code, bool isInBlock) const {
+    const std::size_t end = skipNameCharacters(code);
+    const auto keyword = isLetter(at(code)) ? findKeyword(getText(code, end)) : std::nullopt;
+    return (keyword && isStatementKeyword(keyword->type)) || (isInBlock && isLoneEnd(code));
+}
+
 bool Lexer::isLoneEnd(std::size_t code) const {
     const std::size_t begin = skipBlanksAndSeparators(code);
     const std::size_t end = skipNameCharacters(begin);
-    const std::size_t behind = skipBlanksAndSeparators(end);
-    return getText(begin, end) == u"end" && (isAtLineEnd(behind) || at(behind) == u'%');
+    return getText(begin, end) == u"end" && isAtCommentOrLineEnd(skipBlanksAndSeparators(end));
 }
 
 void Lexer::lexToken() {
@@ -291,7 +303,7 @@ void Lexer::lexCode(char16_t first) {
         lexSeparator();
         return;
     case CharacterClass::Bracket:
-        lexBracket(first);
+        lexBracket(*findBracket(first));
         return;
     case CharacterClass::Operator:
         lexOperator();
@@ -305,8 +317,12 @@ void Lexer::lexCode(char16_t first) {
 void Lexer::emitCode(TokenType type, std::size_t end) {
     if (startsStatement) {
         noteStatement(type);
+        if (!blocks.holdsStatements()) {
+            assignments.startMember();
+        }
     }
-    assignments.take(type, getText(position, end), brackets.getDepth(), startsStatement);
+    const bool isStatement = startsStatement && blocks.holdsStatements();
+    assignments.take(type, getText(position, end), brackets.getDepth(), isStatement);
     emit(type, end);
     lastCode = type;
 }
@@ -407,29 +423,17 @@ void Lexer::lexString() {
 
 void Lexer::lexSeparator() {
     emitCode(at(position) == u';' ? TokenType::Semicolon : TokenType::Comma, position + 1);
-    allowStatement();
+    if (!brackets.isAnyOpen()) {
+        mayStartStatement = true;
+        lastCode = TokenType::EndOfInput;
+    }
 }
 
-void Lexer::lexBracket(char16_t bracket) {
-    switch (bracket) {
-    case u'(':
-        openBracket(TokenType::OpenParenthesis);
-        return;
-    case u'[':
-        openBracket(TokenType::OpenSquareBracket);
-        return;
-    case u'{':
-        openBracket(TokenType::OpenBrace);
-        return;
-    case u')':
-        closeBracket(TokenType::CloseParenthesis);
-        return;
-    case u']':
-        closeBracket(TokenType::CloseSquareBracket);
-        return;
-    default:
-        closeBracket(TokenType::CloseBrace);
-        return;
+void Lexer::lexBracket(TokenType bracket) {
+    if (isOpening(bracket)) {
+        openBracket(bracket);
+    } else {
+        closeBracket(bracket);
     }
 }
 

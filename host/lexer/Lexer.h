@@ -30,9 +30,14 @@ private:
     // Reading. The text is followed by a NUL character, so the character at its end can be read.
     char16_t at(std::size_t index) const { return text[index]; }
     bool isAtLineEnd(std::size_t index) const;
+    bool isAtCommentOrLineEnd(std::size_t index) const;
     std::size_t skipBlanks(std::size_t index) const;
     std::size_t skipBlanksAndSeparators(std::size_t index) const;
     std::size_t skipNameCharacters(std::size_t index) const;
+    std::size_t skipLineEnd(std::size_t index) const;
+    std::size_t skipGap(std::size_t index) const;
+    std::size_t skipContinuation(std::size_t index) const;
+    std::size_t skipBlockComment(std::size_t index) const;
     std::size_t skipParentheses(std::size_t index) const;
     std::size_t skipQuoted(std::size_t index) const;
     std::size_t findLineEnd(std::size_t index) const;
@@ -46,7 +51,8 @@ private:
     void emitBlanks();
     void emitLineEnd();
     void emitWholeLine(TokenType type);
-    void reserveForRest();
+    void startLine();
+    void reserveTokens();
 
     // Lines.
     void lexLine();
@@ -56,6 +62,7 @@ private:
     void lexCodeLine(std::size_t code);
     void endStatementLine();
     void giveUpUnclosedBrackets(std::size_t code);
+    bool cannotBeInBrackets(std::size_t code, bool isInBlock) const;
     bool isLoneEnd(std::size_t code) const;
 
     // Tokens of a line of code.
@@ -74,7 +81,7 @@ private:
     void lexSeparator();
     void lexNumber();
     void lexOperator();
-    void lexBracket(char16_t bracket);
+    void lexBracket(TokenType bracket);
     void openBracket(TokenType bracket);
     void closeBracket(TokenType bracket);
     void lexUnrecognized();

@@ -91,20 +91,6 @@ Piece scanDecimal(const char16_t* text) {
             static_cast<std::size_t>(end - text)};
 }
 
-} // namespace
-
-Piece scanNumber(const char16_t* text) {
-    Piece prefixed{TokenType::NumberToken29, 0};
-    if (text[0] == u'0' && toLower(text[1]) == u'x') {
-        prefixed = scanPrefixed<isHexadecimalDigit>(text, TokenType::NumberToken99);
-    } else if (text[0] == u'0' && toLower(text[1]) == u'b') {
-        prefixed = scanPrefixed<isBinaryDigit>(text, TokenType::NumberToken100);
-    }
-    return prefixed.length != 0 ? prefixed : scanDecimal(text);
-}
-
-namespace {
-
 Piece scanDotOperator(const char16_t* text) {
     switch (text[1]) {
     case u'*':
@@ -128,6 +114,16 @@ Piece choose(const char16_t* text, char16_t second, TokenType longer, TokenType 
 }
 
 } // namespace
+
+Piece scanNumber(const char16_t* text) {
+    Piece prefixed{TokenType::NumberToken29, 0};
+    if (text[0] == u'0' && toLower(text[1]) == u'x') {
+        prefixed = scanPrefixed<isHexadecimalDigit>(text, TokenType::NumberToken99);
+    } else if (text[0] == u'0' && toLower(text[1]) == u'b') {
+        prefixed = scanPrefixed<isBinaryDigit>(text, TokenType::NumberToken100);
+    }
+    return prefixed.length != 0 ? prefixed : scanDecimal(text);
+}
 
 Piece scanOperator(const char16_t* text) {
     switch (text[0]) {

@@ -4,9 +4,18 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace ca::lexer {
+
+/// The token of a bracket; empty for any other character.
+std::optional<TokenType> findBracket(char16_t c);
+
+constexpr bool isOpening(TokenType bracket) {
+    return bracket == TokenType::OpenParenthesis || bracket == TokenType::OpenSquareBracket ||
+           bracket == TokenType::OpenBrace;
+}
 
 /// The open brackets, innermost last.
 class Brackets {

@@ -10,7 +10,22 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
+
 namespace ca::lexer {
+
+namespace {
+
+bool isUnicodeLetter(char16_t c) {
+    return isLetter(c) || (c >= 0x80 && u_isalpha(c));
+}
+
+/// Whether a quote directly behind the character is a transpose, by the characters that operands end in.
+bool isTransposeBehind(char16_t c) {
+    return isNameCharacter(c) || c == u')' || c == u']' || c == u'}' || c == u'\'' || c == u'"' || c == u'.';
+}
+
+} // namespace
 
 void Lexer::lexWord() {
     const std::size_t end = skipNameCharacters(position);
@@ -42,46 +57,95 @@ bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
 
 /// A function, a method above all, may be called like a reserved word: function n = end(obj, k, count).
 bool Lexer::isNamedLikeKeyword(std::size_t end) const {
-    const bool isBehindDeclaredOutput = lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
-                                        blocks.getInnermost() == TokenType::ClassLevelKeyword22;
-    if (lastCode != TokenType::Function && !assignments.isBehindOutputs() && !isBehindDeclaredOutput) {
+    const bool isBehindOutput =
+        lastCode == TokenType::Assign &&
+        (assignments.isBehindOutputs() ||
+         (blocks.getInnermost() == TokenType::ClassLevelKeyword22 && !brackets.isAnyOpen()));
+    if (lastCode != TokenType::Function && !isBehindOutput) {
         return false;
     }
-    const std::size_t next = skipBlanks(end);
-    return at(next) == u'(' || at(next) == u'%' || isSeparator(at(next)) || isAtLineEnd(next);
+    const std::size_t next = skipGap(end);
+    return at(next) == u'(' || isSeparator(at(next)) || isAtCommentOrLineEnd(next);
 }
 
 bool Lexer::isArgumentsLine(std::size_t end) const {
-    std::size_t next = skipBlanks(end);
+    std::size_t next = skipGap(end);
     if (at(next) == u'(') {
-        next = skipParentheses(next);
+        next = skipGap(skipParentheses(next));
     }
-    next = skipBlanksAndSeparators(next);
-    return at(next) == u'%' || isAtLineEnd(next);
+    while (isSeparator(at(next))) {
+        next = skipGap(next + 1);
+    }
+    return isAtCommentOrLineEnd(next);
 }
 
-/// Behind the parenthesis that closes the one at `index`, or the line end if there is none.
-std::size_t Lexer::skipParentheses(std::size_t index) const {
-    std::size_t depth = 0;
-    for (; !isAtLineEnd(index); ++index) {
-        if (isContinuation(text + index)) {
-            index = findLineEnd(index);
-            index += at(index) == u'\r' && at(index + 1) == u'\n' ? 1 : 0;
-            if (index >= size) {
-                return size;
-            }
-        } else if (at(index) == u'(') {
-            ++depth;
-        } else if (at(index) == u')' && --depth == 0) {
-            return index + 1;
-        }
+bool Lexer::isImport(std::size_t end) const {
+    const std::size_t next = skipGap(end);
+    return next != end && isUnicodeLetter(at(next));
+}
+
+/// Behind blanks and continuations.
+std::size_t Lexer::skipGap(std::size_t index) const {
+    index = skipBlanks(index);
+    while (isContinuation(text + index)) {
+        index = skipContinuation(index);
     }
     return index;
 }
 
-bool Lexer::isImport(std::size_t end) const {
-    const std::size_t next = skipBlanks(end);
-    return next != end && isLetter(at(next));
+/// The code that goes on behind the continuation at `index`, comment lines skipped; the line end of an empty
+/// line if that comes first, since nothing goes on behind it.
+std::size_t Lexer::skipContinuation(std::size_t index) const {
+    std::size_t next = index;
+    do {
+        const bool isBlockComment = isLoneOnLine(next, u"%{");
+        next = isBlockComment ? skipBlockComment(next) : skipLineEnd(findLineEnd(next));
+        next = skipBlanks(next);
+    } while (at(next) == u'%');
+    return next;
+}
+
+/// The line behind the block comment whose opening stands at `index`, or the end of the text.
+std::size_t Lexer::skipBlockComment(std::size_t index) const {
+    std::size_t depth = 0;
+    do {
+        depth += isLoneOnLine(index, u"%{") ? 1 : 0;
+        depth -= isLoneOnLine(index, u"%}") ? 1 : 0;
+        index = skipLineEnd(findLineEnd(index));
+        index = depth > 0 ? skipBlanks(index) : index;
+    } while (depth > 0 && index != size);
+    return index;
+}
+
+/// Behind the parenthesis that closes the one at `index`, or `index` if none does before the statement ends.
+/// Brackets count as they do for the tokens: where nothing closes it here, the parenthesis stays open for the
+/// tokens of the same lines too, and no statement starts there to look ahead again.
+std::size_t Lexer::skipParentheses(std::size_t index) const {
+    Brackets open;
+    std::size_t next = index;
+    while (!isAtCommentOrLineEnd(next)) {
+        const char16_t c = at(next);
+        const std::optional<TokenType> bracket = findBracket(c);
+        if (bracket && isOpening(*bracket)) {
+            open.open(*bracket);
+        } else if (bracket) {
+            open.close(*bracket);
+        }
+        if (!open.isAnyOpen()) {
+            return next + 1;
+        }
+        if (isContinuation(text + next)) {
+            next = skipContinuation(next);
+            if (cannotBeInBrackets(next, blocks.isAnyOpen())) {
+                return index;
+            }
+            continue;
+        }
+        const bool opensString = c == u'"' || (c == u'\'' && !isTransposeBehind(at(next - 1)));
+        const std::size_t length = opensString ? scanString(text + next, text + size) : 0;
+        next += std::max<std::size_t>(length, 1);
+    }
+    return index;
 }
 
 void Lexer::lexKeyword(TokenType type, std::size_t end) {
@@ -149,7 +213,7 @@ bool Lexer::namesCaughtError(std::size_t end) const {
     const std::size_t nameEnd = skipNameCharacters(begin);
     const std::optional<Keyword> keyword = findKeyword(getText(begin, nameEnd));
     const std::size_t next = skipBlanks(nameEnd);
-    const bool endsStatement = at(next) == u'%' || isSeparator(at(next)) || isAtLineEnd(next);
+    const bool endsStatement = isSeparator(at(next)) || isAtCommentOrLineEnd(next);
     return endsStatement && !(keyword && keyword->place == KeywordPlace::Anywhere);
 }
 
@@ -171,7 +235,7 @@ bool Lexer::isCommandWord(std::size_t index) const {
     if (first == u'.') {
         return isDigit(at(index + 1)) || (at(index + 1) == u'.' && at(index + 2) != u'.');
     }
-    return first == u'\'' || first == u'"' || (first >= 0x80 && u_isalpha(first));
+    return first == u'\'' || first == u'"' || isUnicodeLetter(first);
 }
 
 /// Whether an operator stands at `index` that sticks to what is behind it.
@@ -187,7 +251,7 @@ bool Lexer::isCommandOperator(std::size_t index) const {
 
 /// Whether a command's words are over at `index`, for good or until the next line.
 bool Lexer::endsWords(std::size_t index) const {
-    return isSeparator(at(index)) || at(index) == u'%' || isContinuation(text + index) || isAtLineEnd(index);
+    return isSeparator(at(index)) || isContinuation(text + index) || isAtCommentOrLineEnd(index);
 }
 
 void Lexer::lexCommandToken() {
