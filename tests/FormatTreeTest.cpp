@@ -42,11 +42,11 @@ std::string findFault(Break breakTree) {
 } // namespace
 
 TEST(FormatTree, DumpsItsLeaves) {
-    TreeBuilder builder(u"a  .b");
+    TreeBuilder builder(u"a  =");
     const auto tree = builder.finish(builder.container(Kind::None, "TUT"));
     EXPECT_EQ(tree->dumpLeaves(), u"  Token_NameToken27_L1_C1   \"a\"\n"
                                   u"    UnnecessaryWhitespace  \"  \"\n"
-                                  u"        Token_Dot_L1_C4   \".\"\n");
+                                  u"     Token_Assign_L1_C4   \".\"\n");
 }
 
 TEST(FormatTree, DumpsItsTextTree) {
