@@ -1,0 +1,40 @@
+#include "Stages.h"
+
+#include <ca/lexer/lex.h>
+#include <ombrel-format/TextEncoding.h>
+
+#include <ostream>
+
+#include <nlohmann/json.hpp>
+
+namespace ombrel {
+
+namespace {
+
+nlohmann::ordered_json describe(const ca::lexer::Token& token) {
+    return {{"type", static_cast<int>(token.type)},
+            {"name", ca::lexer::getTokenTypeName(token.type)},
+            {"lexeme", encodeLossy(token.lexeme)},
+            {"line", token.line},
+            {"column", token.column}};
+}
+
+void printTokens(std::ostream& stream, const std::u16string& text) {
+    const char* separator = "[\n";
+    for (const ca::lexer::Token& token : ca::lexer::lex(text)) {
+        stream << separator << describe(token).dump();
+        separator = ",\n";
+    }
+    stream << "\n]\n";
+}
+
+} // namespace
+
+const std::vector<Stage>& getStages() {
+    static const std::vector<Stage> stages = {
+        {"tokens", "the token list, as JSON", printTokens},
+    };
+    return stages;
+}
+
+} // namespace ombrel

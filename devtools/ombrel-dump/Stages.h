@@ -1,0 +1,19 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// One of the forms that a text passes through on its way, and how it is shown.
+struct Stage {
+    std::string name;
+    std::string help;
+    void (*print)(std::ostream& stream, const std::u16string& text);
+};
+
+/// All stages, in the order in which a text passes through them.
+const std::vector<Stage>& getStages();
+
+} // namespace ombrel

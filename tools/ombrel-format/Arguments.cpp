@@ -1,0 +1,206 @@
+#include "Arguments.h"
+
+#include "Suggestion.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace ombrel {
+
+namespace {
+
+using ca::formatting::legacy::BlankLineStyle;
+using ca::formatting::legacy::FunctionStyle;
+
+constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
+
+constexpr const char* description =
+    "Formats Ombrel source: FILEs, or standard input if there is none, to standard output.";
+
+constexpr const char* footer =
+    "Exit status, the largest wins: 0 done; 1 would change (--check, --diff); 2 wrong options or unreadable\n"
+    "input; 3 input refused; 4 doesn't parse; 5 safety check failed, file untouched; 6 writing failed.";
+
+/// Decimal digits and nothing else.
+std::optional<std::uint32_t> parseNumber(std::string_view text) {
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+LineRange parseRange(const std::string& text) {
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    const auto first = parseNumber(std::string_view(text).substr(0, colon));
+    const auto last = parseNumber(std::string_view(text).substr(std::min(colon + 1, text.size())));
+    if (!first || !last || *first == 0 || *first > *last) {
+        throw CLI::ValidationError(fmt::format(
+            "--lines {}: expected A:B, two line numbers from 1 to {} with A not above B", text, largestLine));
+    }
+    return {*first, *last};
+}
+
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& target, std::uint32_t low,
+                       std::uint32_t high, const std::string& help) {
+    const auto store = [=, &target](const std::string& text) {
+        const auto number = parseNumber(text);
+        if (!number || *number < low || *number > high) {
+            throw CLI::ValidationError(
+                fmt::format("{} {}: expected a number from {} to {}", name, text, low, high));
+        }
+        target = *number;
+    };
+    return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, target))
+        ->type_name("N");
+}
+
+template <class Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+/// An option that takes one of a few words. The first of the choices is the default and is already in
+/// `target`.
+template <class Value>
+CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, const Choices<Value>& choices,
+                       const std::string& help) {
+    std::vector<std::string> words;
+    for (const auto& choice : choices) {
+        words.push_back(choice.first);
+    }
+    const std::string list = fmt::format("{}", fmt::join(words, "|"));
+    const auto store = [=, &target](const std::string& text) {
+        const auto found = std::find(words.begin(), words.end(), text);
+        if (found == words.end()) {
+            throw CLI::ValidationError(
+                fmt::format("{} {}: expected {}{}", name, text, list, suggest(text, words)));
+        }
+        target = choices[static_cast<std::size_t>(found - words.begin())].second;
+    };
+    return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, words.front()))
+        ->type_name(list);
+}
+
+void addModes(CLI::App& app, Arguments& arguments) {
+    app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
+    app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
+    app.add_flag("--diff", arguments.diff, "Write nothing, show what would change, exit 1 if anything");
+    const auto store = [&arguments](const std::vector<std::string>& texts) {
+        std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--lines", store, "Format only lines A to B, from 1; repeatable; line engine")
+        ->type_name("A:B")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addChoice<Engine>(app, "--engine", arguments.engine, {{"line", Engine::Line}, {"tree", Engine::Tree}},
+                      "Reindent lines, or lay out the syntax tree");
+}
+
+void addLineOptions(CLI::App& app, LineOptions& options) {
+    addNumber(app, "--indent-size", options.indentSize, 0, 64, "Columns of one level, 0 to 64");
+    addNumber(app, "--tab-size", options.tabSize, 1, 64, "Columns between tab stops, 1 to 64");
+    app.add_flag("--use-tabs", options.useTabs, "Indent with tabs, then spaces");
+    addChoice<FunctionStyle>(
+        app, "--function-style", options.functionStyle,
+        {{"all", FunctionStyle::All}, {"classic", FunctionStyle::Classic}, {"mixed", FunctionStyle::Mixed}},
+        "Function bodies that are indented: all, none, or those of nested functions");
+    addChoice<BlankLineStyle>(app, "--blank-lines", options.blankLines,
+                              {{"trim", BlankLineStyle::Trim},
+                               {"ignore", BlankLineStyle::Ignore},
+                               {"indent", BlankLineStyle::Indent}},
+                              "Blank lines lose their blanks, stay, or are indented");
+}
+
+void addGeneralOptions(CLI::App& app, Arguments& arguments) {
+    app.add_option("--stdin-filename", arguments.stdinName, "Name of standard input in messages")
+        ->type_name("NAME");
+    addChoice<ColorChoice>(
+        app, "--color", arguments.color,
+        {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
+        "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
+    app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
+    app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
+    app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
+    app.set_help_flag("-h,--help", "Print this help");
+    app.add_option("FILE", arguments.paths, "Files to format; - is standard input")
+        ->type_name("")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+std::vector<std::string> getOptionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+/// A message if the options are fine one by one but not together; empty if they are.
+std::string findContradiction(const CLI::App& app, const Arguments& arguments) {
+    if (const auto unknown = app.remaining(); !unknown.empty()) {
+        const std::string name = unknown.front().substr(0, unknown.front().find('='));
+        return "unknown option " + name + suggest(name, getOptionNames(app));
+    }
+    const auto standardInputs = std::count(arguments.paths.begin(), arguments.paths.end(), "-");
+    if (arguments.inPlace && (arguments.check || arguments.diff)) {
+        return "--in-place writes, --check and --diff don't: use one or the other";
+    }
+    if (arguments.inPlace && standardInputs > 0) {
+        return "--in-place needs files: standard input can't be written back";
+    }
+    if (standardInputs > 1) {
+        return "standard input can be read only once";
+    }
+    if (!arguments.lines.empty() && arguments.paths.size() > 1) {
+        return "--lines goes with one file";
+    }
+    if (!arguments.lines.empty() && arguments.engine == Engine::Tree) {
+        return "--lines goes with the line engine";
+    }
+    if (arguments.quiet && arguments.verbose) {
+        return "--quiet and --verbose contradict each other";
+    }
+    return {};
+}
+
+} // namespace
+
+std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
+    Arguments arguments;
+    CLI::App app(description, "ombrel-format");
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app.allow_extras();
+    app.footer(footer);
+    addModes(app, arguments);
+    addLineOptions(app, arguments.lineOptions);
+    addGeneralOptions(app, arguments);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        return EarlyExit{ExitStatus::Done, app.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return EarlyExit{ExitStatus::Done, std::string(version.what()) + '\n'};
+    } catch (const CLI::ParseError& error) {
+        return EarlyExit{ExitStatus::Usage, error.what()};
+    }
+    if (arguments.paths.empty()) {
+        arguments.paths.emplace_back("-");
+    }
+    if (const std::string message = findContradiction(app, arguments); !message.empty()) {
+        return EarlyExit{ExitStatus::Usage, message};
+    }
+    return arguments;
+}
+
+} // namespace ombrel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace ombrel {
+
+/// Why a file could not be read or replaced. `what()` is a sentence for the user, without the path.
+class FileError : public std::runtime_error {
+public:
+    enum class Kind { Unreadable, TooLarge, Unwritable };
+
+    FileError(Kind kind, const std::string& text) : std::runtime_error(text), kind(kind) {}
+
+    Kind kind;
+};
+
+/// The files that a run sees. Paths are as the user wrote them.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
+    virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
+
+    /// Puts `bytes` in the place of a file's content, all of them or none: after a FileError the old content
+    /// is there, whole, and nothing else is left behind. Mode and owner stay. Where the path is a symbolic
+    /// link, its target is replaced. Refuses hard-linked files, whose other names would keep the old content,
+    /// and files that nobody may write.
+    virtual void replace(const std::string& path, const std::string& bytes) = 0;
+};
+
+/// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
+class DiskFileSystem : public FileSystem {
+public:
+    std::string read(const std::string& path, std::uint64_t limit) override;
+    void replace(const std::string& path, const std::string& bytes) override;
+};
+
+} // namespace ombrel

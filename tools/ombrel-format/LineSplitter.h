@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace ombrel {
+
+/// One line of a text, as views into it.
+struct Line {
+    std::u16string_view content;
+    std::u16string_view end; ///< LF, CRLF or CR as written; empty for a last line without one
+};
+
+/// Hands out the lines of a text one by one. A text that ends in a line end has an empty last line, and an
+/// empty text has one line.
+class LineSplitter {
+public:
+    explicit LineSplitter(std::u16string_view text) : rest(text) {}
+
+    std::optional<Line> getNext() {
+        if (isDone) {
+            return std::nullopt;
+        }
+        const std::size_t length = rest.find_first_of(u"\r\n");
+        if (length == std::u16string_view::npos) {
+            isDone = true;
+            return Line{rest, {}};
+        }
+        const std::size_t endLength = rest.substr(length, 2) == u"\r\n" ? 2 : 1;
+        const Line line{rest.substr(0, length), rest.substr(length, endLength)};
+        rest.remove_prefix(length + endLength);
+        return line;
+    }
+
+private:
+    std::u16string_view rest;
+    bool isDone = false;
+};
+
+} // namespace ombrel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include <ca/formatting/LegacyFormatter.h>
+
+namespace ombrel {
+
+enum class Engine { Line, Tree };
+
+/// What the line engine does to a line. Sizes are columns.
+struct LineOptions {
+    std::uint32_t indentSize = 4; ///< one level: 0 to 64
+    std::uint32_t tabSize = 4;    ///< from one tab stop to the next: 1 to 64
+    bool useTabs = false;         ///< indentation is tabs and then spaces, instead of spaces only
+    ca::formatting::legacy::FunctionStyle functionStyle = ca::formatting::legacy::FunctionStyle::All;
+    ca::formatting::legacy::BlankLineStyle blankLines = ca::formatting::legacy::BlankLineStyle::Trim;
+};
+
+/// Lines from 1, both inclusive, `first` not above `last`.
+struct LineRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+} // namespace ombrel

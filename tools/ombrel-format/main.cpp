@@ -1,0 +1,59 @@
+#include "Arguments.h"
+#include "FileSystem.h"
+#include "Message.h"
+#include "Run.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace ombrel;
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+ExitStatus finish(const EarlyExit& exit) {
+    if (exit.status != ExitStatus::Done) {
+        printUsageError(std::cerr, "ombrel-format", exit.text + "\nTry ombrel-format --help.", Color::Off);
+        return exit.status;
+    }
+    std::cout << exit.text << std::flush;
+    return std::cout ? ExitStatus::Done : ExitStatus::WriteFailed;
+}
+
+ExitStatus runProgram(int argc, char** argv) {
+    const auto parsed = parseArguments(argc, argv);
+    if (const auto* exit = std::get_if<EarlyExit>(&parsed)) {
+        return finish(*exit);
+    }
+    Console console{
+        std::cin,         std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
+        isSet("NO_COLOR")};
+    DiskFileSystem files;
+    return run(std::get<Arguments>(parsed), console, files);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
+    std::cin.tie(nullptr);
+    // A limit on file sizes is an error to report like a full disk, not the end of the process.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return static_cast<int>(runProgram(argc, argv));
+    } catch (const std::bad_alloc&) {
+        printUsageError(std::cerr, "ombrel-format", "not enough memory for this text", Color::Off);
+        return static_cast<int>(ExitStatus::Refused);
+    } catch (const std::exception& error) {
+        printUsageError(std::cerr, "ombrel-format", error.what(), Color::Off);
+        return static_cast<int>(ExitStatus::Unsafe);
+    }
+}
