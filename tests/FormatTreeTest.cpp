@@ -46,7 +46,7 @@ TEST(FormatTree, DumpsItsLeaves) {
     const auto tree = builder.finish(builder.container(Kind::None, "TUT"));
     EXPECT_EQ(tree->dumpLeaves(), u"  Token_NameToken27_L1_C1   \"a\"\n"
                                   u"    UnnecessaryWhitespace  \"  \"\n"
-                                  u"     Token_Assign_L1_C4   \".\"\n");
+                                  u"       Token_Assign_L1_C4   \"=\"\n");
 }
 
 TEST(FormatTree, DumpsItsTextTree) {

@@ -9,15 +9,18 @@ LeafNode::LeafNode(IndentNode* indent) : indent(indent) {
     indent->appendMember(this);
 }
 
+/// A list of known length gets a table of just that size, and there is one for each leaf.
 std::unordered_set<FormatNode*> LeafNode::getDependencies() const {
-    std::unordered_set<FormatNode*> dependencies;
+    if (previous && parent) {
+        return {*previous, *parent};
+    }
     if (previous) {
-        dependencies.insert(*previous);
+        return {*previous};
     }
     if (parent) {
-        dependencies.insert(*parent);
+        return {*parent};
     }
-    return dependencies;
+    return {};
 }
 
 } // namespace ca::formatting
