@@ -1,8 +1,9 @@
 #pragma once
 
+#include "pass/NodeTable.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 namespace ca::formatting {
@@ -44,7 +45,7 @@ private:
         std::size_t older; ///< the edge before this one with the same dependency
     };
 
-    std::unordered_map<const FormatNode*, std::size_t> newestEdges;
+    NodeTable<std::size_t> newestEdges;
     std::vector<Edge> edges;
 };
 

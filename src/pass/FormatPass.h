@@ -1,13 +1,13 @@
 #pragma once
 
 #include "config/FormattingConfig.h"
+#include "pass/NodeTable.h"
 #include "tree/FormatTree.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -85,11 +85,11 @@ private:
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    std::unordered_map<FormatNode*, std::unordered_set<FormatNode*>> pendingDependencies;
+    NodeTable<std::unordered_set<FormatNode*>> pendingDependencies;
     std::vector<FormatNode*> readyNodes; ///< a stack
-    std::unordered_map<const FormatNode*, std::u16string> indentations;
-    std::unordered_map<const FormatNode*, std::uint64_t> endColumns;
-    std::unordered_map<const FormatNode*, WhitespaceDecision> breakDecisions;
+    NodeTable<std::u16string> indentations;
+    NodeTable<std::uint64_t> endColumns;
+    NodeTable<WhitespaceDecision> breakDecisions;
     Effort effort;
 };
 
