@@ -14,7 +14,8 @@ class FormatNode;
 /// chained, newest first.
 class DependentsIndex {
 public:
-    explicit DependentsIndex(std::size_t nodeCount) {
+    /// `memory` outlives the index.
+    DependentsIndex(std::size_t nodeCount, std::pmr::memory_resource* memory) : newestEdges(memory) {
         newestEdges.reserve(nodeCount);
         edges.reserve(2 * nodeCount);
     }

@@ -20,7 +20,7 @@ DependentsIndex FormatPass::seed() {
     const auto& nodes = tree->getNodes();
     pendingDependencies.reserve(nodes.size());
     endColumns.reserve(nodes.size());
-    DependentsIndex dependents(nodes.size());
+    DependentsIndex dependents(nodes.size(), &memory);
     for (FormatNode* node : nodes) {
         auto dependencies = node->getDependencies();
         if (dependencies.empty()) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -40,6 +41,8 @@ enum class WhitespaceDecision : std::uint32_t {
 class FormatPass {
 public:
     FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config);
+    FormatPass(const FormatPass&) = delete;
+    FormatPass& operator=(const FormatPass&) = delete;
 
     /// The formatted text. To be called once.
     ///
@@ -85,11 +88,12 @@ private:
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    NodeTable<std::unordered_set<FormatNode*>> pendingDependencies;
+    std::pmr::monotonic_buffer_resource memory; ///< of the entries of all tables
+    NodeTable<std::unordered_set<FormatNode*>> pendingDependencies{&memory};
     std::vector<FormatNode*> readyNodes; ///< a stack
-    NodeTable<std::u16string> indentations;
-    NodeTable<std::uint64_t> endColumns;
-    NodeTable<WhitespaceDecision> breakDecisions;
+    NodeTable<std::u16string> indentations{&memory};
+    NodeTable<std::uint64_t> endColumns{&memory};
+    NodeTable<WhitespaceDecision> breakDecisions{&memory};
     Effort effort;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <unordered_map>
 
 namespace ca::formatting {
@@ -16,8 +17,9 @@ struct NodeHash {
     }
 };
 
-/// A table by node.
+/// A table by node. Its entries come one behind the other from a memory resource that lives as long as the
+/// pass, since taking and freeing them one by one would cost more than all that the nodes do.
 template <class Value>
-using NodeTable = std::unordered_map<const FormatNode*, Value, NodeHash>;
+using NodeTable = std::pmr::unordered_map<const FormatNode*, Value, NodeHash>;
 
 } // namespace ca::formatting
