@@ -1,5 +1,59 @@
-// The whole of ca_format: only blanks at line edges change, lines outside the range stay, and twice is once.
+// The whole of ca_format: only blanks at line edges change, lines outside the range stay as they are, and
+// formatting the result again changes nothing.
 
 #include "FuzzText.h"
 
-#include "support/TokenContractChecker.h"
+#include "ombrel-format/IndentationGuard.h"
+#include "support/LineFormatting.h"
+
+#include <ca/lexer/lex.h>
+
+namespace {
+
+LineOptions makeOptions(const std::uint8_t* bytes) {
+    static constexpr std::u16string_view functionStyles[] = {u"ClassicFunctionIndent", u"MixedFunctionIndent",
+                                                             u"AllFunctionIndent"};
+    static constexpr std::u16string_view blankStyles[] = {u"Ignore", u"Indent", u"Trim"};
+    LineOptions options;
+    options.functionIndentStyle = functionStyles[bytes[0] % 3];
+    options.blankLineStyle = blankStyles[bytes[0] / 3 % 3];
+    options.useSpaces = bytes[0] / 9 % 2 == 0;
+    options.indentSize = bytes[1] % 9;
+    options.tabSize = 1 + bytes[1] / 9 % 8;
+    options.firstLine = bytes[2] % 16;
+    options.lastLine = bytes[3] < 128 ? bytes[3] : UINT32_MAX;
+    return options;
+}
+
+/// A CR, blanks and an LF are two line ends, and one when the blanks of the second line have gone.
+bool canJoinLineEnds(const std::u16string& text) {
+    for (std::size_t cr = text.find(u'\r'); cr != text.npos; cr = text.find(u'\r', cr + 1)) {
+        const std::size_t next = text.find_first_not_of(u" \t", cr + 1);
+        if (next != text.npos && next > cr + 1 && text[next] == u'\n') {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 4) {
+        return 0;
+    }
+    const LineOptions options = makeOptions(data);
+    const std::u16string text = makeText(data + 4, size - 4);
+    if (canJoinLineEnds(text) ||
+        ombrel::findRunawayIndentation(ca::lexer::lex(text), makeSettings(options)).has_value()) {
+        return 0;
+    }
+    const std::u16string once = formatLines(text, options);
+    if (const std::string change = findForeignChange(text, once, options); !change.empty()) {
+        fail(change);
+    }
+    if (formatLines(once, options) != once) {
+        fail("formatting again changes the text");
+    }
+    return 0;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace ca::lexer {
@@ -46,6 +47,17 @@ constexpr std::array<CharacterClass, 128> makeClassTable() {
 
 inline constexpr std::array<CharacterClass, 128> classTable = makeClassTable();
 
+constexpr std::array<bool, 128> makeNameTable() {
+    std::array<bool, 128> table{};
+    for (std::size_t c = 0; c < table.size(); ++c) {
+        table[c] =
+            classTable[c] == CharacterClass::Letter || classTable[c] == CharacterClass::Digit || c == u'_';
+    }
+    return table;
+}
+
+inline constexpr std::array<bool, 128> nameTable = makeNameTable();
+
 } // namespace detail
 
 constexpr CharacterClass getClass(char16_t c) {
@@ -73,7 +85,7 @@ constexpr bool isLetter(char16_t c) {
 }
 
 constexpr bool isNameCharacter(char16_t c) {
-    return isLetter(c) || isDigit(c) || c == u'_';
+    return c < 128 && detail::nameTable[c];
 }
 
 } // namespace ca::lexer

@@ -68,7 +68,7 @@ constexpr auto firstRows = makeFirstRows();
 
 std::optional<Keyword> findKeyword(std::u16string_view word) {
     const auto letter = static_cast<std::size_t>(word[0] - u'a');
-    if (letter >= 26) {
+    if (letter >= 26 || word.size() == 1) {
         return std::nullopt;
     }
     for (std::size_t row = firstRows[letter]; row < firstRows[letter + 1]; ++row) {

@@ -103,12 +103,14 @@ std::u16string formatLines(const std::u16string& text, const LineOptions& option
     return {data, data + array->dimensions[1]};
 }
 
+ca::formatting::legacy::Settings makeSettings(const LineOptions& options) {
+    return {options.firstLine,  options.lastLine,          options.useSpaces ? 1U : 0U, options.tabSize,
+            options.indentSize, getFunctionStyle(options), getBlankLineStyle(options)};
+}
+
 std::vector<ca::lexer::Token> indentTokens(const std::vector<ca::lexer::Token>& tokens,
                                            const LineOptions& options) {
-    ca::formatting::legacy::LegacyFormatter formatter(
-        {options.firstLine, options.lastLine, options.useSpaces ? 1U : 0U, options.tabSize,
-         options.indentSize, getFunctionStyle(options), getBlankLineStyle(options)});
-    return formatter.indentCode(tokens);
+    return ca::formatting::legacy::LegacyFormatter(makeSettings(options)).indentCode(tokens);
 }
 
 std::string findForeignChange(const std::u16string& before, const std::u16string& after,

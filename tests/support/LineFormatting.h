@@ -2,6 +2,7 @@
 
 #include "support/GoldenFile.h"
 
+#include <ca/formatting/LegacyFormatter.h>
 #include <ca/lexer/Token.h>
 
 #include <cstdint>
@@ -22,6 +23,9 @@ struct LineOptions {
 /// Reads `lines`, `useSpaces`, `tabSize`, `indentSize`, `functionIndentStyle` (Classic, Mixed or All) and
 /// `blankLineStyle`. Throws std::runtime_error for any other option but `formatter`.
 LineOptions readLineOptions(const GoldenOptions& options);
+
+/// The same as the formatter's own record.
+ca::formatting::legacy::Settings makeSettings(const LineOptions& options);
 
 /// The text of the array that `ca_format` returns.
 std::u16string formatLines(const std::u16string& text, const LineOptions& options);
