@@ -4,16 +4,33 @@
 
 namespace ca::config {
 
-/// Where a configuration comes from. The kind of a source is its dynamic type.
+/// Where a configuration comes from. Which of the classes below a source is decides what its sections are.
 class OMBREL_HOST_API ConfigSource {
 public:
-    virtual ~ConfigSource() = default;
+    ConfigSource(const ConfigSource&) = delete;
+    ConfigSource& operator=(const ConfigSource&) = delete;
+    virtual ~ConfigSource();
+
+protected:
+    ConfigSource() = default;
 };
 
-/// The source without content: every option has its factory value.
+/// What the products come with. Has no content: sections answer with their built-in values.
 class OMBREL_HOST_API FactoryConfigSource : public ConfigSource {
 public:
-    FactoryConfigSource();
+    ~FactoryConfigSource() override;
+};
+
+/// Settings of the time before configuration files.
+class OMBREL_HOST_API LegacyConfigSource : public ConfigSource {
+public:
+    ~LegacyConfigSource() override;
+};
+
+/// What the user chose in the preferences.
+class OMBREL_HOST_API PreferenceConfigSource : public ConfigSource {
+public:
+    ~PreferenceConfigSource() override;
 };
 
 } // namespace ca::config
