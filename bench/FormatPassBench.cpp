@@ -1,5 +1,5 @@
-// The format pass over synthetic trees: statements of nine leaves, blocks of one level in between, all
-// features on. The tree is built beforehand and not measured.
+// The format pass over synthetic trees: statements of ten leaves in blocks of one level, all features on.
+// The tree is built beforehand and not measured.
 
 #include "Measure.h"
 

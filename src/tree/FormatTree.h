@@ -20,14 +20,9 @@ class TextNode;
 /// leaves: the text tree groups tokens and the gaps between them by construct, the indentation tree says
 /// which level each leaf belongs to.
 ///
-/// A finished tree holds to these rules, which tests/support/TreeInvariantChecker checks:
-///
-/// 1. Each node is listed once, in order of creation, the outermost level first, and hangs in one of the
-///    two trees.
-/// 2. A container has children, and is the parent of each of them.
-/// 3. The chain of leaves visits the leaves of the text tree from left to right; backwards it is the reverse.
-/// 4. Each leaf has a level, and stands once among its members; so does each level but the outermost.
-/// 5. Each token stands in exactly one leaf, in the order of the text.
+/// Each node of a finished tree is listed once and hangs in one of the two trees, the chain of leaves follows
+/// the order of the text, and each token stands in exactly one leaf. tests/support/TreeInvariantChecker.h has
+/// the rules one by one and checks them.
 ///
 /// A tree owns its tokens and, through its arena, all its nodes, and nothing changes it once it is finished.
 /// It is shared by `std::shared_ptr`, is neither copied nor moved, and serves one thread at a time.
