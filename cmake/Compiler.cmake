@@ -21,9 +21,10 @@ if(OMBREL_WERROR)
 endif()
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT OMBREL_SANITIZE)
     set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-    # Calls inside a library go straight to their target, exported or not.
+    # Calls inside a library go straight to their target, exported or not. Data doesn't: a program may hold its copy
+    # of it, and has to be the only one (the numbers of the stream facets are told apart by address).
     add_compile_options(-fno-semantic-interposition)
-    add_link_options(LINKER:-Bsymbolic)
+    add_link_options(LINKER:-Bsymbolic-functions)
 endif()
 if(OMBREL_SANITIZE)
     add_compile_options(-fsanitize=${OMBREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ca/AnalysisOptions.h"
+#include "ca/CodeInput.h"
+#include "ca/SyntaxError.h"
+#include "ca/astapi/CA.h"
+#include "lf/astapi/Nodes.h"
+#include "ombrel/api.h"
+
+#include <memory>
+#include <string>
+
+namespace ca {
+
+/// A parsed file. Owns the syntax tree and the text that its identifiers point into.
+class OMBREL_HOST_API AnalysisResult {
+public:
+    virtual ~AnalysisResult() = default;
+
+    /// The root of the tree. Never null.
+    virtual const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const = 0;
+};
+
+/// Parses single files. Holds no state between calls; any number of threads may use one at once.
+///
+/// Both operations take time and memory in proportion to the text and throw SyntaxErrorException if it
+/// doesn't parse. Nesting deeper than 256 levels is such a fault, so that no text can exhaust the stack.
+class OMBREL_HOST_API Analyzer {
+public:
+    virtual ~Analyzer() = default;
+
+    /// Parses the input's source code; an input without any is an empty file.
+    virtual std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions& options) = 0;
+
+    /// Parses a text with default options.
+    virtual std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) = 0;
+};
+
+/// Makes an analyzer. The caller owns it.
+OMBREL_HOST_API std::unique_ptr<Analyzer> createSingleFileAnalyzer();
+
+} // namespace ca

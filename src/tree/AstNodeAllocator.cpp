@@ -1,0 +1,60 @@
+#include "tree/AstNodeAllocator.h"
+
+#include <utility>
+
+namespace lf::astapi {
+
+namespace {
+
+constexpr std::size_t alignment = 8;
+
+constexpr std::size_t roundUp(std::size_t size) {
+    return (size + alignment - 1) / alignment * alignment;
+}
+
+} // namespace
+
+AstNodeAllocator::AstNodeAllocator(std::size_t pageSize) : pageSize(pageSize) {}
+
+AstNodeAllocator::~AstNodeAllocator() {
+    for (const auto& cleanUp : cleanUps) {
+        cleanUp();
+    }
+}
+
+void* AstNodeAllocator::allocate(std::size_t size) {
+    if (size > pageSize / 2) {
+        return allocateLarge(size);
+    }
+    ++counters.smallRequests;
+    counters.smallBytes += size;
+    const std::size_t rounded = roundUp(size);
+    if (pages.empty() || usedOffset + rounded > pageSize) {
+        addPage();
+    }
+    return pages.front().get() + std::exchange(usedOffset, usedOffset + rounded);
+}
+
+void AstNodeAllocator::addCleanUp(std::function<void()> cleanUp) {
+    cleanUps.push_back(std::move(cleanUp));
+}
+
+void AstNodeAllocator::addPage() {
+    if (!pages.empty()) {
+        counters.wastedBytes += pageSize - usedOffset;
+    }
+    ++counters.pages;
+    counters.pageBytes += pageSize;
+    pages.emplace_front(new std::byte[pageSize]);
+    pageAddresses.push_back(pages.front().get());
+    usedOffset = 0;
+}
+
+void* AstNodeAllocator::allocateLarge(std::size_t size) {
+    ++counters.largeRequests;
+    counters.largeBytes += size;
+    largeBlocks.push_front({Memory(new std::byte[size]), size});
+    return largeBlocks.front().memory.get();
+}
+
+} // namespace lf::astapi

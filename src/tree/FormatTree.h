@@ -1,0 +1,67 @@
+#pragma once
+
+#include "tree/AstNodeAllocator.h"
+
+#include <ca/lexer/Token.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ca::formatting {
+
+class FormatNode;
+class IndentNode;
+class LeafNode;
+class TextNode;
+
+/// One file as a graph of small nodes that state what could change in its text. Two trees lie over the same
+/// leaves: the text tree groups tokens and the gaps between them by construct, the indentation tree says
+/// which level each leaf belongs to.
+///
+/// Each node of a finished tree is listed once and hangs in one of the two trees, the chain of leaves follows
+/// the order of the text, and each token stands in exactly one leaf. tests/support/TreeInvariantChecker.h has
+/// the rules one by one and checks them.
+///
+/// A tree owns its tokens and, through its arena, all its nodes, and nothing changes it once it is finished.
+/// It is shared by `std::shared_ptr`, is neither copied nor moved, and serves one thread at a time.
+class FormatTree {
+public:
+    FormatTree(const FormatTree&) = delete;
+    FormatTree& operator=(const FormatTree&) = delete;
+
+    /// All nodes of both trees in order of creation.
+    const std::vector<FormatNode*>& getNodes() const { return nodes; }
+
+    TextNode* getRootText() const { return rootText; }
+
+    /// Start of the chain of leaves; empty for a tree without leaves.
+    std::optional<LeafNode*> getFirstLeaf() const { return firstLeaf; }
+
+    /// The leaves as a table, one a row.
+    std::u16string dumpLeaves() const;
+
+    /// The leaves with their containers drawn as brackets to the right.
+    std::u16string dumpTextTree() const;
+
+    /// The leaves with their levels drawn as brackets to the right.
+    std::u16string dumpIndentTree() const;
+
+protected:
+    /// An empty tree with an arena of the given page size in bytes, for those that fill the record.
+    explicit FormatTree(std::size_t pageSize) : allocator(pageSize) {}
+
+    /// Chains the leaves under `rootText` in text order and sets `firstLeaf`.
+    void linkLeaves();
+
+    // Destroyed in reverse order: the nodes first, then the tokens that they point at.
+    std::vector<FormatNode*> nodes;
+    TextNode* rootText = nullptr;     ///< a container of kind `None`
+    IndentNode* rootIndent = nullptr; ///< a ProgramIndentNode
+    std::optional<LeafNode*> firstLeaf;
+    std::vector<ca::lexer::Token> tokens;
+    lf::astapi::AstNodeAllocator allocator;
+};
+
+} // namespace ca::formatting

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "config/FormattingConfig.h"
+#include "tree/FormatNode.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace ca::formatting {
+
+class ContainerNode;
+
+/// Something that takes up space in the output: a group of text nodes or a leaf.
+class TextNode : public FormatNode {
+public:
+    /// Width of the node if it stands on one line, in 16-bit characters; empty if that can't be told. Needs
+    /// the options only, so a node can be measured before it has run.
+    virtual std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const = 0;
+
+    /// The container around this node; empty for the outermost.
+    std::optional<ContainerNode*> getParent() const { return parent; }
+    void setParent(ContainerNode* container) { parent = container; }
+
+protected:
+    std::optional<ContainerNode*> parent;
+};
+
+} // namespace ca::formatting

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "tree/LeafNode.h"
+#include "tree/WhitespaceItem.h"
+
+#include <string>
+#include <vector>
+
+namespace ca::formatting {
+
+/// Everything between two tokens of code: blanks, line ends, comments, stray separators. There is a node in
+/// every gap, also where the source has nothing, since the formatter must be able to put something there.
+/// These are the only places where the output can differ from the source.
+class WhitespaceNode : public LeafNode {
+public:
+    std::unordered_set<FormatNode*> getDependencies() const override;
+    std::u16string getName() const override;
+
+    /// Whether a line break may be chosen here.
+    virtual bool isLineBreakCandidate(std::shared_ptr<FormattingConfig> config) const = 0;
+
+    const std::vector<WhitespaceItem>& getItems() const { return items; }
+
+    /// Length of the run as the source has it; empty if it has a line end or a comment in it.
+    std::optional<std::uint64_t> getOriginalWidth() const;
+
+    std::u16string getOriginalText() const;
+
+    /// Column behind the run as renderItems() prints it, with one exception: a rewritten line start counts as
+    /// one level, however deep the line is. That reaches only the measuring of the rest of its line.
+    std::uint64_t computeEndColumn(FormatPass& pass) const;
+
+    /// The text of the run with line starts, blanks and line ends as the options want them. Line ends come
+    /// out as line feeds, comments whole.
+    std::u16string renderItems(FormatPass& pass) const;
+
+    /// The run between quotes, escaped so that it stays on one line of a dump.
+    std::u16string getQuotedText() const;
+
+    bool hasComment() const;
+
+protected:
+    WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run, std::u16string name);
+
+private:
+    std::vector<WhitespaceItem> items;
+    std::u16string name;
+};
+
+} // namespace ca::formatting

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "tree/AstNodeAllocator.h"
+#include "tree/FormatNode.h"
+
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace ca::formatting {
+
+/// Makes a node in the arena of a tree and adds it to the tree's list of nodes. The node is destroyed with
+/// the arena. If its constructor throws, arena and list are left without it.
+template <class NodeClass, class... Arguments>
+NodeClass* makeNode(lf::astapi::AstNodeAllocator& allocator, std::vector<FormatNode*>& nodes,
+                    Arguments&&... arguments) {
+    static_assert(alignof(NodeClass) <= 8, "the arena aligns to 8 bytes");
+    auto* node = new (allocator.allocate(sizeof(NodeClass))) NodeClass(std::forward<Arguments>(arguments)...);
+    allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
+    nodes.push_back(node);
+    return node;
+}
+
+} // namespace ca::formatting

@@ -1,0 +1,132 @@
+#include "pass/FormatPass.h"
+
+#include "support/TestConfig.h"
+#include "support/TreeBuilder.h"
+#include "tree/IndentNodes.h"
+#include "tree/TokenNode.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+using namespace ca::formatting;
+using Kind = FormattingConfig::ContainerKind;
+
+namespace {
+
+/// Writes down when it ran, and then does what it was told.
+class ScriptedNode : public FormatNode {
+public:
+    ScriptedNode(std::u16string name, std::u16string& log) : name(std::move(name)), log(log) {}
+
+    std::unordered_set<FormatNode*> getDependencies() const override { return dependencies; }
+    void format(FormatPass& pass) override {
+        log += name;
+        if (action) {
+            action(pass);
+        }
+    }
+    std::u16string getName() const override { return name; }
+    DebugTable getDebugTable() const override { return {}; }
+
+    std::unordered_set<FormatNode*> dependencies;
+    std::function<void(FormatPass&)> action;
+
+private:
+    std::u16string name;
+    std::u16string& log;
+};
+
+/// A graph of nodes with names of one letter: `{"ab", "bc"}` says that a waits for b and b for c.
+class Graph {
+public:
+    Graph(std::u16string_view names, std::initializer_list<std::u16string_view> edges) {
+        for (const char16_t name : names) {
+            nodes[name] = builder.make<ScriptedNode>(std::u16string(1, name), log);
+        }
+        for (const auto edge : edges) {
+            nodes.at(edge[0])->dependencies.insert(nodes.at(edge[1]));
+        }
+    }
+
+    /// The order in which the nodes ran. The text of the tree is empty.
+    std::u16string run() {
+        const auto tree = builder.finish(builder.container(Kind::None, "T"));
+        EXPECT_EQ(formatTree(tree, makeConfig({})), u"");
+        return log;
+    }
+
+    ScriptedNode& operator[](char16_t name) { return *nodes.at(name); }
+
+private:
+    TreeBuilder builder{u""};
+    std::u16string log;
+    std::unordered_map<char16_t, ScriptedNode*> nodes;
+};
+
+/// A tree of statements `a+b;`, with a line separator between each two.
+std::shared_ptr<FormatTree> makeStatements(std::size_t count) {
+    std::u16string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += u"a+b;\n";
+    }
+    TreeBuilder builder(text);
+    TreeBuilder::TextNodes statements;
+    for (std::size_t i = 0; i < count; ++i) {
+        statements.push_back(builder.container(Kind::PlusMinus, "TBTAT"));
+        statements.push_back(builder.take("L").front());
+    }
+    return builder.finish(builder.container(Kind::None, statements));
+}
+
+FormatPass::Effort measureEffort(std::size_t statements) {
+    FormatPass pass(makeStatements(statements), makeConfig({}));
+    pass.run();
+    return pass.getEffort();
+}
+
+} // namespace
+
+TEST(FormatPass, RunsEachNodeOnceAndBehindWhatItWaitsFor) {
+    EXPECT_EQ(Graph(u"abcd", {u"ab", u"bc", u"cd"}).run(), u"dcba");
+    const std::u16string diamond = Graph(u"abcd", {u"ab", u"ac", u"bd", u"cd"}).run();
+    EXPECT_TRUE(diamond == u"dbca" || diamond == u"dcba");
+    EXPECT_EQ(Graph(u"abc", {u"ba", u"cb", u"ca"}).run(), u"abc");
+}
+
+TEST(FormatPass, NeverRunsACycleNorWhatWaitsForIt) {
+    EXPECT_EQ(Graph(u"abcde", {u"ab", u"bc", u"ca", u"da"}).run(), u"e");
+    EXPECT_EQ(Graph(u"ab", {u"aa"}).run(), u"b");
+}
+
+TEST(FormatPass, RaisesOutOfRangeForAResultThatIsMissing) {
+    const ProgramIndentNode stray;
+    Graph graph(u"a", {});
+    graph[u'a'].action = [&stray](FormatPass& pass) { pass.getIndentation(stray); };
+    EXPECT_THROW(graph.run(), std::out_of_range);
+
+    TreeBuilder builder(u"\n");
+    const auto tree = builder.finish(builder.take("L").front()); // no container decides about the separator
+    EXPECT_THROW(formatTree(tree, makeConfig({.lineBreaking = true})), std::out_of_range);
+}
+
+TEST(FormatPass, KeepsTheFirstResult) {
+    TreeBuilder builder(u"abc");
+    auto* leaf = static_cast<TokenNode*>(builder.take("T").front());
+    FormatPass pass(builder.finish(builder.container(Kind::None, {leaf})), makeConfig({}));
+    pass.setEndColumn(*leaf, 77);
+    EXPECT_EQ(pass.run(), u"abc");
+    EXPECT_EQ(pass.getEndColumn(*leaf), 77U);
+}
+
+TEST(FormatPass, VisitsEachDependencyOnce) {
+    // A statement is a container and six leaves. A leaf waits for the leaf before it and its container, a
+    // container for its parent, the leaf before it and a level; the first ones have no leaf before them.
+    const auto small = measureEffort(100);
+    EXPECT_EQ(small.nodesRun, 2U + 100 * 7);
+    EXPECT_EQ(small.edgesVisited, 1U + 100 * (6 * 2 + 3) - 2);
+    const auto large = measureEffort(1000);
+    EXPECT_EQ(large.nodesRun, 2U + 1000 * 7);
+    EXPECT_EQ(large.edgesVisited, 1U + 1000 * (6 * 2 + 3) - 2);
+}

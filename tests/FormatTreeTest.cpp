@@ -1,0 +1,141 @@
+#include "tree/FormatTree.h"
+
+#include "support/TestConfig.h"
+#include "support/TreeBuilder.h"
+#include "support/TreeInvariantChecker.h"
+
+#include <gtest/gtest.h>
+
+using namespace ca::formatting;
+using Kind = FormattingConfig::ContainerKind;
+
+namespace {
+
+const std::u16string sample = u"if a+b\n  c; % d\nend\n";
+
+/// The sample with a block of one level: the chain of the condition, the statement and the comment in it.
+std::shared_ptr<FormatTree> makeSample() {
+    TreeBuilder builder(sample);
+    auto children = builder.take("LTN");
+    children.push_back(builder.container(Kind::PlusMinus, "TBTAT"));
+    builder.enterLevel();
+    const auto body = builder.take("LT");
+    builder.leaveLevel();
+    children.insert(children.end(), body.begin(), body.end());
+    const auto end = builder.take("LTLT");
+    children.insert(children.end(), end.begin(), end.end());
+    return builder.finish(builder.container(Kind::None, children));
+}
+
+/// Breaks a sound little tree on purpose and tells the first rule that the checker finds broken.
+template <class Break>
+std::string findFault(Break breakTree) {
+    const std::u16string text = u"a b";
+    TreeBuilder builder(text);
+    auto children = builder.take("TUT");
+    breakTree(builder, children);
+    const auto tree = builder.finish(builder.container(Kind::None, children));
+    const auto faults = checkTreeInvariants(text, *tree);
+    return faults.empty() ? "" : faults.front().substr(0, 1);
+}
+
+} // namespace
+
+TEST(FormatTree, DumpsItsLeaves) {
+    TreeBuilder builder(u"a  =");
+    const auto tree = builder.finish(builder.container(Kind::None, "TUT"));
+    EXPECT_EQ(tree->dumpLeaves(), u"  Token_NameToken27_L1_C1   \"a\"\n"
+                                  u"    UnnecessaryWhitespace  \"  \"\n"
+                                  u"       Token_Assign_L1_C4   \"=\"\n");
+}
+
+TEST(FormatTree, DumpsItsTextTree) {
+    EXPECT_EQ(makeSample()->dumpTextTree(),
+              u"          LineSeparatorWhitespace         \"\"                -+ Container\n"
+              u"      Token_OpeningKeyword4_L1_C1       \"if\"                 |          \n"
+              u"              NecessaryWhitespace        \" \"                 |          \n"
+              u"          Token_NameToken27_L1_C4        \"a\"  -+ Container   |          \n"
+              u"        BinaryOperationWhitespace         \"\"   |             |          \n"
+              u"  Token_PlusMinusOperator51_L1_C5        \"+\"   |             |          \n"
+              u"        BinaryOperationWhitespace         \"\"   |             |          \n"
+              u"          Token_NameToken27_L1_C6        \"b\"  -+             |          \n"
+              u"          LineSeparatorWhitespace     \"\\n  \"                 |          \n"
+              u"          Token_NameToken27_L2_C3        \"c\"                 |          \n"
+              u"                          Comment  \"; % d\\n\"                 |          \n"
+              u"                  Token_End_L3_C1      \"end\"                 |          \n"
+              u"          LineSeparatorWhitespace       \"\\n\"                 |          \n"
+              u"           Token_EndOfInput_L4_C1         \"\"                -+          \n");
+}
+
+TEST(FormatTree, DumpsItsIndentTree) {
+    EXPECT_EQ(makeSample()->dumpIndentTree(),
+              u"          LineSeparatorWhitespace         \"\"                               -+ Program\n"
+              u"      Token_OpeningKeyword4_L1_C1       \"if\"                                |        \n"
+              u"              NecessaryWhitespace        \" \"                                |        \n"
+              u"          Token_NameToken27_L1_C4        \"a\"                                |        \n"
+              u"        BinaryOperationWhitespace         \"\"                                |        \n"
+              u"  Token_PlusMinusOperator51_L1_C5        \"+\"                                |        \n"
+              u"        BinaryOperationWhitespace         \"\"                                |        \n"
+              u"          Token_NameToken27_L1_C6        \"b\"                                |        \n"
+              u"          LineSeparatorWhitespace     \"\\n  \"  -+ SwitchContentsIndentNode   |        \n"
+              u"          Token_NameToken27_L2_C3        \"c\"  -+                            |        \n"
+              u"                          Comment  \"; % d\\n\"                                |        \n"
+              u"                  Token_End_L3_C1      \"end\"                                |        \n"
+              u"          LineSeparatorWhitespace       \"\\n\"                                |        \n"
+              u"           Token_EndOfInput_L4_C1         \"\"                               -+        \n");
+}
+
+TEST(FormatTree, KeepsItsInvariants) {
+    const auto tree = makeSample();
+    EXPECT_EQ(checkTreeInvariants(sample, *tree), std::vector<std::string>());
+    const auto* root = static_cast<ContainerNode*>(tree->getRootText());
+    EXPECT_EQ(root->getName(), u"ContainerNode_[WhitespaceNode_T0_T0]_[Token_EndOfInput_L4_C1]");
+    EXPECT_EQ(root->getLeafBefore(), std::nullopt);
+}
+
+TEST(FormatTree, GivesTheSourceWithNothingSwitchedOnAndServesSeveralPasses) {
+    const auto tree = makeSample();
+    EXPECT_EQ(formatTree(tree, makeConfig({})), sample);
+    EXPECT_EQ(formatTree(tree, makeConfig({.trim = true, .indentation = true})), u"if a+b\n    c;% d\nend\n");
+    EXPECT_EQ(formatTree(tree, makeConfig({})), sample);
+}
+
+TEST(FormatTree, DestroysEachNodeOnceAndTheFirstOneFirst) {
+    struct Witness : IndentNode {
+        Witness(std::string& log, char name) : IndentNode(u""), log(log), name(name) {}
+        ~Witness() override { log += name; }
+        IndentChange getIndentChange(std::shared_ptr<FormattingConfig>) const override { return {}; }
+        DebugTable getDebugTable() const override { return {}; }
+
+        std::string& log;
+        char name;
+    };
+    std::string log;
+    TreeBuilder builder(u"");
+    for (const char name : {'a', 'b', 'c'}) {
+        builder.make<Witness>(log, name);
+    }
+    builder.finish(builder.container(Kind::None, "T")).reset();
+    EXPECT_EQ(log, "abc");
+}
+
+TEST(TreeInvariantChecker, FindsEachKindOfFault) {
+    using Children = TreeBuilder::TextNodes;
+    EXPECT_EQ(findFault([](TreeBuilder&, Children&) {}), "");
+    EXPECT_EQ(findFault([](TreeBuilder& builder, Children&) { builder.enterLevel(); }), "");
+    EXPECT_EQ(findFault([](TreeBuilder& builder, Children& children) {
+                  builder.container(Kind::None, {children[0]}); // in no tree
+              }),
+              "2");
+    EXPECT_EQ(findFault([](TreeBuilder& builder, Children& children) {
+                  children.push_back(builder.container(Kind::None, Children{builder.take("T")}));
+                  children.push_back(children[0]); // twice
+              }),
+              "4");
+    EXPECT_EQ(findFault([](TreeBuilder&, Children& children) { children.pop_back(); }), "2");
+    EXPECT_EQ(findFault([](TreeBuilder&, Children& children) { std::swap(children[0], children[2]); }), "6");
+    EXPECT_EQ(findFault([](TreeBuilder& builder, Children& children) {
+                  builder.getLevel()->appendMember(children[1]);
+              }),
+              "5");
+}

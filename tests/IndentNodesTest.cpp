@@ -1,0 +1,119 @@
+#include "tree/IndentNodes.h"
+
+#include "pass/FormatPass.h"
+#include "support/TestConfig.h"
+#include "support/TreeBuilder.h"
+
+#include <ca/astapi/CA.h>
+#include <lf/astapi/Nodes.h>
+
+#include <gtest/gtest.h>
+
+using namespace ca::formatting;
+using ca::astapi::CA;
+using Kind = FormattingConfig::ContainerKind;
+using Style = FormattingConfig::FunctionIndentStyle;
+
+namespace {
+
+template <class SyntaxNode>
+SyntaxNode makeSyntax(std::uint32_t line, std::uint32_t column) {
+    SyntaxNode node{};
+    if constexpr (requires { SyntaxNode::nodeKind; }) {
+        node.kind = SyntaxNode::nodeKind;
+    }
+    node.line = line;
+    node.column = column;
+    return node;
+}
+
+/// Two functions, the second nested in the first.
+struct NestedFunctions {
+    NestedFunctions() { inner.parent = &outer; }
+
+    lf::astapi::Function<CA> outer = makeSyntax<lf::astapi::Function<CA>>(1, 1);
+    lf::astapi::Function<CA> inner = makeSyntax<lf::astapi::Function<CA>>(2, 1);
+};
+
+/// Levels of the outer body, the nested header and the nested body, in blanks of width 1.
+std::vector<std::size_t> getFunctionLevels(Style style) {
+    const NestedFunctions functions;
+    TreeBuilder builder(u"");
+    auto* outerBody = builder.make<FunctionContentsIndentNode>(builder.getLevel(), functions.outer);
+    auto* innerHeader = builder.make<NestedFunctionIndentNode>(outerBody, functions.inner);
+    auto* innerBody = builder.make<FunctionContentsIndentNode>(innerHeader, functions.inner);
+    FormatPass pass(builder.finish(builder.container(Kind::None, "T")),
+                    makeConfig({.indentWidth = 1, .functionStyle = style}));
+    pass.run();
+    return {pass.getIndentation(*outerBody).size(), pass.getIndentation(*innerHeader).size(),
+            pass.getIndentation(*innerBody).size()};
+}
+
+/// The string of a level inside a level, both adding one.
+std::u16string getSecondLevel(const TestOptions& options) {
+    TreeBuilder builder(u"");
+    const auto block = makeSyntax<lf::astapi::WhileStatement<CA>>(1, 1);
+    auto* outer = builder.make<StatementBlockIndentNode>(builder.getLevel(), block);
+    auto* inner = builder.make<SwitchContentsIndentNode>(outer);
+    FormatPass pass(builder.finish(builder.container(Kind::None, "T")), makeConfig(options));
+    pass.run();
+    return pass.getIndentation(*inner);
+}
+
+} // namespace
+
+TEST(IndentNodes, IndentFunctionsByStyle) {
+    using Levels = std::vector<std::size_t>;
+    EXPECT_EQ(getFunctionLevels(Style::Classic), (Levels{0, 1, 1}));
+    EXPECT_EQ(getFunctionLevels(Style::IndentNested), (Levels{0, 0, 1}));
+    EXPECT_EQ(getFunctionLevels(Style::IndentAll), (Levels{1, 1, 2}));
+    EXPECT_EQ(getFunctionLevels(static_cast<Style>(3)), (Levels{0, 0, 0}));
+}
+
+TEST(IndentNodes, BuildLevelsFromCharacterAndWidth) {
+    using Character = FormattingConfig::IndentCharacter;
+    EXPECT_EQ(getSecondLevel({.indentWidth = 3}), u"      ");
+    EXPECT_EQ(getSecondLevel({.indentWidth = 2, .indentCharacter = Character::Tab}), u"\t\t\t\t");
+    EXPECT_EQ(getSecondLevel({.indentWidth = 1, .indentCharacter = static_cast<Character>(2)}),
+              std::u16string(2, u'\0'));
+    EXPECT_EQ(getSecondLevel({.indentWidth = 0}), u"");
+    EXPECT_EQ(getSecondLevel({.indentCaseBlocks = false}), u"    ");
+}
+
+TEST(IndentNodes, AreNamedByClassAndPlace) {
+    ProgramIndentNode program;
+    const auto function = makeSyntax<lf::astapi::Function<CA>>(1200, 7);
+    const auto method = makeSyntax<lf::astapi::MethodDefinition<CA>>(3, 5);
+    EXPECT_EQ(program.getName(), u"ProgramIndent");
+    EXPECT_EQ(SwitchContentsIndentNode(&program).getName(), u"");
+    EXPECT_EQ(ExpressionIndentNode(&program, makeSyntax<lf::astapi::BinaryOperation<CA>>(2, 10)).getName(),
+              u"ExpressionIndent_L2_C10");
+    EXPECT_EQ(StatementBlockIndentNode(&program, makeSyntax<lf::astapi::OtherwiseBlock<CA>>(1, 1)).getName(),
+              u"StatementBlockIndent_L1_C1");
+    EXPECT_EQ(FunctionContentsIndentNode(&program, function).getName(), u"FunctionContentsIndent_L1200_C7");
+    EXPECT_EQ(FunctionContentsIndentNode(&program, method).getName(), u"FunctionContentsIndent_L3_C5");
+    EXPECT_EQ(NestedFunctionIndentNode(&program, function).getName(), u"NestedFunctionIndent_L1200_C7");
+}
+
+TEST(IndentNodes, DrawTheirMembersUnderTheirLabels) {
+    ProgramIndentNode program;
+    EXPECT_EQ(program.getDebugTable().toString(), u"  <No Children>    ] Program\n");
+    const NestedFunctions functions;
+    const FunctionContentsIndentNode body(&program, functions.outer);
+    const NestedFunctionIndentNode nested(&program, functions.inner);
+    const SwitchContentsIndentNode cases(&program);
+    EXPECT_EQ(program.getDebugTable().toString(),
+              u"  <No Children>            ] FunctionContents  -+ Program\n"
+              u"  <No Children>              ] NestedFunction   |        \n"
+              u"  <No Children>    ] SwitchContentsIndentNode  -+        \n");
+}
+
+TEST(IndentNodes, RefuseANestedFunctionThatIsNone) {
+    ProgramIndentNode program;
+    try {
+        const NestedFunctionIndentNode node(&program, boost::none);
+        FAIL();
+    } catch (const boost::bad_optional_access& error) {
+        EXPECT_STREQ(error.what(), "Attempted to access the value of an uninitialized optional object.");
+    }
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "config/FormattingConfig.h"
+
+#include <memory>
+
+/// Options that a test sets one by one: `TestConfig{.trim = true}`. All features are off unless asked for.
+struct TestOptions {
+    bool trim = false;
+    bool indentation = false;
+    bool indentBlankLines = false;
+    bool lineBreaking = false;
+    bool indentCaseBlocks = true;
+    std::uint32_t indentWidth = 4;
+    std::uint32_t columnLimit = 80;
+    ca::formatting::FormattingConfig::FunctionIndentStyle functionStyle = {};
+    ca::formatting::FormattingConfig::IndentCharacter indentCharacter = {};
+    ca::formatting::FormattingConfig::LineBreakBehavior lineBreakBehavior = {};
+    ca::formatting::FormattingConfig::SeparatorPlacement separatorPlacement = {};
+};
+
+class TestConfig : public ca::formatting::FormattingConfig {
+public:
+    explicit TestConfig(const TestOptions& options) : options(options) {}
+
+    std::unordered_set<ca::config::ConfigIssue> getIssues() const override { return {}; }
+    bool getEnabled() const override { return true; }
+    bool getTrimUnnecessaryWhitespace() const override { return options.trim; }
+    bool getIndentationEnabled() const override { return options.indentation; }
+    FunctionIndentStyle getFunctionIndentStyle() const override { return options.functionStyle; }
+    bool getIndentCaseBlocks() const override { return options.indentCaseBlocks; }
+    bool getIndentBlankLines() const override { return options.indentBlankLines; }
+    IndentCharacter getIndentCharacter() const override { return options.indentCharacter; }
+    std::uint32_t getIndentWidth() const override { return options.indentWidth; }
+    bool getLineBreakingEnabled() const override { return options.lineBreaking; }
+    std::uint32_t getColumnLimit() const override { return options.columnLimit; }
+    LineBreakBehavior getLineBreakBehavior(ContainerKind) const override { return options.lineBreakBehavior; }
+    SeparatorPlacement getSeparatorPlacement(ContainerKind) const override {
+        return options.separatorPlacement;
+    }
+
+private:
+    TestOptions options;
+};
+
+inline std::shared_ptr<TestConfig> makeConfig(const TestOptions& options) {
+    return std::make_shared<TestConfig>(options);
+}

@@ -1,0 +1,109 @@
+#include "support/TreeBuilder.h"
+
+#include "pass/FormatPass.h"
+#include "tree/DebugText.h"
+#include "tree/IndentNodes.h"
+#include "tree/TokenNode.h"
+
+#include <ca/lexer/lex.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+using namespace ca::formatting;
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+
+namespace {
+
+bool isSeparator(const Token& token) {
+    return token.type == TokenType::Semicolon || token.type == TokenType::Comma;
+}
+
+} // namespace
+
+TreeBuilder::TreeBuilder(const std::u16string& text) : TreeBuilder(ca::lexer::lex(text)) {}
+
+TreeBuilder::TreeBuilder(std::vector<Token> tokens) : tree(std::make_shared<Tree>()) {
+    tree->tokens = std::move(tokens);
+    level = tree->rootIndent = make<ProgramIndentNode>();
+}
+
+TreeBuilder::TextNodes TreeBuilder::take(std::string_view steps, ContainerKind kind) {
+    TextNodes children;
+    for (const char step : steps) {
+        children.push_back(takeStep(step, kind));
+    }
+    return children;
+}
+
+ContainerNode* TreeBuilder::container(ContainerKind kind, const TextNodes& children) {
+    return make<ContainerNode>(kind, children);
+}
+
+ContainerNode* TreeBuilder::container(ContainerKind kind, std::string_view steps) {
+    return container(kind, take(steps, kind));
+}
+
+void TreeBuilder::enterLevel() {
+    level = make<SwitchContentsIndentNode>(level);
+}
+
+void TreeBuilder::leaveLevel() {
+    level = level->getParent().value();
+}
+
+const std::vector<Token>& TreeBuilder::getTokens() const {
+    return tree->tokens;
+}
+
+std::shared_ptr<FormatTree> TreeBuilder::finish(TextNode* rootText) {
+    tree->rootText = rootText;
+    tree->linkLeaves();
+    return std::move(tree);
+}
+
+TextNode* TreeBuilder::takeStep(char step, ContainerKind kind) {
+    using Side = BinaryOperationWhitespaceNode::Side;
+    if (step == 'T') {
+        return make<TokenNode>(level, &tree->tokens.at(tokenIndex++));
+    }
+    Run run = takeRun(step == 'L');
+    if (std::any_of(run.tokens.begin(), run.tokens.end(), [](const Token* t) { return t->isComment(); })) {
+        return make<CommentNode>(level, run.tokens, run.name);
+    }
+    switch (step) {
+    case 'U':
+        return make<UnnecessaryWhitespaceNode>(level, run.tokens, run.name);
+    case 'N':
+        return make<NecessaryWhitespaceNode>(level, run.tokens, run.name);
+    case 'L':
+        return make<LineSeparatorWhitespaceNode>(level, run.tokens, run.name);
+    case 'B':
+        return make<BinaryOperationWhitespaceNode>(kind, Side::Before, level, run.tokens, run.name);
+    case 'A':
+        return make<BinaryOperationWhitespaceNode>(kind, Side::After, level, run.tokens, run.name);
+    default:
+        throw std::invalid_argument("no such step");
+    }
+}
+
+TreeBuilder::Run TreeBuilder::takeRun(bool absorbSeparators) {
+    const std::size_t first = tokenIndex;
+    Run run;
+    const auto belongs = [&](const Token& token) {
+        return token.isWhitespace() || (absorbSeparators && isSeparator(token));
+    };
+    while (tokenIndex < tree->tokens.size() && belongs(tree->tokens[tokenIndex])) {
+        run.tokens.push_back(&tree->tokens[tokenIndex++]);
+    }
+    auto stream = makeDebugStream();
+    stream << u"WhitespaceNode_T" << first << u"_T" << tokenIndex;
+    run.name = stream.str();
+    return run;
+}
+
+std::u16string formatTree(const std::shared_ptr<FormatTree>& tree,
+                          const std::shared_ptr<FormattingConfig>& config) {
+    return FormatPass(tree, config).run();
+}
