@@ -63,7 +63,8 @@ bool Parser::isTakenByOpenBlock(TokenType branch) const {
 }
 
 void Parser::openBlock() {
-    blocks.push_back({cursor.advance(), false});
+    const CodeToken& keyword = cursor.advance();
+    blocks.push_back({keyword, keyword.index == lastFault});
 }
 
 /// Takes the block's `end`, or reports that there is none.

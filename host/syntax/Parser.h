@@ -77,6 +77,7 @@ private:
     [[noreturn]] void fail(std::u16string_view identifier, std::u16string message, const CodeToken& at);
     [[noreturn]] void failExpected(std::u16string_view what);
     void failIfUnrecognized();
+    bool isInReportedHeader(const CodeToken& at) const;
     void checkUnclosedComment();
     std::u16string describePlace(const CodeToken& partner) const;
     std::u16string describeCurrent() const { return describe(cursor.getToken(cursor.get())); }
@@ -253,6 +254,7 @@ private:
     int indexDepth = 0; ///< how many indexes are open around this place: `end` needs one
     bool blankSeparates = false;
     bool functionsHaveEnd = true;
+    std::uint32_t lastFault = UINT32_MAX; ///< index of the token of the last fault
 };
 
 } // namespace ca::syntax

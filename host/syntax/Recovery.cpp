@@ -60,10 +60,20 @@ bool Parser::reportTooDeep() {
 }
 
 void Parser::report(std::u16string_view identifier, std::u16string message, const CodeToken& at) {
+    lastFault = at.index;
+    if (isInReportedHeader(at)) {
+        return;
+    }
     errors.report(identifier, std::move(message), cursor.getToken(at));
     if (errors.isFull()) {
         throw Stopped{};
     }
+}
+
+/// A keyword in the wrong place is a fault, and what is missing on its line follows from it: `x = if`.
+bool Parser::isInReportedHeader(const CodeToken& at) const {
+    return !blocks.empty() && blocks.back().isReported &&
+           cursor.getToken(blocks.back().keyword).line == cursor.getToken(at).line;
 }
 
 void Parser::fail(std::u16string_view identifier, std::u16string message, const CodeToken& at) {
@@ -85,7 +95,7 @@ void Parser::failIfUnrecognized() {
     if (token.lexeme.front() == u'\'' || token.lexeme.front() == u'"') {
         fail(u"UnclosedString", u"this string is not closed on its line", cursor.get());
     }
-    fail(u"UnrecognizedText", u"Ombrel has no use for " + describeCurrent() + u" here", cursor.get());
+    fail(u"UnrecognizedText", u"unrecognised text " + describeCurrent(), cursor.get());
 }
 
 /// The comment has swallowed everything behind it, so whatever else is missing there follows from it.
