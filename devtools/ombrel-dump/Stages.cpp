@@ -1,5 +1,7 @@
 #include "Stages.h"
 
+#include "SyntaxDump.h"
+
 #include <ca/lexer/lex.h>
 #include <ombrel-format/TextEncoding.h>
 
@@ -33,6 +35,7 @@ void printTokens(std::ostream& stream, const std::u16string& text) {
 const std::vector<Stage>& getStages() {
     static const std::vector<Stage> stages = {
         {"tokens", "the token list, as JSON", printTokens},
+        {"syntax", "the syntax tree, as JSON", dumpSyntax},
     };
     return stages;
 }

@@ -1,5 +1,6 @@
 #include "Stages.h"
 
+#include <ca/SyntaxError.h>
 #include <ombrel-format/FileSystem.h>
 #include <ombrel-format/Message.h>
 #include <ombrel-format/Suggestion.h>
@@ -41,6 +42,15 @@ std::string readInput(const std::string& path) {
     return DiskFileSystem().read(path == "-" ? "/dev/stdin" : path, maximalByteCount);
 }
 
+ExitStatus printErrors(const std::string& path, const std::vector<ca::SyntaxError>& errors,
+                       const std::u16string& text) {
+    for (const ca::SyntaxError& error : errors) {
+        const Problem problem{ExitStatus::Unparsable, encodeLossy(error.message), error.line, error.column};
+        printProblem(std::cerr, path, problem, text, Color::Off);
+    }
+    return ExitStatus::Unparsable;
+}
+
 ExitStatus dump(const Stage& stage, const std::string& path) {
     const std::string bytes = readInput(path);
     const auto decoded = decode(bytes);
@@ -48,7 +58,12 @@ ExitStatus dump(const Stage& stage, const std::string& path) {
         printProblem(std::cerr, path, *problem, decodeLossy(bytes), Color::Off);
         return problem->status;
     }
-    stage.print(std::cout, std::get<DecodedText>(decoded).text);
+    const std::u16string& text = std::get<DecodedText>(decoded).text;
+    try {
+        stage.print(std::cout, text);
+    } catch (const ca::SyntaxErrorException& exception) {
+        return printErrors(path, exception.getErrors(), text);
+    }
     if (std::cout.flush()) {
         return ExitStatus::Done;
     }

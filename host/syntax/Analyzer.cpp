@@ -1,8 +1,53 @@
 #include "ca/Analyzer.h"
 
+#include "ca/lexer/lex.h"
+#include "syntax/Parser.h"
+
 #include <utility>
 
 namespace ca {
+
+namespace {
+
+/// The tree's identifiers point into the text, so the two stay together.
+class ParsedFile final : public AnalysisResult {
+public:
+    explicit ParsedFile(const std::u16string& sourceCode) : text(sourceCode) {
+        const std::vector<lexer::Token> tokens = lexer::lex(text);
+        syntax::SyntaxErrors errors;
+        root = syntax::Parser(text, tokens, arena, errors).parseFile();
+        if (!errors.isEmpty()) {
+            throw SyntaxErrorException(errors.take());
+        }
+    }
+
+    const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const override { return root; }
+
+private:
+    std::u16string text;
+    syntax::Arena arena;
+    const lf::astapi::ProgramFile<astapi::CA>* root = nullptr;
+};
+
+class SingleFileAnalyzer final : public Analyzer {
+public:
+    std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions&) override {
+        return parseSourceCode(input.getSourceCode().value_or(std::u16string()));
+    }
+
+    std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) override {
+        return std::make_shared<ParsedFile>(sourceCode);
+    }
+};
+
+} // namespace
+
+AnalysisResult::~AnalysisResult() = default;
+Analyzer::~Analyzer() = default;
+
+std::unique_ptr<Analyzer> createSingleFileAnalyzer() {
+    return std::make_unique<SingleFileAnalyzer>();
+}
 
 CodeGenerationSupport::CodeGenerationSupport() = default;
 

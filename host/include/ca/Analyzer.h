@@ -15,7 +15,7 @@ namespace ca {
 /// A parsed file. Owns the syntax tree and the text that its identifiers point into.
 class OMBREL_HOST_API AnalysisResult {
 public:
-    virtual ~AnalysisResult() = default;
+    virtual ~AnalysisResult();
 
     /// The root of the tree. Never null.
     virtual const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const = 0;
@@ -27,7 +27,7 @@ public:
 /// doesn't parse. Nesting deeper than 256 levels is such a fault, so that no text can exhaust the stack.
 class OMBREL_HOST_API Analyzer {
 public:
-    virtual ~Analyzer() = default;
+    virtual ~Analyzer();
 
     /// Parses the input's source code; an input without any is an empty file.
     virtual std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions& options) = 0;

@@ -1,0 +1,151 @@
+#include "syntax/TokenCursor.h"
+
+namespace ca::syntax {
+
+namespace {
+
+bool opensBracket(TokenType type) {
+    return type == TokenType::OpenParenthesis || type == TokenType::OpenSquareBracket ||
+           type == TokenType::OpenBrace;
+}
+
+bool closesBracket(TokenType type) {
+    return type == TokenType::CloseParenthesis || type == TokenType::CloseSquareBracket ||
+           type == TokenType::CloseBrace;
+}
+
+/// Decides which line ends end something. A continued line goes on behind comments and, inside a matrix or a
+/// brace, behind empty lines:
+///
+///     x = 1 + ...
+///         % the second part
+///         2
+class LineEndFilter {
+public:
+    /// Notes a token that is no code. Whether it is a line end that ends something.
+    bool passTrivia(TokenType type) {
+        switch (type) {
+        case TokenType::Continuation:
+            state = Continued;
+            return false;
+        case TokenType::LineComment:
+            isLineEmpty = false;
+            return false;
+        case TokenType::LineEnding75:
+        case TokenType::LineEnding76:
+        case TokenType::LineEnding77:
+            return passLineEnd();
+        default:
+            return false;
+        }
+    }
+
+    void passCode(TokenType type) {
+        state = InCode;
+        if (opensBracket(type)) {
+            brackets.push_back(type);
+        } else if (closesBracket(type)) {
+            close(static_cast<TokenType>(static_cast<int>(type) - 1));
+        } else if (opensBlock(type) || type == TokenType::End) {
+            clear();
+        }
+        openLists += isList(type);
+    }
+
+private:
+    enum State { InCode, Continued, Resumed };
+
+    static bool isList(TokenType open) {
+        return open == TokenType::OpenSquareBracket || open == TokenType::OpenBrace;
+    }
+
+    bool passLineEnd() {
+        const bool isEmpty = state == Resumed && isLineEmpty;
+        isLineEmpty = true;
+        if (state == Continued || (state == Resumed && (!isEmpty || openLists > 0))) {
+            state = Resumed;
+            return false;
+        }
+        state = InCode;
+        if (openLists == 0) {
+            clear();
+        }
+        return true;
+    }
+
+    void close(TokenType open) {
+        std::size_t depth = brackets.size();
+        while (depth > 0 && brackets[depth - 1] != open) {
+            --depth;
+        }
+        while (depth > 0 && brackets.size() >= depth) {
+            openLists -= isList(brackets.back());
+            brackets.pop_back();
+        }
+    }
+
+    void clear() {
+        brackets.clear();
+        openLists = 0;
+    }
+
+    State state = InCode;
+    bool isLineEmpty = true;
+    std::vector<TokenType> brackets;
+    int openLists = 0;
+};
+
+} // namespace
+
+bool opensBlock(TokenType type) {
+    switch (type) {
+    case TokenType::Function:
+    case TokenType::OpeningKeyword3:
+    case TokenType::OpeningKeyword4:
+    case TokenType::OpeningKeyword5:
+    case TokenType::OpeningKeyword6:
+    case TokenType::OpeningKeyword7:
+    case TokenType::OpeningKeyword13:
+    case TokenType::ClassLevelKeyword20:
+    case TokenType::OpeningKeyword21:
+    case TokenType::ClassLevelKeyword22:
+    case TokenType::OpeningKeyword23:
+    case TokenType::OpeningKeyword24:
+    case TokenType::OpeningKeyword25:
+    case TokenType::OpeningKeyword26:
+        return true;
+    default:
+        return false;
+    }
+}
+
+TokenCursor::TokenCursor(const std::vector<Token>& tokens) : tokens(tokens) {
+    codes.reserve(tokens.size() + 1);
+    LineEndFilter filter;
+    std::size_t position = 0;
+    std::size_t openComments = 0;
+    bool isBehindBlank = false;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const Token& token = tokens[i];
+        const CodeToken code{token.type, static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(position),
+                             isBehindBlank};
+        position += token.lexeme.size();
+        isBehindBlank = token.isWhitespace();
+        if (!isBehindBlank) {
+            filter.passCode(token.type);
+            codes.push_back(code);
+            continue;
+        }
+        if (token.type == TokenType::BlockCommentOpen && openComments++ == 0) {
+            unclosedComment = code.index;
+        } else if (token.type == TokenType::BlockCommentClose && --openComments == 0) {
+            unclosedComment.reset();
+        }
+        if (filter.passTrivia(token.type) && (codes.empty() || codes.back().type != lineEnd)) {
+            codes.push_back({lineEnd, code.index, code.position, code.isBehindBlank});
+        }
+    }
+    codes.push_back(codes.back());
+}
+
+} // namespace ca::syntax

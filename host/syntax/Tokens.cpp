@@ -1,0 +1,58 @@
+#include "syntax/Parser.h"
+
+namespace ca::syntax {
+
+namespace {
+
+/// Opening brackets have every other number, each in front of its partner.
+TokenType getPartner(TokenType open) {
+    return static_cast<TokenType>(static_cast<int>(open) + 1);
+}
+
+} // namespace
+
+bool Parser::isAtSeparator() const {
+    const TokenType type = cursor.getType();
+    return type == lineEnd || type == TokenType::Semicolon || type == TokenType::Comma;
+}
+
+bool Parser::skipIf(TokenType wanted) {
+    if (!isAt(wanted)) {
+        return false;
+    }
+    cursor.advance();
+    return true;
+}
+
+void Parser::skipSeparators() {
+    while (isAtSeparator()) {
+        cursor.advance();
+    }
+}
+
+void Parser::expectAssign(std::u16string_view behind) {
+    if (!skipIf(TokenType::Assign)) {
+        failExpected(u"'=' behind " + std::u16string(behind));
+    }
+}
+
+CodeToken Parser::openBracket() {
+    brackets.push_back(cursor.get());
+    return cursor.advance();
+}
+
+void Parser::closeBracket(const CodeToken& open) {
+    const TokenType close = getPartner(open.type);
+    if (!isAt(close)) {
+        failIfUnrecognized();
+        const auto spelling = std::u16string(1, u"()[]{}"[static_cast<int>(close) - 37]);
+        fail(u"UnclosedBracket",
+             u"expected '" + spelling + u"' to close the " + describe(cursor.getToken(open)) +
+                 describePlace(open) + u" before " + describeCurrent(),
+             cursor.get());
+    }
+    cursor.advance();
+    brackets.pop_back();
+}
+
+} // namespace ca::syntax

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <ca/astapi/CA.h>
+#include <ca/lexer/Token.h>
+#include <lf/astapi/Nodes.h>
+
+#include <string>
+#include <vector>
+
+/// Walks a tree and the tokens of its text side by side, as the tree formatter does, and looks at what the
+/// formatter trusts: each token that a node stands for is of a type that belongs there, nothing but blanks,
+/// comments and free separators stands between, parents are set, positions and places are the tokens', and
+/// the walk ends at `EndOfInput`.
+///
+/// The first fault with its line and column; empty if there is none.
+std::string checkClaims(const lf::astapi::ProgramFile<ca::astapi::CA>& root,
+                        const std::vector<ca::lexer::Token>& tokens);
