@@ -27,7 +27,7 @@ file(REMOVE_RECURSE ${workDir})
 run(${CMAKE_COMMAND} --install ${buildDir} --prefix ${workDir}/staged)
 file(RENAME ${workDir}/staged ${prefix})
 
-run(${CMAKE_COMMAND} -S ${embed} -B ${workDir}/cmake -D CMAKE_PREFIX_PATH=${prefix}
+run(${CMAKE_COMMAND} -G Ninja -S ${embed} -B ${workDir}/cmake -D CMAKE_PREFIX_PATH=${prefix}
     -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_CXX_FLAGS=${flags})
 run(${CMAKE_COMMAND} --build ${workDir}/cmake)
 expect_output(${workDir}/cmake/embed)
