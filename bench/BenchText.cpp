@@ -1,5 +1,6 @@
 #include "BenchText.h"
 
+#include <ca/Analyzer.h>
 #include <ca/formatting/LegacyFormatter.h>
 #include <ca/lexer/lex.h>
 
@@ -24,8 +25,8 @@ std::u16string readWidened(const fs::path& path) {
     return text;
 }
 
-/// Whether other programs can stand behind the text: every block is closed. Behind a file whose functions have no
-/// `end` each level would be deeper than the one before, and the result would be mostly blanks.
+/// Whether other programs can stand behind the text: every block is closed. Behind a file whose functions
+/// have no `end` each level would be deeper than the one before, and the result would be mostly blanks.
 bool isClosed(const std::u16string& text) {
     using namespace ca::formatting::legacy;
     LegacyFormatter formatter({1, UINT32_MAX, 1, 4, 4, FunctionStyle::All, BlankLineStyle::Trim});
@@ -33,7 +34,17 @@ bool isClosed(const std::u16string& text) {
     return formatter.nestingStack.empty();
 }
 
-std::u16string readExamples() {
+/// Whether other programs can stand in front of the text and behind it: it is a script, functions and all.
+bool isScript(const std::u16string& text) {
+    try {
+        ca::createSingleFileAnalyzer()->parseSourceCode(u"x = 1;\n" + text + u'\n' + text);
+        return true;
+    } catch (const ca::SyntaxErrorException&) {
+        return false;
+    }
+}
+
+std::u16string readExamples(bool (*isWanted)(const std::u16string& text)) {
     std::vector<fs::path> paths;
     for (const auto& entry : fs::directory_iterator(fs::path(OMBREL_SOURCE_DIR) / "examples")) {
         if (entry.path().extension() == ".omb") {
@@ -43,7 +54,7 @@ std::u16string readExamples() {
     std::sort(paths.begin(), paths.end());
     std::u16string all;
     for (const fs::path& path : paths) {
-        if (const std::u16string text = readWidened(path); isClosed(text)) {
+        if (const std::u16string text = readWidened(path); isWanted(text)) {
             all += text + u'\n';
         }
     }
@@ -65,10 +76,15 @@ std::u16string repeat(std::u16string_view piece, std::size_t count) {
 } // namespace
 
 std::u16string makeOrdinaryText(std::size_t size) {
-    static const std::u16string examples = readExamples();
+    static const std::u16string examples = readExamples(isClosed);
     std::u16string text = repeat(examples, size / examples.size() + 1);
     text.resize(size);
     return text;
+}
+
+std::u16string makeScriptText(std::size_t size) {
+    static const std::u16string examples = readExamples(isScript);
+    return u"x = 1;\n" + repeat(examples, size / examples.size() + 1);
 }
 
 const std::vector<NastyFamily>& getNastyFamilies() {

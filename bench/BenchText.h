@@ -7,8 +7,12 @@
 
 /// Texts to measure on. Sizes are 16-bit characters.
 
-/// The example programs that close all their blocks, joined and repeated up to `size`. Throws std::runtime_error if there are none.
+/// The example programs that close all their blocks, joined and repeated up to `size`. Throws
+/// std::runtime_error if there are none.
 std::u16string makeOrdinaryText(std::size_t size);
+
+/// The example programs that are scripts, joined and repeated to at least `size`: one program that parses.
+std::u16string makeScriptText(std::size_t size);
 
 /// Inputs that a careless implementation falls over.
 struct NastyFamily {

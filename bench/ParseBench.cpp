@@ -33,7 +33,7 @@ void registerParse(const std::string& family, std::function<std::u16string(std::
 }
 
 const bool registered = [] {
-    registerParse("ordinary", makeOrdinaryText);
+    registerParse("ordinary", makeScriptText);
     registerParse("chain", [](std::size_t size) { return repeat(u"x = a", u" + b", size); });
     registerParse("elseif", [](std::size_t size) { return repeat(u"if a\n", u"elseif b\n", size) + u"end"; });
     registerParse("matrix", [](std::size_t size) { return repeat(u"x = [1", u" 2, 3;", size) + u"];"; });
