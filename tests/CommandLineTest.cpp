@@ -76,6 +76,8 @@ TEST_F(CommandLine, PrintsStandardInputAndFilesInOrder) {
     EXPECT_EQ(call({}, ugly).out, tidy);
     EXPECT_EQ(call({"a", "-", "b"}, "  z").out, tidy + "zy\n");
     EXPECT_EQ(call({"--", "-v"}).status, 2); // a file of that name, which isn't there
+    disk.files["[a,b]"] = disk.files["-v"] = "  z";
+    EXPECT_EQ(call({"[a,b]", "--", "-v"}).out, "zz");
 }
 
 TEST_F(CommandLine, KeepsByteOrderMarkLineEndsAndMissingLastLineEnd) {
@@ -84,6 +86,16 @@ TEST_F(CommandLine, KeepsByteOrderMarkLineEndsAndMissingLastLineEnd) {
               mark + "if a\r\n    x='\xC3\xA4\xF0\x9F\x98\x80';\rend\ny");
     EXPECT_EQ(call({}, mark).out, mark);
     EXPECT_EQ(call({}, "").out, "");
+}
+
+TEST_F(CommandLine, RefusesWhatOnlyLooksLikeAnOption) {
+    disk.files = {{"a", ugly}};
+    expectUsageError({"-i7", "a"}, "unknown option -7");
+    expectUsageError({"--check=no", "a"}, "--check takes no value");
+    expectUsageError({"--stdin-filename=", "a"}, "--stdin-filename needs a value");
+    EXPECT_EQ(disk.files["a"], ugly);
+    EXPECT_EQ(call({"no\x1b[31m\nb:1:1: error: c"}).err.find_first_of("\x1b\n"),
+              call({"no\x1b[31m\nb:1:1: error: c"}).err.size() - 1);
 }
 
 TEST_F(CommandLine, WritesOnlyChangedFiles) {

@@ -99,6 +99,15 @@ TEST_F(FileReplacement, RefusesHardLinkedAndReadOnlyFiles) {
     EXPECT_EQ(countFiles(), 1U);
 }
 
+TEST_F(FileReplacement, KeepsAnEditMadeMeanwhile) {
+    DiskFileSystem files;
+    files.read(file, 1000);
+    write(file, "somebody else's longer text");
+    EXPECT_THROW(files.replace(file, "new"), FileError);
+    EXPECT_EQ(read(file), "somebody else's longer text");
+    EXPECT_EQ(countFiles(), 1u);
+}
+
 TEST_F(FileReplacement, SaysWhyAFileCannotBeRead) {
     DiskFileSystem disk;
     EXPECT_THROW(disk.read(folder / "none", 100), FileError);

@@ -1,5 +1,6 @@
 #include "Arguments.h"
 
+#include "Message.h"
 #include "Suggestion.h"
 
 #include <algorithm>
@@ -131,9 +132,13 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
     app.set_help_flag("-h,--help", "Print this help");
-    app.add_option("FILE", arguments.paths, "Files to format; - is standard input")
-        ->type_name("")
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+/// The parser would read a path such as [a,b] as a list of two, so paths are what it leaves over, and the
+/// option is there for the help text only.
+std::string makeHelp(CLI::App& app, std::vector<std::string>& paths) {
+    app.add_option("FILE", paths, "Files to format; - is standard input")->type_name("");
+    return app.help();
 }
 
 std::vector<std::string> getOptionNames(const CLI::App& app) {
@@ -146,12 +151,48 @@ std::vector<std::string> getOptionNames(const CLI::App& app) {
     return names;
 }
 
-/// A message if the options are fine one by one but not together; empty if they are.
-std::string findContradiction(const CLI::App& app, const Arguments& arguments) {
-    if (const auto unknown = app.remaining(); !unknown.empty()) {
-        const std::string name = unknown.front().substr(0, unknown.front().find('='));
-        return "unknown option " + name + suggest(name, getOptionNames(app));
+/// Takes the paths from the words that are no options; behind a `--` all words are paths. Returns a message
+/// if one looks like an option and isn't.
+std::string takePaths(const CLI::App& app, std::vector<std::string>& paths) {
+    bool isBehindDashes = false;
+    for (const std::string& word : app.remaining()) {
+        if (!isBehindDashes && word == "--") {
+            isBehindDashes = true;
+        } else if (isBehindDashes || word == "-" || !word.starts_with('-')) {
+            paths.push_back(word);
+        } else {
+            const std::string name = word.starts_with("-=") ? word : word.substr(0, word.find('='));
+            return "unknown option " + name + suggest(name, getOptionNames(app));
+        }
     }
+    if (paths.empty()) {
+        paths.emplace_back("-");
+    }
+    return {};
+}
+
+/// An option with an equals sign and nothing behind it, which the parser would take the next word for; empty
+/// if there is none.
+std::string findEmptyValue(int argc, const char* const* argv) {
+    for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+        const std::string_view word = argv[i];
+        if (word.starts_with("--") && word.ends_with('=')) {
+            return std::string(word.substr(0, word.size() - 1)) + " needs a value";
+        }
+    }
+    return {};
+}
+
+void refuseFlagValues(CLI::App& app) {
+    for (CLI::Option* option : app.get_options([](const CLI::Option*) { return true; })) {
+        if (option->get_expected_min() == 0) {
+            option->disable_flag_override();
+        }
+    }
+}
+
+/// A message if the options are fine one by one but not together; empty if they are.
+std::string findContradiction(const Arguments& arguments) {
     const auto standardInputs = std::count(arguments.paths.begin(), arguments.paths.end(), "-");
     if (arguments.inPlace && (arguments.check || arguments.diff)) {
         return "--in-place writes, --check and --diff don't: use one or the other";
@@ -174,6 +215,21 @@ std::string findContradiction(const CLI::App& app, const Arguments& arguments) {
     return {};
 }
 
+/// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
+std::string describe(const CLI::ParseError& error) {
+    constexpr std::string_view flagOverride = " was given a disallowed flag override";
+    const std::string text = error.what();
+    if (!text.ends_with(flagOverride)) {
+        return text;
+    }
+    const std::string name = text.substr(0, text.size() - flagOverride.size());
+    return (name.size() == 1 ? "-" : "--") + name + " takes no value";
+}
+
+EarlyExit refuse(const std::string& message) {
+    return {ExitStatus::Usage, getPrintableName(message)};
+}
+
 } // namespace
 
 std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
@@ -185,20 +241,24 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     addModes(app, arguments);
     addLineOptions(app, arguments.lineOptions);
     addGeneralOptions(app, arguments);
+    refuseFlagValues(app);
+    if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
+        return refuse(message);
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        return EarlyExit{ExitStatus::Done, app.help()};
+        return EarlyExit{ExitStatus::Done, makeHelp(app, arguments.paths)};
     } catch (const CLI::CallForVersion& version) {
         return EarlyExit{ExitStatus::Done, std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
-        return EarlyExit{ExitStatus::Usage, error.what()};
+        return refuse(describe(error));
     }
-    if (arguments.paths.empty()) {
-        arguments.paths.emplace_back("-");
+    if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
+        return refuse(message);
     }
-    if (const std::string message = findContradiction(app, arguments); !message.empty()) {
-        return EarlyExit{ExitStatus::Usage, message};
+    if (const std::string message = findContradiction(arguments); !message.empty()) {
+        return refuse(message);
     }
     return arguments;
 }

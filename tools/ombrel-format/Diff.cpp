@@ -1,5 +1,7 @@
 #include "Diff.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <ostream>
 #include <vector>
@@ -26,14 +28,31 @@ Lines splitLines(std::string_view bytes) {
     return lines;
 }
 
+/// The name as tools that apply diffs read it: a tab ends one with blanks, quotes stand round one with
+/// characters that would end the line or the quotes.
+std::string getHeaderName(std::string_view path) {
+    const auto needsEscape = [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
+    };
+    if (std::none_of(path.begin(), path.end(), needsEscape)) {
+        return std::string(path) + (path.find(' ') == path.npos ? "" : "\t");
+    }
+    std::string quoted = "\"";
+    for (const char c : path) {
+        quoted += needsEscape(c) ? fmt::format("\\{:03o}", static_cast<unsigned char>(c)) : std::string(1, c);
+    }
+    return quoted + '"';
+}
+
 class Printer {
 public:
     Printer(std::ostream& stream, Color color) : stream(stream), isColored(color == Color::On) {}
 
     void printHeader(std::string_view path) {
-        start("\033[1m") << "--- " << path;
+        const std::string name = getHeaderName(path);
+        start("\033[1m") << "--- " << name;
         finish();
-        start("\033[1m") << "+++ " << path;
+        start("\033[1m") << "+++ " << name;
         finish();
     }
 

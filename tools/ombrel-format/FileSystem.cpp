@@ -191,7 +191,19 @@ std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
     if (size > limit) {
         throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
     }
+    versionsRead[path] = getVersion(status);
     return readAll(file.get(), size, limit);
+}
+
+DiskFileSystem::Version DiskFileSystem::getVersion(const struct stat& status) {
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+void DiskFileSystem::checkUnchanged(const std::string& path, const struct stat& status) const {
+    const auto read = versionsRead.find(path);
+    if (read != versionsRead.end() && read->second != getVersion(status)) {
+        throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
+    }
 }
 
 void DiskFileSystem::replace(const std::string& path, const std::string& bytes) {
@@ -202,11 +214,13 @@ void DiskFileSystem::replace(const std::string& path, const std::string& bytes) 
     }
     const struct stat status = getStatus(target);
     checkReplaceable(target, status);
+    checkUnchanged(path, status);
 
     const SignalHold hold;
     TemporaryFile temporary(target.parent_path());
     temporary.write(bytes);
     temporary.takeOwnerAndMode(status);
+    checkUnchanged(path, getStatus(target));
     temporary.moveTo(target);
     syncFolder(target.parent_path());
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <stdexcept>
 #include <string>
+
+struct stat;
 
 namespace ombrel {
 
@@ -26,8 +29,8 @@ public:
 
     /// Puts `bytes` in the place of a file's content, all of them or none: after a FileError the old content
     /// is there, whole, and nothing else is left behind. Mode and owner stay. Where the path is a symbolic
-    /// link, its target is replaced. Refuses hard-linked files, whose other names would keep the old content,
-    /// and files that nobody may write.
+    /// link, its target is replaced. Refuses a file that has changed since it was read, hard-linked files,
+    /// whose other names would keep the old content, and files that nobody may write.
     virtual void replace(const std::string& path, const std::string& bytes) = 0;
 };
 
@@ -36,6 +39,23 @@ class DiskFileSystem : public FileSystem {
 public:
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& bytes) override;
+
+private:
+    /// What tells that a file is still the one that was read.
+    struct Version {
+        std::uint64_t device;
+        std::uint64_t inode;
+        std::int64_t size;
+        std::int64_t seconds; ///< of the last change
+        std::int64_t nanoseconds;
+
+        bool operator==(const Version&) const = default;
+    };
+
+    static Version getVersion(const struct stat& status);
+    void checkUnchanged(const std::string& path, const struct stat& status) const;
+
+    std::map<std::string, Version> versionsRead;
 };
 
 } // namespace ombrel

@@ -66,11 +66,16 @@ std::string getErrorWord(Color color) {
 
 } // namespace
 
+std::string getPrintableName(std::string_view bytes) {
+    return getPrintable(decodeLossy(bytes));
+}
+
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color) {
     const std::string place =
         problem.line == 0 ? std::string() : fmt::format("{}:{}:", problem.line, problem.column);
-    stream << path << ':' << place << ' ' << getErrorWord(color) << ' ' << problem.text << '\n';
+    stream << getPrintableName(path) << ':' << place << ' ' << getErrorWord(color) << ' ' << problem.text
+           << '\n';
     if (problem.line == 0) {
         return;
     }

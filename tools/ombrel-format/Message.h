@@ -27,6 +27,10 @@ struct Problem {
 ///           ^
 ///
 /// Control characters are shown as a question mark, and of a long line only the surroundings are shown.
+/// A name as it can be shown on one line: what isn't UTF-8 and control characters, which could forge
+/// messages, are replaced.
+std::string getPrintableName(std::string_view bytes);
+
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color);
 

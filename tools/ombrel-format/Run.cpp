@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <istream>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <system_error>
@@ -85,6 +86,8 @@ private:
             return formatBytes(path, bytes);
         } catch (const FileError& error) {
             return report(path, {getStatus(error.kind), error.what()}, {});
+        } catch (const std::bad_alloc&) {
+            return report(path, {ExitStatus::Refused, "not enough memory for this text"}, {});
         }
     }
 
@@ -141,7 +144,7 @@ private:
 
     void note(const std::string& path, const char* what) {
         if (arguments.verbose) {
-            console.err << getShownName(path) << ": " << what << '\n';
+            console.err << getPrintableName(getShownName(path)) << ": " << what << '\n';
         }
     }
 
