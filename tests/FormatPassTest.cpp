@@ -108,7 +108,23 @@ TEST(FormatPass, RaisesOutOfRangeForAResultThatIsMissing) {
 
     TreeBuilder builder(u"\n");
     const auto tree = builder.finish(builder.take("L").front()); // no container decides about the separator
-    EXPECT_THROW(formatTree(tree, makeConfig({.lineBreaking = true})), std::out_of_range);
+    try {
+        formatTree(tree, makeConfig({.lineBreaking = true}));
+        ADD_FAILURE() << "a decision from nowhere";
+    } catch (const std::out_of_range& error) {
+        EXPECT_STREQ(error.what(), "unordered_map::at");
+    }
+}
+
+TEST(FormatPass, RunsTheNodesOfATreeWithNoLeaf) {
+    struct Tree : FormatTree {
+        Tree() : FormatTree(4096), program(makeNode<ProgramIndentNode>(allocator, nodes)) {}
+        ProgramIndentNode* program;
+    };
+    const auto tree = std::make_shared<Tree>();
+    FormatPass pass(tree, makeConfig({}));
+    EXPECT_EQ(pass.run(), u"");
+    EXPECT_EQ(pass.getIndentation(*tree->program), u"");
 }
 
 TEST(FormatPass, KeepsTheFirstResult) {
@@ -118,6 +134,25 @@ TEST(FormatPass, KeepsTheFirstResult) {
     pass.setEndColumn(*leaf, 77);
     EXPECT_EQ(pass.run(), u"abc");
     EXPECT_EQ(pass.getEndColumn(*leaf), 77U);
+
+    const ProgramIndentNode level;
+    pass.setIndentation(level, u"first");
+    pass.setIndentation(level, u"second");
+    EXPECT_EQ(pass.getIndentation(level), u"first");
+}
+
+TEST(FormatPass, KeepsTheFirstDecisionAndLooksForNoneWhereNoLineCanBreak) {
+    TreeBuilder builder(u" a;b");
+    const auto children = builder.take("UTLT");
+    const auto& fixed = static_cast<WhitespaceNode&>(*children[0]);
+    const auto& candidate = static_cast<WhitespaceNode&>(*children[2]);
+    FormatPass pass(builder.finish(builder.container(Kind::None, children)), makeConfig({}));
+    for (const auto* gap : {&fixed, &candidate}) {
+        pass.setBreakDecision(*gap, WhitespaceDecision::LineBreak);
+        pass.setBreakDecision(*gap, WhitespaceDecision::NoLineBreak);
+    }
+    EXPECT_EQ(pass.getBreakDecision(fixed), WhitespaceDecision::Preserve);
+    EXPECT_EQ(pass.getBreakDecision(candidate), WhitespaceDecision::LineBreak);
 }
 
 TEST(FormatPass, VisitsEachDependencyOnce) {

@@ -135,7 +135,7 @@ TEST(TreeInvariantChecker, FindsEachKindOfFault) {
     EXPECT_EQ(findFault([](TreeBuilder&, Children& children) { children.pop_back(); }), "2");
     EXPECT_EQ(findFault([](TreeBuilder&, Children& children) { std::swap(children[0], children[2]); }), "6");
     EXPECT_EQ(findFault([](TreeBuilder& builder, Children& children) {
-                  builder.getLevel()->appendMember(children[1]);
+                  builder.getLevel()->appendMember(*children[1]);
               }),
               "5");
 }

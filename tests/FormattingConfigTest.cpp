@@ -17,14 +17,26 @@ std::string getText(int number) {
     return stream.str();
 }
 
+/// The texts of the first `count` numbers, each with a blank behind it.
+template <class Enumeration>
+std::string getTexts(int count) {
+    std::string texts;
+    for (int number = 0; number < count; ++number) {
+        texts += getText<Enumeration>(number) + ' ';
+    }
+    return texts;
+}
+
 } // namespace
 
 TEST(FormattingConfig, WritesTheNamesThatThereAreAndNothingElse) {
-    EXPECT_EQ(getText<Kind>(0), "If");
-    EXPECT_EQ(getText<Kind>(13), "Colon");
-    EXPECT_EQ(getText<Kind>(17), "Inheritance");
-    EXPECT_EQ(getText<FormattingConfig::LineBreakBehavior>(2), "AllowMultiplePerLine");
-    EXPECT_EQ(getText<FormattingConfig::SeparatorPlacement>(1), "EndOfLine");
+    EXPECT_EQ(getTexts<Kind>(18),
+              "If While For Parfor Switch Case Try Spmd Exponent MultiplyDivide PlusMinus "
+              "Comparison Logical Colon ParenthesisList BracketList BraceList "
+              "Inheritance ");
+    EXPECT_EQ(getTexts<FormattingConfig::LineBreakBehavior>(3),
+              "SeparateLines AllowSingleLine AllowMultiplePerLine ");
+    EXPECT_EQ(getTexts<FormattingConfig::SeparatorPlacement>(2), "StartOfLine EndOfLine ");
     for (const int number : {18, 19, -1, 1 << 30}) {
         EXPECT_EQ(getText<Kind>(number), "");
         EXPECT_EQ(getText<FormattingConfig::LineBreakBehavior>(number), "");
@@ -48,6 +60,12 @@ TEST(FormattingConfig, IsSwitchedOffByTheFactoryWhateverTheSource) {
         EXPECT_FALSE(config.getEnabled() || config.getTrimUnnecessaryWhitespace() ||
                      config.getIndentationEnabled() || config.getLineBreakingEnabled());
         EXPECT_TRUE(config.getIssues().empty());
+        EXPECT_EQ(config.getFunctionIndentStyle(), FormattingConfig::FunctionIndentStyle::IndentAll);
+        EXPECT_TRUE(config.getIndentCaseBlocks());
+        EXPECT_FALSE(config.getIndentBlankLines());
+        EXPECT_EQ(config.getIndentCharacter(), FormattingConfig::IndentCharacter::Space);
+        EXPECT_EQ(config.getIndentWidth(), 4U);
+        EXPECT_EQ(config.getColumnLimit(), 80U);
         EXPECT_EQ(config.getLineBreakBehavior(Kind::None),
                   FormattingConfig::LineBreakBehavior::AllowMultiplePerLine);
         EXPECT_EQ(config.getSeparatorPlacement(Kind::If), FormattingConfig::SeparatorPlacement::StartOfLine);

@@ -70,6 +70,16 @@ TEST(IndentNodes, IndentFunctionsByStyle) {
     EXPECT_EQ(getFunctionLevels(static_cast<Style>(3)), (Levels{0, 0, 0}));
 }
 
+TEST(IndentNodes, TakeOnlyAFunctionInAFunctionAsNested) {
+    ProgramIndentNode program;
+    const NestedFunctions functions;
+    const auto method = makeSyntax<lf::astapi::MethodDefinition<CA>>(3, 5);
+    const auto config = makeConfig({.functionStyle = Style::IndentNested});
+    EXPECT_EQ(NestedFunctionIndentNode(&program, functions.outer).getIndentChange(config),
+              IndentChange::AddLevel);
+    EXPECT_EQ(FunctionContentsIndentNode(&program, method).getIndentChange(config), IndentChange::Inherit);
+}
+
 TEST(IndentNodes, BuildLevelsFromCharacterAndWidth) {
     using Character = FormattingConfig::IndentCharacter;
     EXPECT_EQ(getSecondLevel({.indentWidth = 3}), u"      ");

@@ -178,6 +178,37 @@ TEST(LineBreaking, FollowsTheBehaviorOfTheKind) {
     EXPECT_THROW(format(static_cast<Behavior>(3), 80), std::out_of_range);
 }
 
+TEST(LineBreaking, CountsAllLevelsBehindABreak) {
+    const auto format = [](std::uint32_t limit) {
+        TreeBuilder builder(u"aaaaaaaaaaaaa+bb+cc");
+        builder.enterLevel();
+        builder.enterLevel();
+        const auto children = builder.take("TBTATBTAT", Kind::PlusMinus);
+        FormatPass pass(builder.finish(builder.container(Kind::PlusMinus, children)),
+                        makeConfig(makeOptions(Behavior::AllowMultiplePerLine, limit)));
+        const std::u16string text = pass.run();
+        EXPECT_EQ(pass.getEndColumn(static_cast<LeafNode&>(*children[1])), 8U);
+        return text;
+    };
+    EXPECT_EQ(format(17), u"aaaaaaaaaaaaa ...\n        + bb + cc");
+    EXPECT_EQ(format(16), u"aaaaaaaaaaaaa ...\n        + bb ...\n        + cc"); // one level would fit
+}
+
+TEST(LineBreaking, JoinsOnlyWhatIsKnownToFitBehindWhereItStarts) {
+    EXPECT_EQ(formatChain(u"aa+bb ...c\n +cc", 2, makeOptions(Behavior::AllowSingleLine, 80)),
+              u"aa ...\n    + bb ...c\n + cc");
+    const auto formatBehindSixColumns = [](std::uint32_t limit) {
+        TreeBuilder builder(u"xxxx =a+b");
+        builder.enterLevel();
+        auto children = builder.take("TUTU");
+        children.push_back(builder.container(Kind::PlusMinus, "TBTAT"));
+        return formatTree(builder.finish(builder.container(Kind::None, children)),
+                          makeConfig(makeOptions(Behavior::AllowSingleLine, limit)));
+    };
+    EXPECT_EQ(formatBehindSixColumns(11), u"xxxx =a + b");
+    EXPECT_EQ(formatBehindSixColumns(10), u"xxxx =a ...\n    + b");
+}
+
 TEST(LineBreaking, KeepsTheOperatorOnTheSideOfItsPlacement) {
     const auto options = makeOptions(Behavior::SeparateLines, 80, Placement::EndOfLine);
     EXPECT_EQ(formatChain(u"a+b", 1, options), u"a + ...\n    b");
@@ -188,6 +219,10 @@ TEST(LineBreaking, KeepsTheOperatorOnTheSideOfItsPlacement) {
 TEST(LineBreaking, LeavesAloneWhatHasNoKindOrACommentOrIsSwitchedOff) {
     EXPECT_EQ(formatChain(u"a+\tb", 1, {}), u"a+\tb");
     EXPECT_EQ(formatChain(u"a+\tb", 1, makeOptions(Behavior::SeparateLines, 80), Kind::None), u"a + b");
+    TreeBuilder statements(u"a;b");
+    EXPECT_EQ(formatTree(statements.finish(statements.container(Kind::None, "TLT")),
+                         makeConfig(makeOptions(Behavior::SeparateLines, 80))),
+              u"a;b");
     EXPECT_EQ(formatChain(u"a ...c\n  +b", 1, makeOptions(Behavior::SeparateLines, 80)), u"a ...c\n  + b");
 }
 

@@ -38,11 +38,13 @@ void PrintTo(const Rendered& rendered, std::ostream* stream) {
     *stream << std::string(rendered.text.begin(), rendered.text.end()) << "|" << rendered.column;
 }
 
-/// A gap of the given step behind `xy`, one level deep, in a container of kind None.
+/// A gap of the given step behind `xy`, some levels deep, in a container of kind None.
 struct Gap {
-    Gap(const std::u16string& run, char step) : builder(u"xy" + run) {
+    Gap(const std::u16string& run, char step, std::size_t levels = 1) : builder(u"xy" + run) {
         auto children = builder.take("T");
-        builder.enterLevel();
+        for (std::size_t i = 0; i < levels; ++i) {
+            builder.enterLevel();
+        }
         children.push_back(builder.take(std::string(1, step)).front());
         node = static_cast<WhitespaceNode*>(children.back());
         tree = builder.finish(builder.container(Kind::None, children));
@@ -106,6 +108,11 @@ TEST(WhitespaceNodes, StartNoLineInFrontOfAFile) {
     TreeBuilder builder(u"  % c\n");
     const auto* run = static_cast<WhitespaceNode*>(builder.take("L").front());
     EXPECT_EQ(describeItems(*run), "CES");
+}
+
+TEST(WhitespaceNodes, CountARewrittenLineStartAsOneLevelHoweverDeepItIs) {
+    EXPECT_EQ(Gap(u"\n", 'L', 0).render(indent), (Rendered{u"\n", 4}));
+    EXPECT_EQ(Gap(u"\n", 'L', 2).render(indent), (Rendered{u"\n        ", 4}));
 }
 
 TEST(WhitespaceNodes, IndentBlankLinesOnRequest) {

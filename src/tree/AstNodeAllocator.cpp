@@ -39,14 +39,17 @@ void AstNodeAllocator::addCleanUp(std::function<void()> cleanUp) {
     cleanUps.push_back(std::move(cleanUp));
 }
 
+/// All that can throw comes before the arena changes.
 void AstNodeAllocator::addPage() {
+    std::forward_list<Memory> page;
+    page.push_front(Memory(new std::byte[pageSize]));
+    pageAddresses.push_back(page.front().get());
     if (!pages.empty()) {
         counters.wastedBytes += pageSize - usedOffset;
     }
     ++counters.pages;
     counters.pageBytes += pageSize;
-    pages.emplace_front(new std::byte[pageSize]);
-    pageAddresses.push_back(pages.front().get());
+    pages.splice_after(pages.before_begin(), page);
     usedOffset = 0;
 }
 

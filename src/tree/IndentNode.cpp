@@ -54,4 +54,8 @@ void IndentNode::appendMember(FormatNode* member) {
     members.push_back(member);
 }
 
+void IndentNode::appendMember(FormatNode& member) {
+    members.push_back(&member);
+}
+
 } // namespace ca::formatting

@@ -40,6 +40,9 @@ public:
     /// Called by each level and each leaf when it is made.
     void appendMember(FormatNode* member);
 
+    /// The same for a node that is at hand and certainly there.
+    void appendMember(FormatNode& member);
+
 protected:
     /// The outermost level.
     explicit IndentNode(std::u16string name);
