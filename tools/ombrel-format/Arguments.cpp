@@ -93,6 +93,8 @@ void addModes(CLI::App& app, Arguments& arguments) {
     app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
     app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
     app.add_flag("--diff", arguments.diff, "Write nothing, show what would change, exit 1 if anything");
+    app.add_flag("--check-syntax", arguments.checkSyntax,
+                 "Format nothing, print every syntax error, exit 4 if any");
     const auto store = [&arguments](const std::vector<std::string>& texts) {
         std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
     };
@@ -131,7 +133,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
     app.set_help_flag("-h,--help", "Print this help");
-    app.add_option("FILE", arguments.paths, "Files to format; - is standard input")
+    app.add_option("FILE", arguments.paths, "Files to read; - is standard input")
         ->type_name("")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
@@ -146,6 +148,10 @@ std::vector<std::string> getOptionNames(const CLI::App& app) {
     return names;
 }
 
+bool isFormattingAsked(const Arguments& arguments) {
+    return arguments.inPlace || arguments.check || arguments.diff || !arguments.lines.empty();
+}
+
 /// A message if the options are fine one by one but not together; empty if they are.
 std::string findContradiction(const CLI::App& app, const Arguments& arguments) {
     if (const auto unknown = app.remaining(); !unknown.empty()) {
@@ -153,6 +159,9 @@ std::string findContradiction(const CLI::App& app, const Arguments& arguments) {
         return "unknown option " + name + suggest(name, getOptionNames(app));
     }
     const auto standardInputs = std::count(arguments.paths.begin(), arguments.paths.end(), "-");
+    if (arguments.checkSyntax && isFormattingAsked(arguments)) {
+        return "--check-syntax formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
+    }
     if (arguments.inPlace && (arguments.check || arguments.diff)) {
         return "--in-place writes, --check and --diff don't: use one or the other";
     }
