@@ -162,6 +162,32 @@ TEST_F(CommandLine, PassesEveryLineOption) {
     EXPECT_EQ(call({"--blank-lines", "indent"}, "if a\n  \nend").out, "if a\n    \nend");
 }
 
+TEST_F(CommandLine, CheckSyntaxPrintsEverySyntaxErrorAndNothingElse) {
+    disk.files = {{"bad", "\xEF\xBB\xBFx = ;\nif a\n\ty = (1;\nend\n"}, {"ugly", ugly}};
+    const std::string errors = "bad:1:5: error: expected an expression before ';'\n  x = ;\n      ^\n"
+                               "bad:3:8: error: expected ')' to close the '(' in column 6 before ';'\n"
+                               "  \ty = (1;\n  \t      ^\n";
+    const Outcome outcome = call({"--check-syntax", "-v", "bad", "ugly", "-", "--stdin-filename=c"}, "end");
+    EXPECT_EQ(outcome.status, 4);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err.substr(0, errors.size()), errors);
+    EXPECT_EQ(outcome.err.find("c:1:1: error: ", errors.size()), errors.size());
+    EXPECT_EQ(disk.replaced, 0);
+
+    const Outcome fine = call({"--check-syntax", "-v", "--engine", "tree", "ugly", "-"}, "");
+    EXPECT_EQ(fine.status, 0);
+    EXPECT_EQ(fine.out + fine.err, "");
+
+    const Outcome unreadable = call({"--check-syntax", "none", "bad"});
+    EXPECT_EQ(unreadable.status, 4);
+    EXPECT_EQ(unreadable.err, "none: error: can't open it\n" + errors);
+    EXPECT_EQ(call({"--check-syntax"}, "\xFF").status, 3);
+
+    for (const char* other : {"-i", "--diff", "--check", "--lines=1:1"}) {
+        expectUsageError({"--check-syntax", other, "bad"}, "--check-syntax formats nothing");
+    }
+}
+
 TEST_F(CommandLine, ExplainsUsageErrors) {
     disk.files = {{"a", ugly}, {"b", ugly}};
     expectUsageError({"--chekc"}, "unknown option --chekc; did you mean --check?");

@@ -4,6 +4,7 @@
 #include <ombrel-format/FileSystem.h>
 #include <ombrel-format/Message.h>
 #include <ombrel-format/Suggestion.h>
+#include <ombrel-format/SyntaxCheck.h>
 #include <ombrel-format/TextEncoding.h>
 
 #include <algorithm>
@@ -42,10 +43,9 @@ std::string readInput(const std::string& path) {
     return DiskFileSystem().read(path == "-" ? "/dev/stdin" : path, maximalByteCount);
 }
 
-ExitStatus printErrors(const std::string& path, const std::vector<ca::SyntaxError>& errors,
+ExitStatus printErrors(const std::string& path, const std::vector<Problem>& problems,
                        const std::u16string& text) {
-    for (const ca::SyntaxError& error : errors) {
-        const Problem problem{ExitStatus::Unparsable, encodeLossy(error.message), error.line, error.column};
+    for (const Problem& problem : problems) {
         printProblem(std::cerr, path, problem, text, Color::Off);
     }
     return ExitStatus::Unparsable;
@@ -62,7 +62,7 @@ ExitStatus dump(const Stage& stage, const std::string& path) {
     try {
         stage.print(std::cout, text);
     } catch (const ca::SyntaxErrorException& exception) {
-        return printErrors(path, exception.getErrors(), text);
+        return printErrors(path, describe(exception.getErrors()), text);
     }
     if (std::cout.flush()) {
         return ExitStatus::Done;

@@ -94,6 +94,8 @@ void addModes(CLI::App& app, Arguments& arguments) {
     app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
     app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
     app.add_flag("--diff", arguments.diff, "Write nothing, show what would change, exit 1 if anything");
+    app.add_flag("--check-syntax", arguments.checkSyntax,
+                 "Format nothing, print every syntax error, exit 4 if any");
     const auto store = [&arguments](const std::vector<std::string>& texts) {
         std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
     };
@@ -137,7 +139,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
 /// The parser would read a path such as [a,b] as a list of two, so paths are what it leaves over, and the
 /// option is there for the help text only.
 std::string makeHelp(CLI::App& app, std::vector<std::string>& paths) {
-    app.add_option("FILE", paths, "Files to format; - is standard input")->type_name("");
+    app.add_option("FILE", paths, "Files to read; - is standard input")->type_name("");
     return app.help();
 }
 
@@ -191,9 +193,16 @@ void refuseFlagValues(CLI::App& app) {
     }
 }
 
+bool isFormattingAsked(const Arguments& arguments) {
+    return arguments.inPlace || arguments.check || arguments.diff || !arguments.lines.empty();
+}
+
 /// A message if the options are fine one by one but not together; empty if they are.
 std::string findContradiction(const Arguments& arguments) {
     const auto standardInputs = std::count(arguments.paths.begin(), arguments.paths.end(), "-");
+    if (arguments.checkSyntax && isFormattingAsked(arguments)) {
+        return "--check-syntax formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
+    }
     if (arguments.inPlace && (arguments.check || arguments.diff)) {
         return "--in-place writes, --check and --diff don't: use one or the other";
     }

@@ -17,6 +17,7 @@ struct Arguments {
     bool inPlace = false;
     bool check = false;
     bool diff = false;
+    bool checkSyntax = false; ///< parse instead of formatting; goes with no other mode and no lines
     bool quiet = false;
     bool verbose = false;
     std::vector<LineRange> lines; ///< none: all lines

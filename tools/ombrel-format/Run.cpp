@@ -3,6 +3,7 @@
 #include "Diff.h"
 #include "LineEngine.h"
 #include "Message.h"
+#include "SyntaxCheck.h"
 #include "TextEncoding.h"
 
 #include <array>
@@ -64,13 +65,13 @@ public:
           outColor(chooseColor(arguments.color, console.isOutTerminal, console.isColorUnwanted)),
           errColor(chooseColor(arguments.color, console.isErrTerminal, console.isColorUnwanted)) {}
 
-    ExitStatus formatAll() {
-        if (arguments.engine == Engine::Tree) {
+    ExitStatus processAll() {
+        if (arguments.engine == Engine::Tree && !arguments.checkSyntax) {
             printUsageError(console.err, "ombrel-format", missingTreeEngine, errColor);
             return ExitStatus::Usage;
         }
         for (const std::string& path : arguments.paths) {
-            status = getWorse(status, format(path));
+            status = getWorse(status, process(path));
             if (!console.out) {
                 break;
             }
@@ -79,11 +80,11 @@ public:
     }
 
 private:
-    ExitStatus format(const std::string& path) {
+    ExitStatus process(const std::string& path) {
         std::string bytes;
         try {
             bytes = path == "-" ? readStream(console.in) : files.read(path, maximalByteCount);
-            return formatBytes(path, bytes);
+            return processBytes(path, bytes);
         } catch (const FileError& error) {
             return report(path, {getStatus(error.kind), error.what()}, {});
         } catch (const std::bad_alloc&) {
@@ -91,12 +92,24 @@ private:
         }
     }
 
-    ExitStatus formatBytes(const std::string& path, const std::string& bytes) {
+    ExitStatus processBytes(const std::string& path, const std::string& bytes) {
         auto decoded = decode(bytes);
         if (const auto* problem = std::get_if<Problem>(&decoded)) {
             return report(path, *problem, decodeLossy(bytes));
         }
-        auto& source = std::get<DecodedText>(decoded);
+        const auto& source = std::get<DecodedText>(decoded);
+        return arguments.checkSyntax ? checkSyntax(path, source.text) : format(path, bytes, source);
+    }
+
+    ExitStatus checkSyntax(const std::string& path, const std::u16string& text) {
+        ExitStatus worst = ExitStatus::Done;
+        for (const Problem& problem : findSyntaxErrors(text)) {
+            worst = report(path, problem, text);
+        }
+        return worst;
+    }
+
+    ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
         auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
         if (const auto* problem = std::get_if<Problem>(&formatted)) {
             return report(path, *problem, source.text);
@@ -174,7 +187,7 @@ private:
 } // namespace
 
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
-    return Run(arguments, console, files).formatAll();
+    return Run(arguments, console, files).processAll();
 }
 
 } // namespace ombrel

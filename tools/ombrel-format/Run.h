@@ -18,8 +18,8 @@ struct Console {
     bool isColorUnwanted = false; ///< the user's NO_COLOR
 };
 
-/// Formats everything that the arguments name. A problem with one file doesn't keep the others from being
-/// formatted; a failure to write results ends the run.
+/// Formats everything that the arguments name, or checks its syntax. A problem with one file doesn't keep the
+/// others from their turn; a failure to write results ends the run.
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files);
 
 } // namespace ombrel
