@@ -97,28 +97,6 @@ private:
 
 } // namespace
 
-bool opensBlock(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword25:
-    case TokenType::OpeningKeyword26:
-        return true;
-    default:
-        return false;
-    }
-}
-
 TokenCursor::TokenCursor(const std::vector<Token>& tokens) : tokens(tokens) {
     codes.reserve(tokens.size() + 1);
     LineEndFilter filter;

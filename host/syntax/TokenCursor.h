@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ca/lexer/Token.h"
+#include "lexer/Keywords.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -82,7 +83,6 @@ private:
     std::optional<std::uint32_t> unclosedComment;
 };
 
-/// Whether a keyword opens a block that `end` closes.
-bool opensBlock(TokenType type);
+using lexer::opensBlock;
 
 } // namespace ca::syntax
