@@ -4,6 +4,7 @@
 
 #include <ca/lexer/lex.h>
 #include <ombrel-format/TextEncoding.h>
+#include <tree/FormatTree.h>
 
 #include <ostream>
 
@@ -30,12 +31,23 @@ void printTokens(std::ostream& stream, const std::u16string& text) {
     stream << "\n]\n";
 }
 
+template <std::u16string (ca::formatting::FormatTree::*dump)() const>
+void printTree(std::ostream& stream, const std::u16string& text) {
+    stream << encodeLossy((ca::formatting::FormatTree(text).*dump)());
+}
+
 } // namespace
 
 const std::vector<Stage>& getStages() {
     static const std::vector<Stage> stages = {
         {"tokens", "the token list, as JSON", printTokens},
         {"syntax", "the syntax tree, as JSON", dumpSyntax},
+        {"leaves", "the tree formatter's leaves: tokens and what stands between them",
+         printTree<&ca::formatting::FormatTree::dumpLeaves>},
+        {"text-tree", "the leaves with their containers",
+         printTree<&ca::formatting::FormatTree::dumpTextTree>},
+        {"indent-tree", "the leaves with their levels of indentation",
+         printTree<&ca::formatting::FormatTree::dumpIndentTree>},
     };
     return stages;
 }

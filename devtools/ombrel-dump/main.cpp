@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iomanip>
 #include <iostream>
 
 namespace {
@@ -18,7 +19,7 @@ using namespace ombrel;
 void printUsage(std::ostream& stream) {
     stream << "ombrel-dump STAGE [FILE|-]\n\nPrints one stage of a text's way through the formatter.\n";
     for (const Stage& stage : getStages()) {
-        stream << "  " << stage.name << "   " << stage.help << '\n';
+        stream << "  " << std::left << std::setw(11) << stage.name << "   " << stage.help << '\n';
     }
 }
 

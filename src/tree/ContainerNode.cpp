@@ -74,8 +74,8 @@ private:
 
 } // namespace
 
-ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children)
-    : kind(kind), children(children) {
+ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, std::vector<TextNode*> ownChildren)
+    : kind(kind), children(std::move(ownChildren)) {
     for (TextNode* child : children) {
         child->setParent(this);
     }

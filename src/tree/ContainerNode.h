@@ -16,7 +16,7 @@ class LeafNode;
 class ContainerNode : public TextNode {
 public:
     /// Becomes the parent of each child. `children` must not be empty.
-    ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children);
+    ContainerNode(FormattingConfig::ContainerKind kind, std::vector<TextNode*> children);
 
     std::unordered_set<FormatNode*> getDependencies() const override;
     void format(FormatPass& pass) override;

@@ -28,6 +28,10 @@ class TextNode;
 /// It is shared by `std::shared_ptr`, is neither copied nor moved, and serves one thread at a time.
 class FormatTree {
 public:
+    /// Parses and tokenizes the text of a file and builds its tree. Throws ca::SyntaxErrorException if the
+    /// text doesn't parse.
+    explicit FormatTree(const std::u16string& sourceText);
+
     FormatTree(const FormatTree&) = delete;
     FormatTree& operator=(const FormatTree&) = delete;
 

@@ -16,7 +16,12 @@ NodeClass* makeNode(lf::astapi::AstNodeAllocator& allocator, std::vector<FormatN
                     Arguments&&... arguments) {
     static_assert(alignof(NodeClass) <= 8, "the arena aligns to 8 bytes");
     auto* node = new (allocator.allocate(sizeof(NodeClass))) NodeClass(std::forward<Arguments>(arguments)...);
-    allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
+    try {
+        allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
+    } catch (...) {
+        node->~NodeClass();
+        throw;
+    }
     nodes.push_back(node);
     return node;
 }

@@ -1,0 +1,976 @@
+// Builds a format tree from a syntax tree and a token list, which describe the same text twice: the syntax
+// tree says what the text means and knows nothing of spacing and comments, the token list holds every
+// character.
+//
+// The parser walks the syntax tree, and wherever the grammar has a token it claims the next one of the list.
+// It never searches for a token and never compares one with the node it belongs to. What stands between two
+// claimed tokens is a run, and each run becomes one whitespace node, an empty one too, at the place that the
+// walk names:
+//
+//     x = a + b;      container: token x, run, token =, run, container of the +, run, token ;
+//
+// Which class a run gets is decided by its place in the grammar alone, with one exception: a run with a
+// comment in it is a CommentNode.
+
+#include "entry/TokenContract.h"
+#include "tree/ContainerNode.h"
+#include "tree/FormatTree.h"
+#include "tree/IndentNodes.h"
+#include "tree/TokenNode.h"
+#include "tree/WhitespaceNodes.h"
+#include "tree/makeNode.h"
+
+#include <ca/Analyzer.h>
+#include <ca/lexer/lex.h>
+#include <lf/astapi/Nodes.h>
+#include <lf/astapi/getPageSize.h>
+
+#include <algorithm>
+#include <charconv>
+#include <initializer_list>
+#include <limits>
+#include <stdexcept>
+#include <string_view>
+
+namespace ca::formatting {
+
+namespace {
+
+using namespace lf::astapi;
+using ca::astapi::CA;
+using ContainerKind = FormattingConfig::ContainerKind;
+using Side = BinaryOperationWhitespaceNode::Side;
+using SyntaxNode = Node<CA>;
+using SyntaxList = NodeList<CA>;
+using TokenTypes = std::initializer_list<TokenType>;
+
+/// What one binary operator has in common with others.
+struct OperatorClass {
+    int group; ///< a label: operators with the same one share a flat chain
+    ContainerKind kind;
+};
+
+OperatorClass getOperatorClass(std::int32_t operatorNumber) {
+    static constexpr OperatorClass plusMinus{3, ContainerKind::PlusMinus};
+    static constexpr OperatorClass multiplyDivide{2, ContainerKind::MultiplyDivide};
+    static constexpr OperatorClass exponent{1, ContainerKind::Exponent};
+    static constexpr OperatorClass comparison{4, ContainerKind::Comparison};
+    static constexpr OperatorClass classes[] = {
+        plusMinus,                   //  +
+        plusMinus,                   //  -
+        multiplyDivide,              //  *
+        multiplyDivide,              //  /
+        multiplyDivide,              //  backslash
+        exponent,                    //  ^
+        multiplyDivide,              //  .*
+        multiplyDivide,              //  ./
+        multiplyDivide,              //  . and backslash
+        exponent,                    //  .^
+        comparison,                  //  ==
+        comparison,                  //  ~=
+        comparison,                  //  <
+        comparison,                  //  <=
+        comparison,                  //  >
+        comparison,                  //  >=
+        {7, ContainerKind::Logical}, //  &&
+        {5, ContainerKind::Logical}, //  &
+        {8, ContainerKind::Logical}, //  ||
+        {6, ContainerKind::Logical}, //  |
+        {0, ContainerKind::None},    //  @ between two names
+    };
+    const bool isKnown = operatorNumber >= 0 && operatorNumber < std::ssize(classes);
+    return isKnown ? classes[operatorNumber] : OperatorClass{9, ContainerKind::Logical};
+}
+
+/// The operands of a chain in source order: the tree may associate it either way.
+std::vector<const SyntaxNode*> flattenChain(const BinaryOperation<CA>& top) {
+    const int group = getOperatorClass(top.operatorNumber).group;
+    std::vector<const SyntaxNode*> operands;
+    std::vector<const SyntaxNode*> open = {&top};
+    while (!open.empty()) {
+        const SyntaxNode* node = open.back();
+        open.pop_back();
+        if (node->kind == NodeKind::BinaryOperation) {
+            const auto& operation = as<BinaryOperation>(*node);
+            if (getOperatorClass(operation.operatorNumber).group == group) {
+                open.push_back(operation.left);
+                open.push_back(operation.right);
+                continue;
+            }
+        }
+        operands.push_back(node);
+    }
+    std::sort(operands.begin(), operands.end(),
+              [](const SyntaxNode* a, const SyntaxNode* b) { return a->position < b->position; });
+    return operands;
+}
+
+bool isPrefixOperation(std::int32_t operatorNumber) {
+    switch (operatorNumber) {
+    case 0:
+    case 1:
+    case 4:
+    case 5:
+    case 6:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void appendNumber(std::u16string& text, std::size_t number) {
+    char digits[std::numeric_limits<std::size_t>::digits10 + 1];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+    text.append(std::begin(digits), end);
+}
+
+/// The walk. Lives as long as the constructor of the tree.
+class FormattingParser {
+public:
+    FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens)
+        : allocator(&allocator), tokens(&tokens) {
+        programIndentNode = make<ProgramIndentNode>();
+        currentIndentNode = programIndentNode;
+    }
+
+    ContainerNode* programFile(const ProgramFile<CA>& node) {
+        currentIndentNode = programIndentNode;
+        return Rule(*this).statements(node.statements).separator().token().container();
+    }
+
+    IndentNode* getProgramIndentNode() const { return programIndentNode; }
+
+    /// Every node made so far in creation order, the outermost level first.
+    const std::vector<FormatNode*>& getNodes() const { return nodes; }
+
+private:
+    /// The tree rule of one syntax node: steps that take what comes next, from left to right, and at last a
+    /// container around all that they took. Rules nest as the syntax nodes do, so the children of all open
+    /// rules stand in one stack.
+    class Rule {
+    public:
+        explicit Rule(FormattingParser& parser) : parser(parser), firstChild(parser.children.size()) {}
+        Rule(const Rule&) = delete;
+        Rule& operator=(const Rule&) = delete;
+
+        Rule& token() { return append(parser.takeToken()); }
+
+        Rule& unnecessary(TokenTypes absorb = {}) { return append(parser.takeUnnecessaryWhitespace(absorb)); }
+
+        Rule& necessary(TokenTypes absorb = {}) { return append(parser.takeNecessaryWhitespace(absorb)); }
+
+        /// The gap between statements or members, with the separators in it that no node stands for.
+        Rule& separator() {
+            return append(parser.takeLineSeparator({TokenType::Semicolon, TokenType::Comma}));
+        }
+
+        /// The gap on one side of a binary operator.
+        Rule& operand(ContainerKind kind, Side side) {
+            return append(parser.takeBinaryOperationWhitespace({}, kind, side));
+        }
+
+        Rule& child(const SyntaxNode* node) { return append(parser.dispatch(node)); }
+
+        Rule& statements(const SyntaxList& list) {
+            parser.takeStatementList(list, *this);
+            return *this;
+        }
+
+        template <class Statement>
+        Rule& block(const Statement& statement) {
+            parser.takeBlock(statement, *this);
+            return *this;
+        }
+
+        Rule& append(TextNode* node) {
+            parser.children.push_back(node);
+            return *this;
+        }
+
+        ContainerNode* container(ContainerKind kind = ContainerKind::None) {
+            const auto first = parser.children.begin() + static_cast<std::ptrdiff_t>(firstChild);
+            std::vector<TextNode*> own(first, parser.children.end());
+            parser.children.erase(first, parser.children.end());
+            return parser.makeContainer(kind, std::move(own));
+        }
+
+        /// The one child by itself where there is no other, otherwise a container around all.
+        TextNode* containerUnlessSingle() {
+            if (parser.children.size() > firstChild + 1) {
+                return container();
+            }
+            TextNode* only = parser.children.back();
+            parser.children.pop_back();
+            return only;
+        }
+
+    private:
+        FormattingParser& parser;
+        std::size_t firstChild;
+    };
+
+    // The token cursor.
+
+    TokenNode* takeToken() {
+        const Token& token = (*tokens)[tokenIndex++];
+        return make<TokenNode>(currentIndentNode, &token);
+    }
+
+    WhitespaceNode* takeUnnecessaryWhitespace(TokenTypes absorb) {
+        return takeRun<UnnecessaryWhitespaceNode>(absorb);
+    }
+
+    WhitespaceNode* takeNecessaryWhitespace(TokenTypes absorb) {
+        return takeRun<NecessaryWhitespaceNode>(absorb);
+    }
+
+    WhitespaceNode* takeLineSeparator(TokenTypes absorb) {
+        return takeRun<LineSeparatorWhitespaceNode>(absorb);
+    }
+
+    WhitespaceNode* takeBinaryOperationWhitespace(TokenTypes absorb, ContainerKind kind, Side side) {
+        return takeRun<BinaryOperationWhitespaceNode>(absorb, kind, side);
+    }
+
+    /// Takes all that comes next and is no code or one of the types to absorb, also nothing.
+    template <class NodeClass, class... Arguments>
+    WhitespaceNode* takeRun(TokenTypes absorb, Arguments... arguments) {
+        const std::size_t first = tokenIndex;
+        bool hasComment = false;
+        run.clear();
+        for (; tokenIndex < tokens->size(); ++tokenIndex) {
+            const Token& token = (*tokens)[tokenIndex];
+            if (!token.isWhitespace() &&
+                std::find(absorb.begin(), absorb.end(), token.type) == absorb.end()) {
+                break;
+            }
+            hasComment = hasComment || token.isComment();
+            run.push_back(&token);
+        }
+        auto name = makeRunName(first);
+        if (hasComment) {
+            return make<CommentNode>(currentIndentNode, run, std::move(name));
+        }
+        return make<NodeClass>(arguments..., currentIndentNode, run, std::move(name));
+    }
+
+    std::u16string makeRunName(std::size_t first) const {
+        std::u16string name = u"WhitespaceNode_T";
+        appendNumber(name, first);
+        name += u"_T";
+        appendNumber(name, tokenIndex);
+        return name;
+    }
+
+    /// Type of the next token of code. `EndOfInput`, which is one, stands last.
+    TokenType peekType() const {
+        std::size_t index = tokenIndex;
+        while ((*tokens)[index].isWhitespace()) {
+            ++index;
+        }
+        return (*tokens)[index].type;
+    }
+
+    // Making nodes.
+
+    template <class NodeClass, class... Arguments>
+    NodeClass* make(Arguments&&... arguments) {
+        return makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
+    }
+
+    ContainerNode* makeContainer(ContainerKind kind, std::vector<TextNode*> own) {
+        return make<ContainerNode>(kind, std::move(own));
+    }
+
+    void enterIndent(IndentNode* node) { currentIndentNode = node; }
+
+    void leaveIndent() { currentIndentNode = currentIndentNode->getParent().value(); }
+
+    // Lists.
+
+    /// A separator in front of each statement or member, and none behind the last: that gap belongs to the
+    /// caller. What stands in front of a nested function indents with it.
+    void takeStatementList(const SyntaxList& list, Rule& rule) {
+        for (const SyntaxNode* item : list) {
+            if (!ca::astapi::isNestedFunction(item)) {
+                rule.separator().child(item);
+                continue;
+            }
+            NestedFunctionIndentNode::FunctionReference function;
+            if (item->kind == NodeKind::Function) {
+                function = as<Function>(*item);
+            }
+            enterIndent(make<NestedFunctionIndentNode>(currentIndentNode, function));
+            rule.separator().child(item);
+            leaveIndent();
+        }
+    }
+
+    /// The statements inside a block statement or one of its branches.
+    template <class Statement>
+    void takeBlock(const Statement& statement, Rule& rule) {
+        enterIndent(make<StatementBlockIndentNode>(currentIndentNode, statement));
+        takeStatementList(statement.body, rule);
+        leaveIndent();
+    }
+
+    /// `(a, b)` and `{a, b}`: the commas are tokens of the list.
+    void takeCommaList(const SyntaxList& list, Rule& rule) {
+        rule.token();
+        for (const SyntaxNode* element : list) {
+            if (element != list.front()) {
+                rule.unnecessary().token();
+            }
+            rule.unnecessary().child(element);
+        }
+        rule.unnecessary().token();
+    }
+
+    /// `a, b c`: the elements of a matrix row or the left side of a multiple assignment. A comma between two
+    /// of them is part of the gap, since the gap separates them with or without it.
+    void takeRowElements(const SyntaxList& list, Rule& rule) {
+        for (const SyntaxNode* element : list) {
+            if (element != list.front()) {
+                rule.necessary({TokenType::Comma});
+            }
+            rule.child(element);
+        }
+        if (peekType() == TokenType::Comma) {
+            rule.unnecessary({TokenType::Comma});
+        }
+    }
+
+    /// What stands between the brackets of a literal. A `]` gets a gap more than a `}` behind the last row,
+    /// and that is meant: only a semicolon gives the `}` one too.
+    void takeMatrixRows(const SyntaxList& rows, Rule& rule) {
+        rule.unnecessary();
+        if (rows.empty()) {
+            return;
+        }
+        for (const SyntaxNode* row : rows) {
+            if (row != rows.front()) {
+                rule.necessary({TokenType::Semicolon});
+            }
+            rule.child(row);
+        }
+        const TokenType next = peekType();
+        if (next == TokenType::Semicolon || next == TokenType::CloseSquareBracket ||
+            next == TokenType::CloseParenthesis) {
+            rule.necessary({TokenType::Semicolon});
+        }
+        rule.unnecessary();
+    }
+
+    /// `[a, b]` on the left of an assignment or in a signature.
+    void takeBracketedOutputs(const SyntaxList& outputs, Rule& rule) {
+        rule.token().unnecessary();
+        if (!outputs.empty()) {
+            takeRowElements(outputs, rule);
+            rule.unnecessary();
+        }
+        rule.token();
+    }
+
+    /// The semicolon of a statement. A printing statement has none, and its gap is left to the next
+    /// separator.
+    void takeTerminator(const SyntaxNode& node, Rule& rule) {
+        if (node.parent->kind != NodeKind::PrintingStatement) {
+            rule.unnecessary().token();
+        }
+    }
+
+    /// `command word word`: each word is one token.
+    void takeWords(const SyntaxList& words, Rule& rule) {
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            rule.necessary().token();
+        }
+    }
+
+    /// `= value` behind the name of a property or argument.
+    void takeDefaultValue(const SyntaxNode* value, Rule& rule) {
+        if (value != nullptr) {
+            rule.necessary().token().necessary().child(value);
+        }
+    }
+
+    /// `[outputs] = name(parameters)`. Whether there are brackets and parentheses is in the tokens only.
+    ContainerNode* takeSignature(const Signature<CA>& node) {
+        Rule rule(*this);
+        const bool hasBracket = peekType() == TokenType::OpenSquareBracket;
+        if (hasBracket) {
+            takeBracketedOutputs(node.outputs, rule);
+        } else if (node.outputs.size() == 1) {
+            rule.child(node.outputs.front());
+        }
+        if (hasBracket || node.outputs.size() == 1) {
+            rule.unnecessary().token().unnecessary();
+        }
+        rule.child(node.name);
+        if (peekType() == TokenType::OpenParenthesis) {
+            rule.unnecessary();
+            takeCommaList(node.parameters, rule);
+        }
+        return rule.container();
+    }
+
+    /// `(a, b = c)` behind the keyword of a class or block, with the gap in front of it.
+    void takeAttributeList(const SyntaxList& attributes, Rule& rule) {
+        if (attributes.empty()) {
+            return;
+        }
+        rule.necessary();
+        takeCommaList(attributes, rule);
+    }
+
+    /// `(dimensions) class {validators}` behind the name of a property or argument.
+    void takeValidation(const ValidationSpec<CA>* validation, Rule& rule) {
+        if (validation == nullptr) {
+            return;
+        }
+        if (peekType() == TokenType::OpenParenthesis) {
+            rule.necessary();
+            takeCommaList(validation->dimensions, rule);
+        }
+        if (validation->classType != nullptr) {
+            rule.necessary().child(validation->classType);
+        }
+        if (peekType() == TokenType::OpenBrace) {
+            rule.necessary();
+            takeCommaList(validation->validators, rule);
+        }
+    }
+
+    // The rules, one for each syntax node, in the order of the kinds.
+
+    TextNode* anonymousFunction(const AnonymousFunction<CA>& node) {
+        Rule rule(*this);
+        rule.token().unnecessary();
+        takeCommaList(node.parameters, rule);
+        return rule.necessary().child(node.body).container();
+    }
+
+    TextNode* argumentDefinition(const ArgumentDefinition<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.name);
+        if (node.member != nullptr) {
+            rule.unnecessary().token().unnecessary().child(node.member);
+        } else if (node.metaClassName != nullptr) {
+            rule.unnecessary().token().unnecessary().token().unnecessary().child(node.metaClassName);
+        }
+        takeValidation(node.validation, rule);
+        takeDefaultValue(node.defaultValue, rule);
+        return rule.container();
+    }
+
+    TextNode* assignment(const Assignment<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.target).unnecessary().token().unnecessary().child(node.value);
+        takeTerminator(node, rule);
+        return rule.container();
+    }
+
+    TextNode* attribute(const Attribute<CA>& node) {
+        Rule rule(*this);
+        if (node.negated) {
+            rule.token().unnecessary();
+        }
+        rule.child(node.name);
+        if (node.value != nullptr) {
+            rule.unnecessary().token().unnecessary().child(node.value);
+        }
+        return rule.container();
+    }
+
+    TextNode* binaryOperation(const BinaryOperation<CA>& node) {
+        const ContainerKind kind = getOperatorClass(node.operatorNumber).kind;
+        const auto operands = flattenChain(node);
+        Rule rule(*this);
+        enterIndent(make<ExpressionIndentNode>(currentIndentNode, node));
+        for (const SyntaxNode* operand : operands) {
+            if (operand != operands.front()) {
+                rule.operand(kind, Side::Before).token().operand(kind, Side::After);
+            }
+            rule.child(operand);
+        }
+        leaveIndent();
+        return rule.container(kind);
+    }
+
+    TextNode* braceIndexing(const BraceIndexing<CA>& node) {
+        return indexing(node.target, node.arguments, ContainerKind::BraceList);
+    }
+
+    TextNode* caseSelection(const CaseSelection<CA>& node) {
+        return Rule(*this).token().necessary().child(node.value).block(node).container(ContainerKind::Case);
+    }
+
+    TextNode* cellLiteral(const CellLiteral<CA>& node) {
+        return literal(node.rows, ContainerKind::BraceList);
+    }
+
+    TextNode* classDefinition(const ClassDefinition<CA>& node) {
+        Rule rule(*this);
+        rule.token();
+        takeAttributeList(node.attributes, rule);
+        rule.necessary().child(node.name);
+        for (const SyntaxNode* superclass : node.superclasses) {
+            rule.unnecessary().token().unnecessary().child(superclass);
+        }
+        return rule.statements(node.members).separator().token().container();
+    }
+
+    TextNode* colonExpression(const ColonExpression<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.first);
+        if (node.step != nullptr) {
+            rule.unnecessary().token().unnecessary().child(node.step);
+        }
+        return rule.unnecessary().token().unnecessary().child(node.last).container(ContainerKind::Colon);
+    }
+
+    TextNode* commandSyntax(const CommandSyntax<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.command);
+        takeWords(node.words, rule);
+        takeTerminator(node, rule);
+        return rule.container();
+    }
+
+    TextNode* dynamicFieldAccess(const DynamicFieldAccess<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.object).unnecessary().token().unnecessary().token();
+        return rule.unnecessary().child(node.expression).unnecessary().token().container();
+    }
+
+    TextNode* enumerationMember(const EnumerationMember<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.name);
+        if (!node.arguments.empty()) {
+            rule.unnecessary();
+            takeCommaList(node.arguments, rule);
+        }
+        return rule.container();
+    }
+
+    TextNode* eventDefinition(const EventDefinition<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.name);
+        if (node.value != nullptr) {
+            rule.unnecessary().token().unnecessary().child(node.value).unnecessary().token();
+        }
+        return rule.container();
+    }
+
+    TextNode* expressionStatement(const ExpressionStatement<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.expression);
+        takeTerminator(node, rule);
+        return rule.containerUnlessSingle();
+    }
+
+    TextNode* fieldAccess(const FieldAccess<CA>& node) {
+        Rule rule(*this);
+        return rule.child(node.object).unnecessary().token().unnecessary().child(node.field).container();
+    }
+
+    TextNode* forStatement(const ForStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().necessary().child(node.variable).unnecessary().token().unnecessary().child(node.range);
+        return rule.block(node).separator().token().container(ContainerKind::For);
+    }
+
+    /// The gap behind the last statement belongs to the level around the function, `end` or not. Only the
+    /// tokens tell whether the file closes its functions.
+    TextNode* function(const Function<CA>& node) {
+        Rule rule(*this);
+        takeFunctionUpToEnd(node, rule);
+        if (peekType() == TokenType::End) {
+            rule.token();
+        }
+        return rule.container();
+    }
+
+    /// `global a b` and `persistent a b`. A closing semicolon is part of the separator behind.
+    TextNode* declaration(const SyntaxList& names) {
+        Rule rule(*this);
+        rule.token();
+        for (const SyntaxNode* name : names) {
+            rule.necessary().child(name);
+        }
+        return rule.container();
+    }
+
+    /// A dotted name is one node and several tokens. The class that a property may name behind an `@` is in
+    /// the tokens only.
+    TextNode* identifier(const Identifier<CA>& node) {
+        Rule rule(*this);
+        auto dots = std::count(node.text.begin(), node.text.end(), u'.');
+        if (peekType() == TokenType::Dot) {
+            rule.token().unnecessary();
+            --dots;
+        }
+        rule.token();
+        for (; dots > 0; --dots) {
+            rule.unnecessary().token().unnecessary().token();
+        }
+        if (node.parent->kind == NodeKind::PropertyDefinition && peekType() == TokenType::At) {
+            takePropertyClass(rule);
+        }
+        return rule.container();
+    }
+
+    void takePropertyClass(Rule& rule) {
+        rule.unnecessary().token().unnecessary().token();
+        while (peekType() == TokenType::Dot) {
+            rule.unnecessary().token().unnecessary().token();
+        }
+    }
+
+    TextNode* ifStatement(const IfStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().necessary().child(node.condition).block(node).separator();
+        for (const SyntaxNode* branch : node.elseifBlocks) {
+            const auto& elseifBlock = as<ElseifBlock>(*branch);
+            rule.token().necessary().child(elseifBlock.condition).block(elseifBlock).separator();
+        }
+        if (node.elseBlock != nullptr) {
+            rule.token().block(as<ElseBlock>(*node.elseBlock)).separator();
+        }
+        return rule.token().container(ContainerKind::If);
+    }
+
+    TextNode* importStatement(const ImportStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token();
+        takeWords(node.words, rule);
+        takeTerminator(node, rule);
+        return rule.container();
+    }
+
+    TextNode* inputArgument(const InputArgument<CA>& node) {
+        if (node.identifier != nullptr) {
+            return dispatch(node.identifier);
+        }
+        if (node.ignored != nullptr) {
+            return dispatch(node.ignored);
+        }
+        throw std::logic_error("InputArgument has neither an Identifier nor an Ignored");
+    }
+
+    TextNode* matrixLiteral(const MatrixLiteral<CA>& node) {
+        return literal(node.rows, ContainerKind::BracketList);
+    }
+
+    /// A method always has its `end`.
+    TextNode* methodDefinition(const MethodDefinition<CA>& node) {
+        Rule rule(*this);
+        takeFunctionUpToEnd(node, rule);
+        return rule.token().container();
+    }
+
+    /// The blocks of a class or function. They open no level: their members stand at the level of the block.
+    TextNode* memberBlock(const MemberBlock<CA>& node) {
+        Rule rule(*this);
+        rule.token();
+        takeAttributeList(node.attributes, rule);
+        return rule.statements(node.members).separator().token().container();
+    }
+
+    TextNode* multipleAssignment(const MultipleAssignment<CA>& node) {
+        Rule rule(*this);
+        takeBracketedOutputs(node.outputs, rule);
+        rule.unnecessary().token().unnecessary().child(node.value);
+        takeTerminator(node, rule);
+        return rule.container();
+    }
+
+    TextNode* namedArgument(const NamedArgument<CA>& node) {
+        Rule rule(*this);
+        return rule.child(node.name).unnecessary().token().unnecessary().child(node.value).container();
+    }
+
+    TextNode* otherwiseBlock(const OtherwiseBlock<CA>& node) {
+        return Rule(*this).token().block(node).container(ContainerKind::Case);
+    }
+
+    TextNode* parenthesisIndexing(const ParenthesisIndexing<CA>& node) {
+        return indexing(node.target, node.arguments, ContainerKind::ParenthesisList);
+    }
+
+    TextNode* parenthesizedExpression(const ParenthesizedExpression<CA>& node) {
+        Rule rule(*this);
+        rule.token().unnecessary().child(node.inner).unnecessary().token();
+        return rule.container(ContainerKind::ParenthesisList);
+    }
+
+    /// Parentheses round the header are in the tokens only.
+    TextNode* parforStatement(const ParforStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().necessary();
+        if (peekType() == TokenType::OpenParenthesis) {
+            rule.token().unnecessary();
+        }
+        rule.child(node.variable).unnecessary().token().unnecessary().child(node.range);
+        for (const SyntaxNode* option : node.options) {
+            rule.unnecessary().token().unnecessary().child(option);
+        }
+        if (peekType() == TokenType::CloseParenthesis) {
+            rule.unnecessary().token();
+        }
+        return rule.block(node).separator().token().container(ContainerKind::Parfor);
+    }
+
+    TextNode* propertyDefinition(const PropertyDefinition<CA>& node) {
+        Rule rule(*this);
+        rule.child(node.name);
+        takeValidation(node.validation, rule);
+        takeDefaultValue(node.defaultValue, rule);
+        return rule.container();
+    }
+
+    TextNode* matrixRow(const MatrixRow<CA>& node) {
+        Rule rule(*this);
+        takeRowElements(node.elements, rule);
+        return rule.container();
+    }
+
+    /// Stamped `None`, not `Spmd`: the options of that kind have no effect on a tree, and that is meant.
+    TextNode* spmdStatement(const SpmdStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token();
+        if (peekType() == TokenType::OpenParenthesis) {
+            rule.unnecessary();
+            takeCommaList(node.arguments, rule);
+        }
+        return rule.block(node).separator().token().container();
+    }
+
+    /// All cases stand in one level, the statements of each in one of their own. A case has no gap behind it:
+    /// that is the separator in front of the next one, or of the `end`.
+    TextNode* switchStatement(const SwitchStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().necessary().child(node.subject);
+        enterIndent(make<SwitchContentsIndentNode>(currentIndentNode));
+        for (const SyntaxNode* selection : node.cases) {
+            rule.separator().child(selection);
+        }
+        if (node.otherwise != nullptr) {
+            rule.separator().child(node.otherwise);
+        }
+        leaveIndent();
+        return rule.separator().token().container(ContainerKind::Switch);
+    }
+
+    TextNode* tryStatement(const TryStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().block(node).separator();
+        if (node.catchBlock != nullptr) {
+            const auto& catchBlock = as<CatchBlock>(*node.catchBlock);
+            rule.token();
+            if (catchBlock.identifier != nullptr) {
+                rule.necessary().child(catchBlock.identifier);
+            }
+            rule.block(catchBlock).separator();
+        }
+        return rule.token().container(ContainerKind::Try);
+    }
+
+    TextNode* unaryOperation(const UnaryOperation<CA>& node) {
+        Rule rule(*this);
+        if (isPrefixOperation(node.operatorNumber)) {
+            return rule.token().unnecessary().child(node.operand).container();
+        }
+        return rule.child(node.operand).unnecessary().token().container();
+    }
+
+    TextNode* whileStatement(const WhileStatement<CA>& node) {
+        Rule rule(*this);
+        rule.token().necessary().child(node.condition);
+        return rule.block(node).separator().token().container(ContainerKind::While);
+    }
+
+    // What several rules have in common.
+
+    /// `target(arguments)` and `target{arguments}`: the list is a container of its own.
+    TextNode* indexing(const SyntaxNode* target, const SyntaxList& arguments, ContainerKind kind) {
+        Rule rule(*this);
+        rule.child(target).unnecessary();
+        Rule list(*this);
+        takeCommaList(arguments, list);
+        ContainerNode* listNode = list.container(kind);
+        return rule.append(listNode).container();
+    }
+
+    TextNode* literal(const SyntaxList& rows, ContainerKind kind) {
+        Rule rule(*this);
+        rule.token();
+        takeMatrixRows(rows, rule);
+        return rule.token().container(kind);
+    }
+
+    /// A function or method but for its `end`.
+    template <class FunctionClass>
+    void takeFunctionUpToEnd(const FunctionClass& node, Rule& rule) {
+        rule.token().necessary().append(takeSignature(node));
+        enterIndent(make<FunctionContentsIndentNode>(currentIndentNode, node));
+        rule.statements(node.argumentsBlocks).statements(node.body);
+        leaveIndent();
+        rule.separator();
+    }
+
+    /// The text node of a syntax node and of everything under it. Null for the kinds that their parent's rule
+    /// reads; they are never asked for.
+    TextNode* dispatch(const SyntaxNode* node) {
+        switch (node->kind) {
+        case NodeKind::AnonymousFunction:
+            return anonymousFunction(as<AnonymousFunction>(*node));
+        case NodeKind::ArgumentDefinition:
+            return argumentDefinition(as<ArgumentDefinition>(*node));
+        case NodeKind::Assignment:
+            return assignment(as<Assignment>(*node));
+        case NodeKind::Attribute:
+            return attribute(as<Attribute>(*node));
+        case NodeKind::BinaryOperation:
+            return binaryOperation(as<BinaryOperation>(*node));
+        case NodeKind::BraceIndexing:
+            return braceIndexing(as<BraceIndexing>(*node));
+        case NodeKind::CaseSelection:
+            return caseSelection(as<CaseSelection>(*node));
+        case NodeKind::CellLiteral:
+            return cellLiteral(as<CellLiteral>(*node));
+        case NodeKind::ClassDefinition:
+            return classDefinition(as<ClassDefinition>(*node));
+        case NodeKind::ColonExpression:
+            return colonExpression(as<ColonExpression>(*node));
+        case NodeKind::CommandSyntax:
+            return commandSyntax(as<CommandSyntax>(*node));
+        case NodeKind::FieldAccess:
+            return fieldAccess(as<FieldAccess>(*node));
+        case NodeKind::DynamicFieldAccess:
+            return dynamicFieldAccess(as<DynamicFieldAccess>(*node));
+        case NodeKind::EnumerationMember:
+            return enumerationMember(as<EnumerationMember>(*node));
+        case NodeKind::EventDefinition:
+            return eventDefinition(as<EventDefinition>(*node));
+        case NodeKind::ExpressionStatement:
+            return expressionStatement(as<ExpressionStatement>(*node));
+        case NodeKind::ForStatement:
+            return forStatement(as<ForStatement>(*node));
+        case NodeKind::Function:
+            return function(as<Function>(*node));
+        case NodeKind::GlobalDeclaration:
+            return declaration(as<GlobalDeclaration>(*node).names);
+        case NodeKind::Identifier:
+            return identifier(as<Identifier>(*node));
+        case NodeKind::IfStatement:
+            return ifStatement(as<IfStatement>(*node));
+        case NodeKind::ImportStatement:
+            return importStatement(as<ImportStatement>(*node));
+        case NodeKind::InputArgument:
+            return inputArgument(as<InputArgument>(*node));
+        case NodeKind::MatrixLiteral:
+            return matrixLiteral(as<MatrixLiteral>(*node));
+        case NodeKind::MethodDeclaration:
+            return takeSignature(as<MethodDeclaration>(*node));
+        case NodeKind::MethodDefinition:
+            return methodDefinition(as<MethodDefinition>(*node));
+        case NodeKind::MultipleAssignment:
+            return multipleAssignment(as<MultipleAssignment>(*node));
+        case NodeKind::NamedArgument:
+            return namedArgument(as<NamedArgument>(*node));
+        case NodeKind::OtherwiseBlock:
+            return otherwiseBlock(as<OtherwiseBlock>(*node));
+        case NodeKind::ParenthesisIndexing:
+            return parenthesisIndexing(as<ParenthesisIndexing>(*node));
+        case NodeKind::ParenthesizedExpression:
+            return parenthesizedExpression(as<ParenthesizedExpression>(*node));
+        case NodeKind::ParforStatement:
+            return parforStatement(as<ParforStatement>(*node));
+        case NodeKind::PersistentDeclaration:
+            return declaration(as<PersistentDeclaration>(*node).names);
+        case NodeKind::PrintingStatement:
+            return dispatch(as<PrintingStatement>(*node).statement);
+        case NodeKind::ProgramFile:
+            return programFile(as<ProgramFile>(*node));
+        case NodeKind::PropertyDefinition:
+            return propertyDefinition(as<PropertyDefinition>(*node));
+        case NodeKind::MatrixRow:
+            return matrixRow(as<MatrixRow>(*node));
+        case NodeKind::SpmdStatement:
+            return spmdStatement(as<SpmdStatement>(*node));
+        case NodeKind::SwitchStatement:
+            return switchStatement(as<SwitchStatement>(*node));
+        case NodeKind::TryStatement:
+            return tryStatement(as<TryStatement>(*node));
+        case NodeKind::UnaryOperation:
+            return unaryOperation(as<UnaryOperation>(*node));
+        case NodeKind::WhileStatement:
+            return whileStatement(as<WhileStatement>(*node));
+        case NodeKind::ArgumentsBlock:
+        case NodeKind::EnumerationBlock:
+        case NodeKind::EventsBlock:
+        case NodeKind::MethodsBlock:
+        case NodeKind::PropertiesBlock:
+            return memberBlock(as<MemberBlock>(*node));
+        case NodeKind::TokenLeaf2:
+        case NodeKind::TokenLeaf7:
+        case NodeKind::TokenLeaf10:
+        case NodeKind::TokenLeaf14:
+        case NodeKind::TokenLeaf16:
+        case NodeKind::TokenLeaf19:
+        case NodeKind::TokenLeaf27:
+        case NodeKind::TokenLeaf33:
+        case NodeKind::Ignored:
+        case NodeKind::NumberLiteral:
+        case NodeKind::TokenLeaf58:
+        case NodeKind::TokenLeaf61:
+            return takeToken();
+        case NodeKind::CatchBlock:
+        case NodeKind::ElseBlock:
+        case NodeKind::ElseifBlock:
+        case NodeKind::NullKind24:
+        case NodeKind::NullKind25:
+        case NodeKind::NullKind26:
+        case NodeKind::NullKind65:
+            return nullptr;
+        case NodeKind::InvalidNodeKind:
+            break;
+        }
+        throw std::logic_error("Unhandled node kind encountered in AstDispatcher");
+    }
+
+    AstNodeAllocator* allocator;
+    const std::vector<Token>* tokens;
+    std::size_t tokenIndex = 0; ///< of the next token that nobody has claimed
+    IndentNode* programIndentNode = nullptr;
+    IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
+    std::vector<FormatNode*> nodes;
+    std::vector<TextNode*> children; ///< of all rules that are at work, the innermost last
+    std::vector<const Token*> run;   ///< the run that is being taken; kept for its memory
+};
+
+std::shared_ptr<ca::AnalysisResult> parse(const std::u16string& sourceText) {
+    const auto analyzer = ca::createSingleFileAnalyzer();
+    const ca::AnalysisOptions options{
+        .codeGenerationSupport = std::make_shared<ca::CodeGenerationSupport>(),
+        .userData = nullptr,
+        .flags = 0,
+        .config = std::make_shared<ca::config::Config>(std::make_shared<ca::config::FactoryConfigSource>()),
+        .searchPath = {},
+    };
+    return analyzer->parse(ca::CodeInput::createFromSourceCode(sourceText), options);
+}
+
+} // namespace
+
+FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi::internal::getPageSize()) {
+    const auto analysis = parse(sourceText);
+    tokens = ca::lexer::lex(sourceText);
+    FormattingParser parser(allocator, tokens);
+    rootText = parser.programFile(*analysis->getProgramFile());
+    rootIndent = parser.getProgramIndentNode();
+    nodes = parser.getNodes();
+    linkLeaves();
+}
+
+} // namespace ca::formatting
