@@ -30,14 +30,16 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
          uR"({"formatting": {"enabled": false, "indentationEnabled": true, "indentWidth": 1}})",
          u"if a\n b\nend\n"},
         {"errors of both texts", u"x = (1;\n", u"{",
-         u"Syntax errors:\n   the bracket '(' is never closed line: 1 column: 5\n"},
+         u"Syntax errors:\n   expected ')' to close the '(' in column 5 before ';' line: 1 column: 7\n"},
         {"several syntax errors, in order", u"x = );\ny = ];\n", allOff,
          u"Syntax errors:\n"
-         u"   a value is expected here line: 1 column: 5\n"
-         u"   a value is expected here line: 2 column: 5\n"},
+         u"   expected an expression before ')' line: 1 column: 5\n"
+         u"   expected an expression before ']' line: 2 column: 5\n"},
         {"an issue of the section", u"x", uR"({"formatting": {"functionIndentStyle": "all"}})",
          u"invalid functionIndentStyle\n  line: 1\n  column: 40\n"},
-        {"an issue without a place", u"x", uR"({"extends": "base.json"})", u""},
+        {"an issue of the source", u"x", uR"({"extends": "base.json"})",
+         u"extends: paths count from the file that they stand in, and this text is in none\n"
+         u"  line: 1\n  column: 13\n"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(row.wanted, callBridge(row.source, row.json)) << row.what;
