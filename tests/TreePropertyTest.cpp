@@ -33,8 +33,12 @@ std::string tryToSketch(const std::u16string& text) {
 std::vector<GoldenOptions> makeOptionSets(bool trim) {
     const std::vector<GoldenOptions> sets = {
         {{"indentationEnabled", "true"}, {"functionIndentStyle", "Classic"}, {"indentBlankLines", "true"}},
-        {{"indentationEnabled", "true"}, {"functionIndentStyle", "IndentNested"}, {"indentCaseBlocks", "false"}},
-        {{"lineBreakingEnabled", "true"}, {"lineBreakBehavior", "SeparateLines"}, {"indentationEnabled", "true"}},
+        {{"indentationEnabled", "true"},
+         {"functionIndentStyle", "IndentNested"},
+         {"indentCaseBlocks", "false"}},
+        {{"lineBreakingEnabled", "true"},
+         {"lineBreakBehavior", "SeparateLines"},
+         {"indentationEnabled", "true"}},
         {{"lineBreakingEnabled", "true"}, {"lineBreakBehavior", "AllowSingleLine"}, {"columnLimit", "30"}},
         {{"lineBreakingEnabled", "true"}, {"columnLimit", "20"}, {"separatorPlacement", "EndOfLine"}},
         {{"lineBreakingEnabled", "true"}, {"columnLimit", "40"}, {"indentationEnabled", "true"}},
@@ -122,7 +126,8 @@ TEST(TreeFormatter, MeetsEveryKindOfNode) {
     for (const GoldenFile& file :
          readGoldenFolder(std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden/tree")) {
         for (const GoldenCase& golden : file.cases) {
-            countKinds(*ca::createSingleFileAnalyzer()->parseSourceCode(golden.input)->getProgramFile(), counts);
+            countKinds(*ca::createSingleFileAnalyzer()->parseSourceCode(golden.input)->getProgramFile(),
+                       counts);
         }
     }
     for (int number = 1; number <= 66; ++number) {
@@ -134,11 +139,10 @@ TEST(TreeFormatter, MeetsEveryKindOfNode) {
 
 TEST(TreeFormatter, TakesLongChainsAndRefusesDeepNesting) {
     const std::size_t many = 100'000;
-    const std::u16string tooDeep[] = {u"x = a" + repeat(u"(1)", many), u"x = a" + repeat(u"'", many),
-                                      u"x = " + repeat(u"-", many) + u"a",
-                                      u"x = " + repeat(u"[", many) + repeat(u"]", many),
-                                      u"x = " + repeat(u"@() ", many) + u"1",
-                                      u"x = a" + repeat(u"'^a", many)};
+    const std::u16string tooDeep[] = {
+        u"x = a" + repeat(u"(1)", many),        u"x = a" + repeat(u"'", many),
+        u"x = " + repeat(u"-", many) + u"a",    u"x = " + repeat(u"[", many) + repeat(u"]", many),
+        u"x = " + repeat(u"@() ", many) + u"1", u"x = a" + repeat(u"'^a", many)};
     const std::u16string endless[] = {u"x = a" + repeat(u".b", many),
                                       u"x = a" + repeat(u" + 1", many),
                                       u"x = a" + repeat(u"&&b||c", many),
@@ -159,10 +163,12 @@ TEST(TreeFormatter, TakesLongChainsAndRefusesDeepNesting) {
     options.lineBreakBehavior = ca::formatting::FormattingConfig::LineBreakBehavior::AllowMultiplePerLine;
     runOnSmallStack([&] {
         for (const std::u16string& text : tooDeep) {
-            EXPECT_THROW(formatText(text, options), ca::SyntaxErrorException) << showGoldenText(text.substr(0, 20));
+            EXPECT_THROW(formatText(text, options), ca::SyntaxErrorException)
+                << showGoldenText(text.substr(0, 20));
         }
         for (const std::u16string& text : endless) {
-            EXPECT_GE(formatText(text, options).size(), text.size() / 2) << showGoldenText(text.substr(0, 20));
+            EXPECT_GE(formatText(text, options).size(), text.size() / 2)
+                << showGoldenText(text.substr(0, 20));
         }
     });
 }
