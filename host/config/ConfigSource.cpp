@@ -7,4 +7,8 @@ FactoryConfigSource::~FactoryConfigSource() = default;
 LegacyConfigSource::~LegacyConfigSource() = default;
 PreferenceConfigSource::~PreferenceConfigSource() = default;
 
+std::unordered_set<ConfigIssue> ConfigSource::getIssues() const {
+    return {};
+}
+
 } // namespace ca::config
