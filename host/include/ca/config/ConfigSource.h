@@ -92,7 +92,8 @@ public:
 private:
     friend class LayerChain;
     JsonConfigSource(std::optional<fl::filesystem::path> path,
-                     std::shared_ptr<const ca::utils::JsonDocument> document);
+                     std::shared_ptr<const ca::utils::JsonDocument> document, std::shared_ptr<Config> base,
+                     std::unordered_set<ConfigIssue> issues);
 
     std::optional<fl::filesystem::path> path;
     std::shared_ptr<const ca::utils::JsonDocument> document;
