@@ -2,6 +2,8 @@
 
 #include "Message.h"
 #include "Suggestion.h"
+#include "options/OptionFlags.h"
+#include "options/OptionsSchema.h"
 
 #include <algorithm>
 #include <charconv>
@@ -17,9 +19,6 @@
 namespace ombrel {
 
 namespace {
-
-using ca::formatting::legacy::BlankLineStyle;
-using ca::formatting::legacy::FunctionStyle;
 
 constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
 
@@ -51,20 +50,6 @@ LineRange parseRange(const std::string& text) {
     return {*first, *last};
 }
 
-CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& target, std::uint32_t low,
-                       std::uint32_t high, const std::string& help) {
-    const auto store = [=, &target](const std::string& text) {
-        const auto number = parseNumber(text);
-        if (!number || *number < low || *number > high) {
-            throw CLI::ValidationError(
-                fmt::format("{} {}: expected a number from {} to {}", name, text, low, high));
-        }
-        target = *number;
-    };
-    return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, target))
-        ->type_name("N");
-}
-
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
@@ -90,6 +75,12 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, co
         ->type_name(list);
 }
 
+/// Ends the reading of the command line, as help does.
+class SchemaCall : public CLI::Success {
+public:
+    SchemaCall() : Success("SchemaCall", "print the schema", CLI::ExitCodes::Success) {}
+};
+
 void addModes(CLI::App& app, Arguments& arguments) {
     app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
     app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
@@ -104,23 +95,11 @@ void addModes(CLI::App& app, Arguments& arguments) {
         ->type_name("A:B")
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    addChoice<Engine>(app, "--engine", arguments.engine, {{"line", Engine::Line}, {"tree", Engine::Tree}},
-                      "Reindent lines, or lay out the syntax tree");
-}
-
-void addLineOptions(CLI::App& app, LineOptions& options) {
-    addNumber(app, "--indent-size", options.indentSize, 0, 64, "Columns of one level, 0 to 64");
-    addNumber(app, "--tab-size", options.tabSize, 1, 64, "Columns between tab stops, 1 to 64");
-    app.add_flag("--use-tabs", options.useTabs, "Indent with tabs, then spaces");
-    addChoice<FunctionStyle>(
-        app, "--function-style", options.functionStyle,
-        {{"all", FunctionStyle::All}, {"classic", FunctionStyle::Classic}, {"mixed", FunctionStyle::Mixed}},
-        "Function bodies that are indented: all, none, or those of nested functions");
-    addChoice<BlankLineStyle>(app, "--blank-lines", options.blankLines,
-                              {{"trim", BlankLineStyle::Trim},
-                               {"ignore", BlankLineStyle::Ignore},
-                               {"indent", BlankLineStyle::Indent}},
-                              "Blank lines lose their blanks, stay, or are indented");
+    app.add_flag("--print-config", arguments.printConfig,
+                 "Print the options that hold for the FILEs or this folder and where each comes from");
+    app.add_flag("--init", arguments.init, "Write an options file to begin with into this folder");
+    app.add_flag_callback(
+        "--schema", [] { throw SchemaCall(); }, "Print the JSON Schema of options files");
 }
 
 void addGeneralOptions(CLI::App& app, Arguments& arguments) {
@@ -215,8 +194,14 @@ std::string findContradiction(const Arguments& arguments) {
     if (!arguments.lines.empty() && arguments.paths.size() > 1) {
         return "--lines goes with one file";
     }
-    if (!arguments.lines.empty() && arguments.engine == Engine::Tree) {
-        return "--lines goes with the line engine";
+    if (arguments.options.ignoresFiles && !arguments.options.file.empty()) {
+        return "--config and --no-config contradict each other";
+    }
+    if (arguments.init && (arguments.printConfig || isFormattingAsked(arguments))) {
+        return "--init writes a new options file and does nothing else";
+    }
+    if (arguments.printConfig && isFormattingAsked(arguments)) {
+        return "--print-config formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
     }
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
@@ -248,7 +233,7 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     app.allow_extras();
     app.footer(footer);
     addModes(app, arguments);
-    addLineOptions(app, arguments.lineOptions);
+    addOptionFlags(app, arguments.options);
     addGeneralOptions(app, arguments);
     refuseFlagValues(app);
     if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
@@ -256,6 +241,8 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     }
     try {
         app.parse(argc, argv);
+    } catch (const SchemaCall&) {
+        return EarlyExit{ExitStatus::Done, makeOptionsSchema()};
     } catch (const CLI::CallForHelp&) {
         return EarlyExit{ExitStatus::Done, makeHelp(app, arguments.paths)};
     } catch (const CLI::CallForVersion& version) {

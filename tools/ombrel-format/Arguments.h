@@ -2,6 +2,7 @@
 
 #include "ExitStatus.h"
 #include "Options.h"
+#include "options/OptionsResolver.h"
 
 #include <string>
 #include <variant>
@@ -20,9 +21,10 @@ struct Arguments {
     bool checkSyntax = false; ///< parse instead of formatting; goes with no other mode and no lines
     bool quiet = false;
     bool verbose = false;
+    bool printConfig = false;     ///< say which options hold for the paths, and stop
+    bool init = false;            ///< write an options file to begin with, and stop
     std::vector<LineRange> lines; ///< none: all lines
-    Engine engine = Engine::Line;
-    LineOptions lineOptions;
+    OptionsRequest options;
     std::string stdinName = "<stdin>";
     ColorChoice color = ColorChoice::Auto;
 };

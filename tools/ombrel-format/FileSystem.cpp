@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -223,6 +225,30 @@ void DiskFileSystem::replace(const std::string& path, const std::string& bytes) 
     checkUnchanged(path, getStatus(target));
     temporary.moveTo(target);
     syncFolder(target.parent_path());
+}
+
+bool DiskFileSystem::exists(const std::string& path) {
+    std::error_code error;
+    const auto type = std::filesystem::status(path, error).type();
+    return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none &&
+           type != std::filesystem::file_type::directory;
+}
+
+void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
+    const auto fail = [] {
+        throw FileError(Kind::Unwritable, "can't make it: " + std::generic_category().message(errno));
+    };
+    std::FILE* file = std::fopen(path.c_str(), "wxe");
+    if (file == nullptr) {
+        fail();
+    }
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (std::fclose(file) != 0 || !isWritten) {
+        const int reason = std::exchange(errno, 0);
+        ::unlink(path.c_str());
+        errno = reason;
+        fail();
+    }
 }
 
 } // namespace ombrel

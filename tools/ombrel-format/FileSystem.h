@@ -24,6 +24,9 @@ class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
+    /// True if there is something at the path that can be read like a file: no folder.
+    virtual bool exists(const std::string& /*path*/) { return false; }
+
     /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
     virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
 
@@ -32,13 +35,20 @@ public:
     /// link, its target is replaced. Refuses a file that has changed since it was read, hard-linked files,
     /// whose other names would keep the old content, and files that nobody may write.
     virtual void replace(const std::string& path, const std::string& bytes) = 0;
+
+    /// Makes a file. Throws FileError if the path is taken, or if it can't be written; then it isn't there.
+    virtual void create(const std::string& /*path*/, const std::string& /*bytes*/) {
+        throw FileError(FileError::Kind::Unwritable, "no file can be made here");
+    }
 };
 
 /// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
 class DiskFileSystem : public FileSystem {
 public:
+    bool exists(const std::string& path) override;
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& bytes) override;
+    void create(const std::string& path, const std::string& bytes) override;
 
 private:
     /// What tells that a file is still the one that was read.

@@ -5,6 +5,8 @@
 #include "Message.h"
 #include "SyntaxCheck.h"
 #include "TextEncoding.h"
+#include "options/OptionsReport.h"
+#include "options/StarterFile.h"
 
 #include <array>
 #include <cerrno>
@@ -61,14 +63,20 @@ std::string readStream(std::istream& stream) {
 class Run {
 public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files),
+        : arguments(arguments), console(console), files(files), resolver(arguments.options, files),
           outColor(chooseColor(arguments.color, console.isOutTerminal, console.isColorUnwanted)),
           errColor(chooseColor(arguments.color, console.isErrTerminal, console.isColorUnwanted)) {}
 
     ExitStatus processAll() {
-        if (arguments.engine == Engine::Tree && !arguments.checkSyntax) {
-            printUsageError(console.err, "ombrel-format", missingTreeEngine, errColor);
+        if (arguments.init) {
+            return writeStarterFile();
+        }
+        if (!prepareOptions()) {
             return ExitStatus::Usage;
+        }
+        if (arguments.printConfig) {
+            printOptions();
+            return flush();
         }
         for (const std::string& path : arguments.paths) {
             status = getWorse(status, process(path));
@@ -80,6 +88,38 @@ public:
     }
 
 private:
+    /// False if there is a fault in one of the options files. Then all faults have been reported.
+    bool prepareOptions() {
+        std::vector<std::string> names;
+        for (const std::string& path : arguments.paths) {
+            names.push_back(getShownName(path));
+        }
+        const std::vector<OptionsFault> faults = resolver.prepare(names);
+        for (const OptionsFault& fault : faults) {
+            for (const Problem& problem : fault.problems) {
+                printProblem(console.err, resolver.getShownPath(fault.path), problem, fault.text, errColor);
+            }
+        }
+        return faults.empty();
+    }
+
+    void printOptions() {
+        for (const std::string& path : arguments.paths) {
+            console.out << getPrintableName(getShownName(path)) << ":\n"
+                        << describeOptions(resolver.explain(getShownName(path)));
+        }
+    }
+
+    ExitStatus writeStarterFile() {
+        const std::string path(optionsFileName);
+        try {
+            files.create(path, makeStarterFile());
+        } catch (const FileError& error) {
+            return report(path, {getStatus(error.kind), error.what()}, {});
+        }
+        return ExitStatus::Done;
+    }
+
     ExitStatus process(const std::string& path) {
         std::string bytes;
         try {
@@ -110,7 +150,11 @@ private:
     }
 
     ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
-        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
+        const FileOptions options = resolver.resolve(getShownName(path));
+        if (options.engine == Engine::Tree) {
+            return report(path, {ExitStatus::Usage, missingTreeEngine}, {});
+        }
+        auto formatted = formatLines(source.text, options.line, arguments.lines);
         if (const auto* problem = std::get_if<Problem>(&formatted)) {
             return report(path, *problem, source.text);
         }
@@ -179,6 +223,7 @@ private:
     const Arguments& arguments;
     Console& console;
     FileSystem& files;
+    OptionsResolver resolver;
     Color outColor;
     Color errColor;
     ExitStatus status = ExitStatus::Done;

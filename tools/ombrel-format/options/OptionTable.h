@@ -12,7 +12,8 @@ enum class OptionType {
     Boolean,
     Number,       ///< a whole number from `low` to `high`
     Word,         ///< one of `words`
-    PerConstruct, ///< one of `words` for all constructs, or an object with one for each child of getConstructs()
+    PerConstruct, ///< one of `words` for all constructs, or an object with one for each child of
+                  ///< getConstructs()
 };
 
 /// One option of the program. Reading, checking, help, schema and starter file all go by the table of these.

@@ -7,7 +7,7 @@
 #include <fl/i18n/MessageCatalog.h>
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 #include <variant>
 
 #include <fmt/format.h>
@@ -29,6 +29,20 @@ constexpr FileKey fileKeys[] = {
 
 constexpr FileKey filesKey = {
     "files", "Patterns of file names, or of paths from this file's folder, as in the ignore files of git"};
+
+/// True if the rule is about the file or about one of the folders that it is in.
+bool matchesFileOrFolder(const IgnoreRule& rule, std::string_view path) {
+    if (rule.matches(path, false)) {
+        return true;
+    }
+    for (std::size_t slash = path.find('/'); slash != std::string_view::npos;
+         slash = path.find('/', slash + 1)) {
+        if (rule.matches(path.substr(0, slash), true)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 std::vector<std::string> getKeys(std::string_view section) {
     std::vector<std::string> keys;
@@ -77,9 +91,6 @@ private:
         if (document.root) {
             readTopLevel(*document.root);
         }
-        std::stable_sort(file.problems.begin(), file.problems.end(), [](const Problem& a, const Problem& b) {
-            return std::pair(a.line, a.column) < std::pair(b.line, b.column);
-        });
     }
 
     void readTopLevel(const JsonObject& root) {
@@ -131,7 +142,7 @@ private:
         for (const auto& [name, field] : getOrderedFields(object)) {
             if (name == filesKey.name) {
                 for (const JsonValue& pattern : readStrings(field->value, "a pattern")) {
-                    entry.patterns.push_back(encodeLossy(pattern.getString()));
+                    entry.rules.emplace_back(encodeLossy(pattern.getString()));
                 }
                 expect(field->value.getKind() != JsonValue::ArrayKind || !field->value.getElements().empty(),
                        field->value, "expected at least one pattern");
@@ -148,8 +159,7 @@ private:
         const bool isList = value.getKind() == JsonValue::ArrayKind;
         std::vector<JsonValue> strings;
         for (const JsonValue& element : isList ? value.getElements() : std::vector{value}) {
-            const bool isGood =
-                element.getKind() == JsonValue::StringKind && !element.getString().empty();
+            const bool isGood = element.getKind() == JsonValue::StringKind && !element.getString().empty();
             if (expect(isGood, element,
                        isList ? fmt::format("expected {}", what)
                               : fmt::format("expected {}, or a list of them", what))) {
@@ -230,6 +240,13 @@ std::span<const FileKey> getFileKeys() {
 
 const FileKey& getFilesKey() {
     return filesKey;
+}
+
+bool Override::isFor(std::string_view path) const {
+    const auto decisive = std::find_if(rules.rbegin(), rules.rend(), [&](const IgnoreRule& rule) {
+        return matchesFileOrFolder(rule, path);
+    });
+    return decisive != rules.rend() && !decisive->isNegated();
 }
 
 OptionsFile readOptionsFile(std::string_view bytes) {

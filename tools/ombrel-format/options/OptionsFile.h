@@ -1,11 +1,13 @@
 #pragma once
 
+#include "IgnoreRules.h"
 #include "Message.h"
 #include "options/OptionValue.h"
 
 #include <ca/utils/JsonValue.h>
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +34,11 @@ struct Extension {
 
 /// Settings for some of the files.
 struct Override {
-    std::vector<std::string> patterns; ///< of "files": at least one
+    std::vector<IgnoreRule> rules; ///< of "files", the last that matches decides
     std::vector<Setting> settings;
+
+    /// `path` is relative to the folder of the options file.
+    bool isFor(std::string_view path) const;
 };
 
 /// What one options file says. Where it is wrong there is a problem, and the rest is read all the same.
@@ -43,7 +48,7 @@ struct OptionsFile {
     std::vector<Extension> extensions;
     std::vector<Setting> settings;
     std::vector<Override> overrides;
-    std::vector<Problem> problems; ///< in the order of the text; all have the status Usage
+    std::vector<Problem> problems; ///< all have the status Usage
 };
 
 /// Reads the bytes of an options file: JSON with comments and trailing commas, in UTF-8.
