@@ -200,8 +200,8 @@ std::string findContradiction(const Arguments& arguments) {
     if (arguments.init && (arguments.printConfig || isFormattingAsked(arguments))) {
         return "--init writes a new options file and does nothing else";
     }
-    if (arguments.printConfig && isFormattingAsked(arguments)) {
-        return "--print-config formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
+    if (arguments.printConfig && (arguments.checkSyntax || isFormattingAsked(arguments))) {
+        return "--print-config formats nothing: it doesn't go with other modes";
     }
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";

@@ -227,11 +227,9 @@ void DiskFileSystem::replace(const std::string& path, const std::string& bytes) 
     syncFolder(target.parent_path());
 }
 
-bool DiskFileSystem::exists(const std::string& path) {
+bool DiskFileSystem::isFile(const std::string& path) {
     std::error_code error;
-    const auto type = std::filesystem::status(path, error).type();
-    return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none &&
-           type != std::filesystem::file_type::directory;
+    return std::filesystem::is_regular_file(path, error);
 }
 
 void DiskFileSystem::create(const std::string& path, const std::string& bytes) {

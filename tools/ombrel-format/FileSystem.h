@@ -24,8 +24,8 @@ class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    /// True if there is something at the path that can be read like a file: no folder.
-    virtual bool exists(const std::string& /*path*/) { return false; }
+    /// True if there is a regular file at the path, or a link to one.
+    virtual bool isFile(const std::string& /*path*/) { return false; }
 
     /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
     virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
@@ -45,7 +45,7 @@ public:
 /// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
 class DiskFileSystem : public FileSystem {
 public:
-    bool exists(const std::string& path) override;
+    bool isFile(const std::string& path) override;
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& bytes) override;
     void create(const std::string& path, const std::string& bytes) override;

@@ -27,6 +27,8 @@ constexpr const char* missingTreeEngine =
     "project and install it (cmake --install build/release), so that the library stands in the folder of "
     "libombrel_host.so or in devtools/ under it";
 
+constexpr const char* linesWithTree = "--lines goes with the line engine";
+
 Color chooseColor(ColorChoice choice, bool isTerminal, bool isUnwanted) {
     const bool automatic = isTerminal && !isUnwanted;
     return choice == ColorChoice::Always || (choice == ColorChoice::Auto && automatic) ? Color::On
@@ -71,7 +73,7 @@ public:
         if (arguments.init) {
             return writeStarterFile();
         }
-        if (!prepareOptions()) {
+        if (!arguments.checkSyntax && !prepareOptions()) {
             return ExitStatus::Usage;
         }
         if (arguments.printConfig) {
@@ -105,7 +107,8 @@ private:
 
     void printOptions() {
         for (const std::string& path : arguments.paths) {
-            console.out << getPrintableName(getShownName(path)) << ":\n"
+            const bool isFolder = path == "-" && arguments.stdinName == Arguments().stdinName;
+            console.out << (isFolder ? "this folder" : getPrintableName(getShownName(path))) << ":\n"
                         << describeOptions(resolver.explain(getShownName(path)));
         }
     }
@@ -152,7 +155,8 @@ private:
     ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
         const FileOptions options = resolver.resolve(getShownName(path));
         if (options.engine == Engine::Tree) {
-            return report(path, {ExitStatus::Usage, missingTreeEngine}, {});
+            return report(
+                path, {ExitStatus::Usage, arguments.lines.empty() ? missingTreeEngine : linesWithTree}, {});
         }
         auto formatted = formatLines(source.text, options.line, arguments.lines);
         if (const auto* problem = std::get_if<Problem>(&formatted)) {

@@ -16,14 +16,14 @@ namespace ombrel {
 
 namespace {
 
-/// `words` is what the user wrote.
-void addSetting(OptionsRequest& request, const Option& option, const std::string& text,
-                const std::string& words) {
+/// `given` is what the user wrote behind the flag.
+void addSetting(OptionsRequest& request, const Option& option, const std::string& flag,
+                const std::string& given, const std::string& text) {
     auto value = parseValue(option, text);
     if (const auto* message = std::get_if<std::string>(&value)) {
-        throw CLI::ValidationError(fmt::format("{}: {}", words, *message));
+        throw CLI::ValidationError(fmt::format("{} {}: {}", flag, given, *message));
     }
-    request.settings.push_back({{&option, std::get<ca::utils::JsonValue>(std::move(value))}, words});
+    request.settings.push_back({{&option, std::get<ca::utils::JsonValue>(std::move(value))}, flag});
 }
 
 std::string getTypeName(const Option& option) {
@@ -40,12 +40,12 @@ std::string getHelp(const Option& option) {
 void addFlag(CLI::App& app, OptionsRequest& request, const Option& option) {
     const std::string flag(option.flag);
     if (option.type == OptionType::Boolean) {
-        const auto store = [&request, &option, flag] { addSetting(request, option, "true", flag); };
+        const auto store = [&request, &option, flag] { addSetting(request, option, flag, "", "true"); };
         app.add_flag_callback(flag, store, std::string(option.description))->trigger_on_parse();
         return;
     }
     const auto store = [&request, &option, flag](const std::string& text) {
-        addSetting(request, option, text, fmt::format("{} {}", flag, text));
+        addSetting(request, option, flag, text, text);
     };
     app.add_option_function<std::string>(flag, store, getHelp(option))
         ->type_name(getTypeName(option))
@@ -63,16 +63,15 @@ std::vector<std::string> getNames() {
 void addAssignment(OptionsRequest& request, const std::string& text) {
     const std::size_t equals = text.find('=');
     const std::string name = text.substr(0, equals);
-    const std::string words = "--set " + text;
     if (equals == std::string::npos) {
-        throw CLI::ValidationError(words + ": expected KEY=VALUE, such as line.indentSize=2");
+        throw CLI::ValidationError("--set " + text + ": expected KEY=VALUE, such as line.indentSize=2");
     }
     const Option* option = findOption(name);
     if (option == nullptr) {
         throw CLI::ValidationError(
-            fmt::format("{}: unknown option {}{}", words, name, suggest(name, getNames())));
+            fmt::format("--set {}: unknown option {}{}", text, name, suggest(name, getNames())));
     }
-    addSetting(request, *option, text.substr(equals + 1), words);
+    addSetting(request, *option, "--set", text, text.substr(equals + 1));
 }
 
 } // namespace

@@ -58,7 +58,7 @@ constexpr Option options[] = {
      "indentWidth",
      Number,
      "4",
-     "How many of the indent character make a level: 4 with Tab are four tabs",
+     "Characters that make a level: 4 with Tab are four tabs",
      "",
      {},
      0,
@@ -74,8 +74,7 @@ constexpr Option options[] = {
      0,
      largestNumber},
     {"formatting", "lineBreakBehavior", PerConstruct, "AllowMultiplePerLine",
-     "How the items of a construct are broken: each on its own line, all on one line if they fit, or as many "
-     "on a line as fit",
+     "Items of a construct when lines are broken: each on its own, all on one if they fit, or as many as fit",
      "", lineBreakBehaviors},
     {"formatting", "separatorPlacement", PerConstruct, "StartOfLine",
      "Side of a line break on which an operator stays", "", separatorPlacements},

@@ -61,7 +61,7 @@ void OptionsFileSet::loadBases(OptionsLayer& layer) {
         const auto refuse = [&](std::string text) {
             layer.file.problems.push_back(makeProblem(extension.place, std::move(text)));
         };
-        if (!layersByPath.contains(path) && !files.exists(path)) {
+        if (!layersByPath.contains(path) && !files.isFile(path)) {
             refuse("there is no such file: " + getPrintableName(path));
             continue;
         }

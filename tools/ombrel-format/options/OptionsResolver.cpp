@@ -119,7 +119,7 @@ const OptionsResolver::Layers& OptionsResolver::findLayers(const std::string& fo
     Layers layers;
     bool goesOn = !isTop(folder);
     const std::string path = request.file.empty() ? join(folder, optionsFileName) : getAbsolute(request.file);
-    if (!request.file.empty() || files.exists(path)) {
+    if (!request.file.empty() || files.isFile(path)) {
         const OptionsLayer& layer = options.load(path);
         appendLayers(layer, layers);
         goesOn = goesOn && !layer.file.isRoot && request.file.empty();
@@ -138,7 +138,7 @@ bool OptionsResolver::findEditorConfig(const std::string& folder) {
     if (const auto found = hasEditorConfig.find(folder); found != hasEditorConfig.end()) {
         return found->second;
     }
-    const bool isThere = files.exists(join(folder, editorConfigName)) ||
+    const bool isThere = files.isFile(join(folder, editorConfigName)) ||
                          (!isTop(folder) && findEditorConfig(getFolder(folder)));
     hasEditorConfig.emplace(folder, isThere);
     return isThere;
@@ -195,7 +195,7 @@ void OptionsResolver::visitSettings(const std::string& absolutePath, const Visit
 std::string OptionsResolver::describe(const std::string& absolutePath, const Setting& setting,
                                       const Origin& origin) const {
     if (origin.command != nullptr) {
-        return getPrintableName(origin.command->words);
+        return origin.command->flag;
     }
     if (origin.layer == nullptr) {
         return describeEditorConfig(absolutePath, *setting.option);
@@ -212,7 +212,7 @@ std::string OptionsResolver::describeEditorConfig(const std::string& absolutePat
     for (bool isDone = false; !isDone; folder = getFolder(folder)) {
         isDone = isTop(folder);
         const std::string path = join(folder, editorConfigName);
-        if (files.exists(path)) {
+        if (files.isFile(path)) {
             for (const std::uint32_t line : findEditorConfigLines(option, readText(files, path))) {
                 places.push_back(fmt::format("{}:{}", getPrintableName(getShownPath(path)), line));
             }

@@ -18,7 +18,7 @@ inline constexpr std::string_view optionsFileName = ".ombrel-format.json";
 /// One option as the command line has it.
 struct CommandLineSetting {
     Setting setting;
-    std::string words; ///< as they were given: "--indent-size 2"
+    std::string flag; ///< that gave it: "--indent-size", "--set"
 };
 
 /// Where options come from, by the command line.

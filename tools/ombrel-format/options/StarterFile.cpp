@@ -30,8 +30,8 @@ std::string describeRange(const Option& option) {
 
 std::string makeLines(const Option& option, std::string_view indentation) {
     const auto value = std::get<ca::utils::JsonValue>(parseValue(option, option.factory));
-    return fmt::format("{0}// {1}: {2}\n{0}// \"{3}\": {4},\n", indentation, option.description,
-                       describeRange(option), option.key, getJson(value));
+    return fmt::format("{0}// {1}\n{0}// \"{2}\": {3}, // {4}\n", indentation, option.description, option.key,
+                       getJson(value), describeRange(option));
 }
 
 std::string makeLines(std::string_view section, std::string_view indentation) {
@@ -47,7 +47,7 @@ std::string makeLines(std::string_view section, std::string_view indentation) {
 std::string makeStarterFile() {
     std::string text = fmt::format("{}{{\n{}", head, makeLines("", "    "));
     for (const Section& section : getSections()) {
-        text += fmt::format("    // {}\n    \"{}\": {{\n{}    }},\n", section.description, section.name,
+        text += fmt::format("    // {}.\n    \"{}\": {{\n{}    }},\n", section.description, section.name,
                             makeLines(section.name, "        "));
     }
     return text + "}\n";
