@@ -59,11 +59,11 @@ ExitStatus dump(const Stage& stage, const std::string& path) {
         printProblem(std::cerr, path, *problem, decodeLossy(bytes), Color::Off);
         return problem->status;
     }
-    const std::u16string& text = std::get<DecodedText>(decoded).text;
+    const StageInput input{path, std::get<DecodedText>(decoded).text};
     try {
-        stage.print(std::cout, text);
+        stage.print(std::cout, input);
     } catch (const ca::SyntaxErrorException& exception) {
-        return printErrors(path, describe(exception.getErrors()), text);
+        return printErrors(path, describe(exception.getErrors()), input.text);
     }
     if (std::cout.flush()) {
         return ExitStatus::Done;

@@ -76,8 +76,8 @@ public:
                      const std::shared_ptr<AbstractConfigManager>& manager);
     ~JsonConfigSource() override;
 
-    /// The layer underneath. Never empty.
-    std::shared_ptr<Config> getBaseConfig() const;
+    /// The layer underneath. Never empty. A class that layers in another way overrides this.
+    virtual std::shared_ptr<Config> getBaseConfig() const;
 
     /// The top-level value of the text with this name, if there is one: none in a text with a syntax error.
     std::optional<ca::utils::JsonValue> getSection(const std::u16string& name) const;

@@ -1,4 +1,4 @@
-#include "ca/astapi/nonshippingLibrary.h"
+#include "ca/astapi/symbols.h"
 
 #include <array>
 #include <climits>
