@@ -18,6 +18,8 @@
 #include <regex>
 #include <sstream>
 
+#include <unistd.h>
+
 namespace {
 
 using namespace ombrel;
@@ -32,7 +34,7 @@ std::string readFile(const std::string& path) {
 
 /// What an independent validator says about each text, one line each.
 std::vector<bool> validate(const std::vector<std::string>& texts) {
-    const std::string input = testing::TempDir() + "options-schema-test.txt";
+    const std::string input = testing::TempDir() + "options-schema-test-" + std::to_string(::getpid());
     std::ofstream stream(input);
     for (const std::string& text : texts) {
         stream << text << '\n';
@@ -46,6 +48,7 @@ std::vector<bool> validate(const std::vector<std::string>& texts) {
     while (std::fgets(line.data(), static_cast<int>(line.size()), pipe.get()) != nullptr) {
         verdicts.push_back(std::string(line.data()) == "valid\n");
     }
+    std::remove(input.c_str());
     return verdicts;
 }
 

@@ -12,6 +12,8 @@
 #include <sstream>
 #include <variant>
 
+#include <unistd.h>
+
 namespace {
 
 using namespace ombrel;
@@ -39,7 +41,9 @@ struct Outcome {
 /// Each test has the current folder for itself.
 class OptionsTest : public testing::Test {
 protected:
-    OptionsTest() : before(fs::current_path()), folder(fs::canonical(testing::TempDir()) / "options-test") {
+    OptionsTest()
+        : before(fs::current_path()),
+          folder(fs::canonical(testing::TempDir()) / ("options-test-" + std::to_string(::getpid()))) {
         clear();
     }
     ~OptionsTest() override {
@@ -244,7 +248,7 @@ TEST_F(OptionsTest, NamesEveryFaultOfAFile) {
         {R"({"overrides": [{"file": "a"}, 1], "extends": [""], "root": "yes", "$schema": 1})",
          {"1:16: this override lacks \"files\"", "1:17: unknown option file; did you mean files?",
           "1:31: expected an object with \"files\" and options", "1:47: expected a path",
-          "1:60: expected true or false", "1:79: expected a string"}},
+          "1:60: expected true or false", "1:78: expected a string"}},
         {"\xFF", {"1:1: this is not UTF-8: the byte 0xFF can't stand here"}},
     };
     for (const Row& row : rows) {
@@ -278,9 +282,9 @@ TEST_F(OptionsTest, TouchesNoFileWhenOptionsAreWrong) {
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
     for (const char* message :
-         {"p/.ombrel-format.json:1:39: error: unknown option indentsize; did you mean indentSize?\n"
+         {"p/.ombrel-format.json:1:38: error: unknown option indentsize; did you mean indentSize?\n"
           "  {\"extends\": \"../base.json\", \"line\": {\"indentsize\": 2}}\n"
-          "                                        ^\n",
+          "                                       ^\n",
           "base.json:1:13: error: this file would extend itself, directly or through others\n",
           "q/.ombrel-format.json:1:11: error: ", "r/.ombrel-format.json:1:13: error: there is no such file: ",
           "e/.editorconfig:2:1: error: expected a section"}) {
