@@ -103,7 +103,7 @@ void addModes(CLI::App& app, Arguments& arguments) {
 }
 
 void addGeneralOptions(CLI::App& app, Arguments& arguments) {
-    app.add_option("--stdin-filename", arguments.stdinName, "Name of standard input in messages")
+    app.add_option("--stdin-filename", arguments.stdinName, "Name of standard input in messages, by which its options are found")
         ->type_name("NAME");
     addChoice<ColorChoice>(
         app, "--color", arguments.color,

@@ -5,6 +5,7 @@
 
 #include <ca/utils/JsonValue.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 

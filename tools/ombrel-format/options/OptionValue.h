@@ -6,6 +6,7 @@
 #include <ca/utils/JsonValue.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -11,6 +11,8 @@ namespace ombrel {
 
 namespace {
 
+constexpr std::size_t maximalProblemCount = 100; // of one file
+
 OptionsFile readFile(FileSystem& files, const std::string& path) {
     try {
         return readOptionsFile(files.read(path, ca::utils::maximalJsonSize));
@@ -34,6 +36,7 @@ std::vector<OptionsFault> OptionsFileSet::getFaults() const {
                              [](const Problem& a, const Problem& b) {
                                  return std::pair(a.line, a.column) < std::pair(b.line, b.column);
                              });
+            fault.problems.resize(std::min(fault.problems.size(), maximalProblemCount));
             faults.push_back(std::move(fault));
         }
     }
