@@ -1,9 +1,12 @@
 #pragma once
 
 #include "ExitStatus.h"
+#include "FileSystem.h"
 #include "Options.h"
+#include "SearchOptions.h"
 #include "options/OptionsResolver.h"
 
+#include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
@@ -14,7 +17,8 @@ enum class ColorChoice { Auto, Always, Never };
 
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
-    std::vector<std::string> paths; ///< at least one; "-" is standard input
+    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless there is a list of paths
+    SearchOptions search;
     bool inPlace = false;
     bool check = false;
     bool diff = false;
@@ -27,6 +31,13 @@ struct Arguments {
     OptionsRequest options;
     std::string stdinName = "<stdin>";
     ColorChoice color = ColorChoice::Auto;
+    std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
+    ReplacementRules replacement;
+
+    /// What people know an input by.
+    const std::string& getShownName(const std::string& path) const { return path == "-" ? stdinName : path; }
+
+    bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
 };
 
 /// The end of a run before it has begun: help, version, or a usage error.

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "Message.h"
 #include "options/OptionsResolver.h"
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace ombrel {
+
+/// Writes every problem with its place in its file.
+void printFaults(std::ostream& stream, const std::vector<OptionsFault>& faults,
+                 const OptionsResolver& resolver, Color color);
 
 /// All options for one file, as a table for people:
 ///
