@@ -2,6 +2,8 @@
 
 #include "Message.h"
 #include "Suggestion.h"
+#include "options/OptionFlags.h"
+#include "options/OptionsSchema.h"
 
 #include <algorithm>
 #include <charconv>
@@ -17,9 +19,6 @@
 namespace ombrel {
 
 namespace {
-
-using ca::formatting::legacy::BlankLineStyle;
-using ca::formatting::legacy::FunctionStyle;
 
 constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
 
@@ -95,6 +94,12 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, co
         ->type_name(list);
 }
 
+/// Ends the reading of the command line, as help does.
+class SchemaCall : public CLI::Success {
+public:
+    SchemaCall() : Success("SchemaCall", "print the schema", CLI::ExitCodes::Success) {}
+};
+
 CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& target,
                       const std::string& help) {
     return app.add_option(name, target, help)
@@ -116,23 +121,11 @@ void addModes(CLI::App& app, Arguments& arguments) {
         ->type_name("A:B")
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    addChoice<Engine>(app, "--engine", arguments.engine, {{"line", Engine::Line}, {"tree", Engine::Tree}},
-                      "Reindent lines, or lay out the syntax tree");
-}
-
-void addLineOptions(CLI::App& app, LineOptions& options) {
-    addNumber(app, "--indent-size", options.indentSize, 0, 64, "Columns of one level, 0 to 64");
-    addNumber(app, "--tab-size", options.tabSize, 1, 64, "Columns between tab stops, 1 to 64");
-    app.add_flag("--use-tabs", options.useTabs, "Indent with tabs, then spaces");
-    addChoice<FunctionStyle>(
-        app, "--function-style", options.functionStyle,
-        {{"all", FunctionStyle::All}, {"classic", FunctionStyle::Classic}, {"mixed", FunctionStyle::Mixed}},
-        "Function bodies that are indented: all, none, or those of nested functions");
-    addChoice<BlankLineStyle>(app, "--blank-lines", options.blankLines,
-                              {{"trim", BlankLineStyle::Trim},
-                               {"ignore", BlankLineStyle::Ignore},
-                               {"indent", BlankLineStyle::Indent}},
-                              "Blank lines lose their blanks, stay, or are indented");
+    app.add_flag("--print-config", arguments.printConfig,
+                 "Print the options that hold for the FILEs or this folder and where each comes from");
+    app.add_flag("--init", arguments.init, "Write an options file to begin with into this folder");
+    app.add_flag_callback(
+        "--schema", [] { throw SchemaCall(); }, "Print the JSON Schema of options files");
 }
 
 /// Patterns of the command line. The parser keeps each option's, and their common order matters.
@@ -181,7 +174,8 @@ void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
 }
 
 void addGeneralOptions(CLI::App& app, Arguments& arguments) {
-    app.add_option("--stdin-filename", arguments.stdinName, "Name of standard input in messages")
+    app.add_option("--stdin-filename", arguments.stdinName,
+                   "Name of standard input in messages, by which its options are found")
         ->type_name("NAME");
     addChoice<ColorChoice>(
         app, "--color", arguments.color,
@@ -275,8 +269,14 @@ std::string findContradiction(const Arguments& arguments) {
     if (search.isPathListNulEnded && search.pathList.empty()) {
         return "-0 goes with --files-from";
     }
-    if (!arguments.lines.empty() && arguments.engine == Engine::Tree) {
-        return "--lines goes with the line engine";
+    if (arguments.options.ignoresFiles && !arguments.options.file.empty()) {
+        return "--config and --no-config contradict each other";
+    }
+    if (arguments.init && (arguments.printConfig || isFormattingAsked(arguments))) {
+        return "--init writes a new options file and does nothing else";
+    }
+    if (arguments.printConfig && (arguments.checkSyntax || isFormattingAsked(arguments))) {
+        return "--print-config formats nothing: it doesn't go with other modes";
     }
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
@@ -309,7 +309,7 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     app.footer(footer);
     addModes(app, arguments);
     PatternOptions patterns;
-    addLineOptions(app, arguments.lineOptions);
+    addOptionFlags(app, arguments.options);
     addSearchOptions(app, arguments.search, patterns);
     addReplacementRules(app, arguments.replacement);
     addGeneralOptions(app, arguments);
@@ -319,6 +319,8 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     }
     try {
         app.parse(argc, argv);
+    } catch (const SchemaCall&) {
+        return EarlyExit{ExitStatus::Done, makeOptionsSchema()};
     } catch (const CLI::CallForHelp&) {
         return EarlyExit{ExitStatus::Done, makeHelp(app, arguments.paths)};
     } catch (const CLI::CallForVersion& version) {
@@ -330,7 +332,8 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
         return refuse(message);
     }
     if (arguments.paths.empty() && arguments.search.pathList.empty()) {
-        arguments.paths.emplace_back("-");
+        const bool isFolderMeant = arguments.printConfig && app.count("--stdin-filename") == 0;
+        arguments.paths.emplace_back(isFolderMeant ? "." : "-");
     }
     arguments.search.patterns = patterns.join(app);
     if (const std::string message = findContradiction(arguments); !message.empty()) {

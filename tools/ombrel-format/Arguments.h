@@ -4,6 +4,7 @@
 #include "FileSystem.h"
 #include "Options.h"
 #include "SearchOptions.h"
+#include "options/OptionsResolver.h"
 
 #include <cstdint>
 #include <string>
@@ -24,13 +25,17 @@ struct Arguments {
     bool checkSyntax = false; ///< parse instead of formatting; goes with no other mode and no lines
     bool quiet = false;
     bool verbose = false;
+    bool printConfig = false;     ///< say which options hold for the paths, and stop
+    bool init = false;            ///< write an options file to begin with, and stop
     std::vector<LineRange> lines; ///< none: all lines
-    Engine engine = Engine::Line;
-    LineOptions lineOptions;
+    OptionsRequest options;
     std::string stdinName = "<stdin>";
     ColorChoice color = ColorChoice::Auto;
     std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
     ReplacementRules replacement;
+
+    /// What people know an input by.
+    const std::string& getShownName(const std::string& path) const { return path == "-" ? stdinName : path; }
 
     bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
 };

@@ -14,6 +14,13 @@ namespace ombrel {
 
 namespace {
 
+constexpr const char* missingTreeEngine =
+    "the tree engine needs the companion library libca_formatting_devtools.so, which isn't there; build the "
+    "project and install it (cmake --install build/release), so that the library stands in the folder of "
+    "libombrel_host.so or in devtools/ under it";
+
+constexpr const char* linesWithTree = "--lines goes with the line engine";
+
 ExitStatus getStatus(FileError::Kind kind) {
     switch (kind) {
     case FileError::Kind::Unreadable:
@@ -29,9 +36,10 @@ ExitStatus getStatus(FileError::Kind kind) {
 /// The work on one input.
 class Task {
 public:
-    Task(const Arguments& arguments, Console& console, FileSystem& files, const std::string& path)
-        : arguments(arguments), console(console), files(files), path(path),
-          name(path == "-" ? arguments.stdinName : path) {}
+    Task(const Arguments& arguments, const OptionsResolver& resolver, Console& console, FileSystem& files,
+         const std::string& path)
+        : arguments(arguments), resolver(resolver), console(console), files(files), path(path),
+          name(arguments.getShownName(path)) {}
 
     FileResult run() {
         try {
@@ -72,7 +80,12 @@ private:
     }
 
     void format(std::string bytes, const DecodedText& source) {
-        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
+        const FileOptions options = resolver.resolve(name);
+        if (options.engine == Engine::Tree) {
+            report({ExitStatus::Usage, arguments.lines.empty() ? missingTreeEngine : linesWithTree}, {});
+            return;
+        }
+        auto formatted = formatLines(source.text, options.line, arguments.lines);
         if (const auto* problem = std::get_if<Problem>(&formatted)) {
             report(*problem, source.text);
             return;
@@ -130,6 +143,7 @@ private:
     }
 
     const Arguments& arguments;
+    const OptionsResolver& resolver;
     Console& console;
     FileSystem& files;
     const std::string& path;
@@ -140,11 +154,11 @@ private:
 } // namespace
 
 FileResult FileFormatter::process(const std::string& path) const {
-    return Task(arguments, console, files, path).run();
+    return Task(arguments, options, console, files, path).run();
 }
 
 FileResult FileFormatter::fail(const std::string& path, const Problem& problem) const {
-    return Task(arguments, console, files, path).fail(problem);
+    return Task(arguments, options, console, files, path).fail(problem);
 }
 
 } // namespace ombrel

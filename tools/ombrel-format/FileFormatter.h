@@ -22,8 +22,9 @@ struct FileResult {
 /// the caller's and have to outlive it.
 class FileFormatter {
 public:
-    FileFormatter(const Arguments& arguments, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files) {}
+    FileFormatter(const Arguments& arguments, const OptionsResolver& options, Console& console,
+                  FileSystem& files)
+        : arguments(arguments), options(options), console(console), files(files) {}
 
     /// Reads the input, formats it, and writes it back if that was asked for; `-` is standard input, which
     /// only one of the inputs may be.
@@ -34,6 +35,7 @@ public:
 
 private:
     const Arguments& arguments;
+    const OptionsResolver& options;
     Console& console;
     FileSystem& files;
 };

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -116,6 +118,11 @@ bool DiskFileSystem::isFolder(const std::string& path) {
     return std::filesystem::is_directory(path, error);
 }
 
+bool DiskFileSystem::isFile(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
 std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unreadable, "can't open it");
     struct stat status {};
@@ -148,6 +155,23 @@ void DiskFileSystem::replace(const std::string& path, const std::string& before,
     }
     temporary.replace(target);
     syncFolder(target.parent_path());
+}
+
+void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
+    const auto fail = [] {
+        throw FileError(Kind::Unwritable, "can't make it: " + std::generic_category().message(errno));
+    };
+    std::FILE* file = std::fopen(path.c_str(), "wxe");
+    if (file == nullptr) {
+        fail();
+    }
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (std::fclose(file) != 0 || !isWritten) {
+        const int reason = std::exchange(errno, 0);
+        ::unlink(path.c_str());
+        errno = reason;
+        fail();
+    }
 }
 
 } // namespace ombrel

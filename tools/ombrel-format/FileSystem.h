@@ -24,6 +24,9 @@ public:
 
     virtual bool isFolder(const std::string& /*path*/) { return false; }
 
+    /// True if there is a regular file at the path, or a link to one.
+    virtual bool isFile(const std::string& /*path*/) { return false; }
+
     /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
     virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
 
@@ -32,6 +35,11 @@ public:
     /// stay. Where the path is a symbolic link, its target is replaced. Refuses a file whose content is no
     /// longer `before`, since somebody else has changed it.
     virtual void replace(const std::string& path, const std::string& before, const std::string& after) = 0;
+
+    /// Makes a file. Throws FileError if the path is taken, or if it can't be written; then it isn't there.
+    virtual void create(const std::string& /*path*/, const std::string& /*bytes*/) {
+        throw FileError(FileError::Kind::Unwritable, "no file can be made here");
+    }
 };
 
 /// Files that are replaced only if the user asks for it.
@@ -47,8 +55,10 @@ public:
     explicit DiskFileSystem(ReplacementRules rules = {}) : rules(rules) {}
 
     bool isFolder(const std::string& path) override;
+    bool isFile(const std::string& path) override;
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
+    void create(const std::string& path, const std::string& bytes) override;
 
 private:
     ReplacementRules rules;

@@ -8,6 +8,8 @@
 #include "PathList.h"
 #include "Progress.h"
 #include "Summary.h"
+#include "options/OptionsReport.h"
+#include "options/StarterFile.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,22 +24,21 @@ namespace {
 
 using Verdict = Candidate::Verdict;
 
-constexpr const char* missingTreeEngine =
-    "the tree engine needs the companion library libca_formatting_devtools.so, which isn't there; build the "
-    "project and install it (cmake --install build/release), so that the library stands in the folder of "
-    "libombrel_host.so or in devtools/ under it";
-
 constexpr const char* nothingToDo =
     "no file to format; --list-files says what was left out and why, --allow-no-files makes this no error";
 
 class Run {
 public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files), formatter(arguments, console, files) {}
+        : arguments(arguments), console(console), files(files), options(arguments.options, files),
+          formatter(arguments, options, console, files) {}
 
     ExitStatus processAll() {
-        if (arguments.engine == Engine::Tree && !arguments.checkSyntax) {
-            return refuse(missingTreeEngine);
+        if (arguments.init) {
+            return writeStarterFile();
+        }
+        if (arguments.printConfig) {
+            return printOptions();
         }
         try {
             return processFound(search());
@@ -60,8 +61,49 @@ private:
         if (found.candidates.empty()) {
             return arguments.search.allowsNoFiles ? ExitStatus::Done : refuse(nothingToDo);
         }
+        if (!arguments.checkSyntax && !prepareOptions(getNames(found.candidates))) {
+            return ExitStatus::Usage;
+        }
         process(found.candidates, found.hasFolder);
         return finish();
+    }
+
+    /// False if there is a fault in one of the options files. Then all faults have been reported.
+    bool prepareOptions(const std::vector<std::string>& names) {
+        const std::vector<OptionsFault> faults = options.prepare(names);
+        printFaults(console.err, faults, options, console.getErrColor(arguments.color));
+        return faults.empty();
+    }
+
+    std::vector<std::string> getNames(const std::vector<Candidate>& candidates) const {
+        std::vector<std::string> names;
+        for (const Candidate& candidate : candidates) {
+            names.push_back(arguments.getShownName(candidate.path));
+        }
+        return names;
+    }
+
+    /// The options for the paths that the user wrote; those below folders aren't searched for.
+    ExitStatus printOptions() {
+        for (const std::string& path : arguments.paths) {
+            const std::string name = files.isFolder(path) ? path + '/' : arguments.getShownName(path);
+            if (!prepareOptions({name})) {
+                return ExitStatus::Usage;
+            }
+            print(getPrintableName(name) + ":\n" + describeOptions(options.explain(name)));
+        }
+        return finish();
+    }
+
+    ExitStatus writeStarterFile() {
+        const std::string path(optionsFileName);
+        try {
+            files.create(path, makeStarterFile());
+        } catch (const FileError& error) {
+            console.err << formatter.fail(path, {ExitStatus::WriteFailed, error.what()}).messages;
+            return ExitStatus::WriteFailed;
+        }
+        return ExitStatus::Done;
     }
 
     SearchResult search() {
@@ -180,6 +222,7 @@ private:
     const Arguments& arguments;
     Console& console;
     FileSystem& files;
+    OptionsResolver options;
     FileFormatter formatter;
     Summary summary;
     ExitStatus status = ExitStatus::Done;

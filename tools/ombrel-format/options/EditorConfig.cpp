@@ -1,0 +1,138 @@
+#include "options/EditorConfig.h"
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <memory>
+#include <new>
+
+#include <editorconfig/editorconfig.h>
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+using Properties = std::map<std::string, std::string>;
+
+struct HandleDeleter {
+    void operator()(void* handle) const { editorconfig_handle_destroy(handle); }
+};
+
+using Handle = std::unique_ptr<void, HandleDeleter>;
+
+Properties getProperties(const Handle& handle) {
+    Properties properties;
+    const int count = editorconfig_handle_get_name_value_count(handle.get());
+    for (int i = 0; i < count; ++i) {
+        const char* name = nullptr;
+        const char* value = nullptr;
+        editorconfig_handle_get_name_value(handle.get(), i, &name, &value);
+        properties[name] = value;
+    }
+    return properties;
+}
+
+std::string getProperty(const Properties& properties, const char* name) {
+    const auto found = properties.find(name);
+    return found == properties.end() ? std::string() : found->second;
+}
+
+/// Tabs that make a level, as text: as many as fit into its columns, one at least.
+std::string countTabs(const Properties& properties) {
+    const Option& size = *findOption("line.tabSize");
+    const auto columns = parseValue(size, getProperty(properties, "indent_size"));
+    const auto tab = parseValue(size, getProperty(properties, "tab_width"));
+    if (columns.index() != 0 || tab.index() != 0) {
+        return "1";
+    }
+    const double count = std::get<0>(columns).getNumber() / std::get<0>(tab).getNumber();
+    return fmt::format("{}", std::max(1, static_cast<int>(count)));
+}
+
+class SettingList {
+public:
+    void add(std::string_view name, const std::string& text) {
+        const Option& option = *findOption(name);
+        auto value = parseValue(option, text);
+        if (auto* good = std::get_if<ca::utils::JsonValue>(&value)) {
+            settings.push_back({&option, std::move(*good)});
+        }
+    }
+
+    std::vector<Setting> settings;
+};
+
+std::vector<Setting> makeSettings(const Properties& properties) {
+    const std::string style = getProperty(properties, "indent_style");
+    const std::string size = getProperty(properties, "indent_size");
+    SettingList list;
+    list.add("line.indentSize", size);
+    list.add("line.tabSize", getProperty(properties, "tab_width"));
+    if (style == "tab" || style == "space") {
+        list.add("line.useTabs", style == "tab" ? "true" : "false");
+        list.add("formatting.indentCharacter", style == "tab" ? "Tab" : "Space");
+    }
+    list.add("formatting.indentWidth", style == "tab" ? countTabs(properties) : size);
+    list.add("formatting.columnLimit", getProperty(properties, "max_line_length"));
+    return std::move(list.settings);
+}
+
+/// What an option comes from. A tab is as wide as a level unless it is told otherwise.
+std::vector<std::string_view> getSources(const Option& option) {
+    const std::string name = option.getName();
+    if (name == "line.indentSize") {
+        return {"indent_size", "tab_width"};
+    }
+    if (name == "line.tabSize") {
+        return {"tab_width", "indent_size"};
+    }
+    if (name == "line.useTabs" || name == "formatting.indentCharacter") {
+        return {"indent_style"};
+    }
+    if (name == "formatting.columnLimit") {
+        return {"max_line_length"};
+    }
+    return {"indent_size", "tab_width", "indent_style"};
+}
+
+/// The property that a line sets, in lower case; empty if it sets none.
+std::string getAssigned(std::string_view line) {
+    const std::size_t first = std::min(line.find_first_not_of(" \t"), line.size());
+    const std::size_t end = std::min(line.find_first_of("=: \t;#[", first), line.size());
+    std::string name(line.substr(first, end - first));
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return name;
+}
+
+} // namespace
+
+std::variant<std::vector<Setting>, EditorConfigFault> readEditorConfig(const std::string& path) {
+    const Handle handle(editorconfig_handle_init());
+    const int result =
+        handle == nullptr ? EDITORCONFIG_PARSE_MEMORY_ERROR : editorconfig_parse(path.c_str(), handle.get());
+    if (result == EDITORCONFIG_PARSE_MEMORY_ERROR) {
+        throw std::bad_alloc();
+    }
+    if (result > 0) {
+        return EditorConfigFault{editorconfig_handle_get_err_file(handle.get()),
+                                 static_cast<std::uint32_t>(result)};
+    }
+    return makeSettings(getProperties(handle));
+}
+
+std::vector<std::uint32_t> findEditorConfigLines(const Option& option, std::string_view text) {
+    const std::vector<std::string_view> sources = getSources(option);
+    std::vector<std::uint32_t> numbers;
+    for (std::uint32_t number = 1; !text.empty(); ++number) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        if (std::count(sources.begin(), sources.end(), getAssigned(text.substr(0, end))) > 0) {
+            numbers.push_back(number);
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return numbers;
+}
+
+} // namespace ombrel

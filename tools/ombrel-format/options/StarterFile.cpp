@@ -1,0 +1,56 @@
+#include "options/StarterFile.h"
+
+#include "options/OptionValue.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace ombrel {
+
+namespace {
+
+constexpr std::string_view head =
+    R"(// Options of ombrel-format for the files of this folder and those below. All are at their defaults: take the
+// slashes away to change one. What holds for a file, and why: ombrel-format --print-config FILE
+)";
+
+std::string describeRange(const Option& option) {
+    switch (option.type) {
+    case OptionType::Boolean:
+        return "true or false";
+    case OptionType::Number:
+        return fmt::format("{} to {}", option.low, option.high);
+    case OptionType::Word:
+        return joinWords(option.words);
+    case OptionType::PerConstruct:
+        break;
+    }
+    return joinWords(option.words) + "; an object sets the constructs one by one";
+}
+
+std::string makeLines(const Option& option, std::string_view indentation) {
+    const auto value = std::get<ca::utils::JsonValue>(parseValue(option, option.factory));
+    return fmt::format("{0}// {1}\n{0}// \"{2}\": {3}, // {4}\n", indentation, option.description, option.key,
+                       getJson(value), describeRange(option));
+}
+
+std::string makeLines(std::string_view section, std::string_view indentation) {
+    std::string lines;
+    for (const Option& option : getOptions()) {
+        lines += option.section == section ? makeLines(option, indentation) : "";
+    }
+    return lines;
+}
+
+} // namespace
+
+std::string makeStarterFile() {
+    std::string text = fmt::format("{}{{\n{}", head, makeLines("", "    "));
+    for (const Section& section : getSections()) {
+        text += fmt::format("    // {}.\n    \"{}\": {{\n{}    }},\n", section.description, section.name,
+                            makeLines(section.name, "        "));
+    }
+    return text + "}\n";
+}
+
+} // namespace ombrel
