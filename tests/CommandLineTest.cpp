@@ -31,6 +31,8 @@ public:
         ++replaced;
     }
 
+    void write(const std::string& path, const std::string& bytes) override { replace(path, bytes); }
+
     std::map<std::string, std::string> files;
     bool isFull = false;
     int replaced = 0;

@@ -130,6 +130,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
+    addReporterOption(app, arguments.reporters);
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
@@ -221,7 +222,7 @@ std::string findContradiction(const Arguments& arguments) {
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
     }
-    return {};
+    return findReporterConflict(arguments);
 }
 
 /// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
@@ -265,6 +266,9 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     }
     if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
         return refuse(message);
+    }
+    if (arguments.reporters.empty()) {
+        arguments.reporters.push_back({ReporterKind::Human, {}});
     }
     if (const std::string message = findContradiction(arguments); !message.empty()) {
         return refuse(message);

@@ -2,6 +2,7 @@
 
 #include "ExitStatus.h"
 #include "Options.h"
+#include "ReporterOption.h"
 
 #include <string>
 #include <variant>
@@ -24,6 +25,7 @@ struct Arguments {
     Engine engine = Engine::Line;
     LineOptions lineOptions;
     std::string stdinName = "<stdin>";
+    std::vector<ReporterChoice> reporters; ///< at least one
     ColorChoice color = ColorChoice::Auto;
 };
 

@@ -40,6 +40,18 @@ private:
     int descriptor;
 };
 
+void writeAll(int descriptor, const std::string& bytes) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+        if (count >= 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            throw makeError(Kind::Unwritable, "can't write it", errno);
+        }
+    }
+}
+
 /// Keeps the signals that end a program away while a temporary file is there: it would be left behind.
 class SignalHold {
 public:
@@ -62,8 +74,8 @@ private:
 /// A new file next to the one that it is to replace; removed unless it has taken its place.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::filesystem::path& folder)
-        : path(folder / getName()), file(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR,
+    TemporaryFile(const std::filesystem::path& folder, mode_t mode)
+        : path(folder / getName()), file(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode,
                                          Kind::Unwritable, "can't make a temporary file in its folder") {}
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -73,17 +85,7 @@ public:
         }
     }
 
-    void write(const std::string& bytes) {
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t count = ::write(file.get(), bytes.data() + done, bytes.size() - done);
-            if (count >= 0) {
-                done += static_cast<std::size_t>(count);
-            } else if (errno != EINTR) {
-                throw makeError(Kind::Unwritable, "can't write it", errno);
-            }
-        }
-    }
+    void write(const std::string& bytes) { writeAll(file.get(), bytes); }
 
     /// The owner first: changing it takes some mode bits away.
     void takeOwnerAndMode(const struct stat& status) {
@@ -217,12 +219,29 @@ void DiskFileSystem::replace(const std::string& path, const std::string& bytes) 
     checkUnchanged(path, status);
 
     const SignalHold hold;
-    TemporaryFile temporary(target.parent_path());
+    TemporaryFile temporary(target.parent_path(), S_IRUSR | S_IWUSR);
     temporary.write(bytes);
     temporary.takeOwnerAndMode(status);
     checkUnchanged(path, getStatus(target));
     temporary.moveTo(target);
     syncFolder(target.parent_path());
+}
+
+/// Leaves the mode of a new file to the user's mask.
+void DiskFileSystem::write(const std::string& path, const std::string& bytes) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+        const SignalHold hold;
+        TemporaryFile temporary(folder.empty() ? "." : folder, 0666);
+        temporary.write(bytes);
+        temporary.moveTo(path);
+    } else if (S_ISREG(status.st_mode)) {
+        replace(path, bytes);
+    } else {
+        const File file(path, O_WRONLY, 0, Kind::Unwritable, "can't write it");
+        writeAll(file.get(), bytes);
+    }
 }
 
 } // namespace ombrel

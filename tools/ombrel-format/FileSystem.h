@@ -32,6 +32,10 @@ public:
     /// link, its target is replaced. Refuses a file that has changed since it was read, hard-linked files,
     /// whose other names would keep the old content, and files that nobody may write.
     virtual void replace(const std::string& path, const std::string& bytes) = 0;
+
+    /// Makes a file with this content, or puts it in the place of what a file has, as replace() does. Writes
+    /// to a path that is a pipe or a device, which can't be replaced.
+    virtual void write(const std::string& path, const std::string& bytes) = 0;
 };
 
 /// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
@@ -39,6 +43,7 @@ class DiskFileSystem : public FileSystem {
 public:
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& bytes) override;
+    void write(const std::string& path, const std::string& bytes) override;
 
 private:
     /// What tells that a file is still the one that was read.

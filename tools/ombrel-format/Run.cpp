@@ -3,6 +3,7 @@
 #include "Diff.h"
 #include "LineEngine.h"
 #include "Message.h"
+#include "ReporterSet.h"
 #include "SyntaxCheck.h"
 #include "TextEncoding.h"
 
@@ -63,7 +64,8 @@ public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
         : arguments(arguments), console(console), files(files),
           outColor(chooseColor(arguments.color, console.isOutTerminal, console.isColorUnwanted)),
-          errColor(chooseColor(arguments.color, console.isErrTerminal, console.isColorUnwanted)) {}
+          errColor(chooseColor(arguments.color, console.isErrTerminal, console.isColorUnwanted)),
+          reporters(arguments, console, files, errColor) {}
 
     ExitStatus processAll() {
         if (arguments.engine == Engine::Tree && !arguments.checkSyntax) {
@@ -76,53 +78,71 @@ public:
                 break;
             }
         }
+        status = getWorse(status, reporters.finish());
         return getWorse(status, flush());
     }
 
 private:
     ExitStatus process(const std::string& path) {
+        outcome = {};
+        outcome.path = getShownName(path);
+        const ExitStatus result = read(path);
+        reporters.add(outcome);
+        return result;
+    }
+
+    ExitStatus read(const std::string& path) {
         std::string bytes;
         try {
             bytes = path == "-" ? readStream(console.in) : files.read(path, maximalByteCount);
             return processBytes(path, bytes);
         } catch (const FileError& error) {
-            return report(path, {getStatus(error.kind), error.what()}, {});
+            return report({getStatus(error.kind), error.what()}, {});
         } catch (const std::bad_alloc&) {
-            return report(path, {ExitStatus::Refused, "not enough memory for this text"}, {});
+            return report({ExitStatus::Refused, "not enough memory for this text"}, {});
         }
     }
 
     ExitStatus processBytes(const std::string& path, const std::string& bytes) {
         auto decoded = decode(bytes);
         if (const auto* problem = std::get_if<Problem>(&decoded)) {
-            return report(path, *problem, decodeLossy(bytes));
+            return report(*problem, decodeLossy(bytes));
         }
         const auto& source = std::get<DecodedText>(decoded);
-        return arguments.checkSyntax ? checkSyntax(path, source.text) : format(path, bytes, source);
+        return arguments.checkSyntax ? checkSyntax(source.text) : format(path, bytes, source);
     }
 
-    ExitStatus checkSyntax(const std::string& path, const std::u16string& text) {
+    ExitStatus checkSyntax(const std::u16string& text) {
         ExitStatus worst = ExitStatus::Done;
         for (const Problem& problem : findSyntaxErrors(text)) {
-            worst = report(path, problem, text);
+            worst = report(problem, text);
         }
         return worst;
     }
 
     ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
-        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
+        const Suppression suppression = findSuppression(source.text);
+        for (const Problem& warning : suppression.warnings) {
+            report(warning, source.text);
+        }
+        if (suppression.isWholeFile) {
+            return deliverUnchanged(bytes);
+        }
+        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines, suppression);
         if (const auto* problem = std::get_if<Problem>(&formatted)) {
-            return report(path, *problem, source.text);
+            return report(*problem, source.text);
         }
         auto& result = std::get<std::u16string>(formatted);
         if (result == source.text) {
-            return deliverUnchanged(path, bytes);
+            return deliverUnchanged(bytes);
+        }
+        if (!isWriting() && reporters.wantsFirstChangedLine()) {
+            outcome.firstChangedLine = findFirstChangedLine(source.text, result);
         }
         return deliverChanged(path, bytes, encode({std::move(result), source.hasByteOrderMark}));
     }
 
-    ExitStatus deliverUnchanged(const std::string& path, const std::string& bytes) {
-        note(path, "unchanged");
+    ExitStatus deliverUnchanged(const std::string& bytes) {
         if (isPrinting()) {
             console.out << bytes;
         }
@@ -130,39 +150,37 @@ private:
     }
 
     ExitStatus deliverChanged(const std::string& path, const std::string& before, const std::string& after) {
-        if (isPrinting()) {
-            console.out << after;
-            note(path, "formatted");
+        if (isWriting()) {
+            write(path, after);
+            outcome.status = FileStatus::Formatted;
             return ExitStatus::Done;
         }
-        if (arguments.inPlace) {
-            files.replace(path, after);
-            note(path, "formatted");
-            return ExitStatus::Done;
-        }
-        note(path, "would change");
         if (arguments.diff) {
-            printDiff(console.out, getShownName(path), before, after, outColor);
-        } else if (!arguments.quiet) {
-            console.out << getShownName(path) << '\n';
+            printDiff(console.out, outcome.path, before, after, outColor);
         }
+        outcome.status = FileStatus::WouldChange;
         return ExitStatus::WouldChange;
     }
 
-    bool isPrinting() const { return !arguments.inPlace && !arguments.check && !arguments.diff; }
+    void write(const std::string& path, const std::string& bytes) {
+        if (arguments.inPlace) {
+            files.replace(path, bytes);
+        } else {
+            console.out << bytes;
+        }
+    }
+
+    bool isWriting() const { return !arguments.check && !arguments.diff; }
+
+    bool isPrinting() const { return isWriting() && !arguments.inPlace; }
 
     const std::string& getShownName(const std::string& path) const {
         return path == "-" ? arguments.stdinName : path;
     }
 
-    void note(const std::string& path, const char* what) {
-        if (arguments.verbose) {
-            console.err << getPrintableName(getShownName(path)) << ": " << what << '\n';
-        }
-    }
-
-    ExitStatus report(const std::string& path, const Problem& problem, std::u16string_view text) {
-        printProblem(console.err, getShownName(path), problem, text, errColor);
+    ExitStatus report(const Problem& problem, std::u16string_view text) {
+        outcome.messages.push_back(makeMessage(problem, text));
+        outcome.status = problem.isWarning() ? outcome.status : FileStatus::Failed;
         return problem.status;
     }
 
@@ -181,6 +199,8 @@ private:
     FileSystem& files;
     Color outColor;
     Color errColor;
+    ReporterSet reporters;
+    FileOutcome outcome; ///< of the file at hand
     ExitStatus status = ExitStatus::Done;
 };
 
