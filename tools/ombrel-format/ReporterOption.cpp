@@ -4,7 +4,7 @@
 #include "Suggestion.h"
 
 #include <algorithm>
-#include <array>
+#include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -53,16 +53,30 @@ bool usesStandardOutput(const ReporterChoice& choice) {
     return !isHuman(choice) && choice.file.empty();
 }
 
-/// What stands on standard output without any report; empty if nothing.
-std::string describeResults(const Arguments& arguments) {
+/// What goes to standard output beside any report, and how to keep it away.
+struct PrintedResult {
+    const char* name;
+    const char* advice;
+};
+
+std::optional<PrintedResult> getPrintedResult(const Arguments& arguments) {
     if (arguments.diff) {
-        return "the diff";
+        return PrintedResult{"the diff", ""};
     }
     if (printsNames(arguments)) {
-        return "the list of names that --reporter human prints with --check (--quiet leaves it out)";
+        return PrintedResult{"the names that --reporter human prints with --check", ", or add --quiet"};
     }
-    const bool isPrinting = !arguments.inPlace && !arguments.check && !arguments.checkSyntax;
-    return isPrinting ? "the formatted text (unless --in-place or --check is given)" : "";
+    if (!arguments.inPlace && !arguments.check && !arguments.checkSyntax) {
+        return PrintedResult{"the formatted text", ", or use --in-place or --check"};
+    }
+    return std::nullopt;
+}
+
+std::string describeConflict(const ReporterChoice& choice, const PrintedResult& result) {
+    const std::string& word = getWord(choice.kind);
+    return fmt::format("--reporter {} and {} would both go to standard output: give the report a file, as in "
+                       "--reporter {}:FILE{}",
+                       word, result.name, word, result.advice);
 }
 
 std::string describeConflict(const ReporterChoice& first, const ReporterChoice& second) {
@@ -73,10 +87,9 @@ std::string describeConflict(const ReporterChoice& first, const ReporterChoice& 
         return fmt::format("two reports can't both go to {}", second.file);
     }
     const std::string& word = getWord(second.kind);
-    return fmt::format(
-        "--reporter {} and --reporter {} both write to standard output: give one of them a file, as "
-        "in --reporter {}:FILE",
-        getWord(first.kind), word, word);
+    return fmt::format("--reporter {} and --reporter {} would both go to standard output: give one of them a "
+                       "file, as in --reporter {}:FILE",
+                       getWord(first.kind), word, word);
 }
 
 } // namespace
@@ -93,21 +106,20 @@ void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+bool hasHumanReporter(const Arguments& arguments) {
+    return std::any_of(arguments.reporters.begin(), arguments.reporters.end(), isHuman);
+}
+
 bool printsNames(const Arguments& arguments) {
-    return arguments.check && !arguments.diff && !arguments.quiet &&
-           std::any_of(arguments.reporters.begin(), arguments.reporters.end(), isHuman);
+    return hasHumanReporter(arguments) && arguments.check && !arguments.diff && !arguments.quiet;
 }
 
 std::string findReporterConflict(const Arguments& arguments) {
     const auto& choices = arguments.reporters;
-    const std::string results = describeResults(arguments);
+    const auto result = getPrintedResult(arguments);
     for (auto choice = choices.begin(); choice != choices.end(); ++choice) {
-        if (usesStandardOutput(*choice) && !results.empty()) {
-            const std::string& word = getWord(choice->kind);
-            return fmt::format(
-                "--reporter {} writes to standard output, and so goes {}: give the report a file, "
-                "as in --reporter {}:FILE",
-                word, results, word);
+        if (result && usesStandardOutput(*choice)) {
+            return describeConflict(*choice, *result);
         }
         const auto other = std::find_if(choices.begin(), choice, [&](const ReporterChoice& earlier) {
             return earlier.file == choice->file && isHuman(earlier) == isHuman(*choice);

@@ -22,6 +22,9 @@ struct ReporterChoice {
 /// Adds --reporter, which appends to `choices`.
 void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices);
 
+/// True if there is text for people: summaries and progress have their place only then.
+bool hasHumanReporter(const Arguments& arguments);
+
 /// True if people want the names of files that would change on standard output.
 bool printsNames(const Arguments& arguments);
 
