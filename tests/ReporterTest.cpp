@@ -12,6 +12,8 @@
 #include <fstream>
 #include <sstream>
 
+#include <sys/stat.h>
+
 namespace {
 
 using namespace ombrel;
@@ -89,12 +91,16 @@ TEST_F(ReporterRun, ReportsGoToStandardOutputOrWholeToFiles) {
     const std::string file = folder / "a.omb";
     std::ofstream(file) << ugly;
     const std::string json = folder / "report.json";
+    const mode_t mask = ::umask(027);
     const ProgramOutcome check =
         runProgram({"--check", "--reporter", "github", "--reporter", "json:" + json, file});
+    ::umask(mask);
     EXPECT_EQ(check.status, 1);
     EXPECT_EQ(check.out.find("::error file=" + file + ",line=2::"), 0U) << check.out;
     EXPECT_EQ(check.err, "");
     EXPECT_NE(readFile(json).find("\"firstChangedLine\": 2,"), std::string::npos);
+
+    EXPECT_EQ(std::filesystem::status(json).permissions(), std::filesystem::perms(0640));
 
     // The old report goes only when the new one is whole.
     std::filesystem::permissions(json, std::filesystem::perms::owner_read);
