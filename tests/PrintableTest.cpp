@@ -37,13 +37,11 @@ TEST(Printable, CaretStandsUnderItsCharacter) {
         {u"ab", 3, "  "}, // directly behind the line
     };
     for (const Row& row : rows) {
-        const Excerpt excerpt = makeExcerpt(u"first\r\n" + row.line + u"\rlast", 2, row.column);
+        const Excerpt excerpt = makeExcerpt(row.line, row.column);
         EXPECT_EQ(excerpt.padding, row.padding) << excerpt.text;
     }
-    EXPECT_EQ(makeExcerpt(u"\u001B[1m\t漢", 1, 1).text, "\\u001B[1m\t漢");
-    for (const auto& [line, column] : {std::pair(1U, 3U), {2U, 1U}, {1U, 0U}}) {
-        EXPECT_EQ(makeExcerpt(u"a", line, column).text, "");
-    }
+    EXPECT_EQ(makeExcerpt(u"\u001B[1m\t漢", 1).text, "\\u001B[1m\t漢");
+    EXPECT_EQ(makeExcerpt(u"a", 0).text + makeExcerpt(u"a", 3).text + makeExcerpt(u"", 1).text, "");
 }
 
 TEST(Printable, ShowsOnlyTheSurroundingsInALongLine) {
@@ -52,12 +50,24 @@ TEST(Printable, ShowsOnlyTheSurroundingsInALongLine) {
         line += u"e\u0301😀";
     }
     for (std::uint32_t column = 2001; column <= 2004; ++column) {
-        const Excerpt excerpt = makeExcerpt(line, 1, column);
+        const Excerpt excerpt = makeExcerpt(line, column);
         EXPECT_EQ(excerpt.text.find("\\u"), std::string::npos) << "half a character at " << column;
         EXPECT_TRUE(excerpt.text.starts_with('e') || excerpt.text.starts_with("😀")) << excerpt.text;
         EXPECT_LT(excerpt.text.size(), 400U);
         EXPECT_EQ(excerpt.padding.size(), 75U) << column; // 25 letters, 25 emoji
     }
+}
+
+TEST(Printable, MessagesHaveTheirLinesInAnyOrder) {
+    std::vector<Problem> problems;
+    for (const std::uint32_t line : {2U, 4U, 4U, 1U, 5U, 6U, 0U}) {
+        problems.push_back({ExitStatus::Refused, "wrong", line, 1});
+    }
+    std::string lines;
+    for (const Message& message : makeMessages(problems, u"a\r\nb\rc\nd\n")) {
+        lines += message.excerpt.text + ';';
+    }
+    EXPECT_EQ(lines, "b;d;d;a;;;;");
 }
 
 TEST(Printable, MessagesNamePlaceAndSeverity) {

@@ -1,5 +1,7 @@
 #include "Message.h"
 
+#include "LineSplitter.h"
+
 #include <ostream>
 
 #include <fmt/format.h>
@@ -20,10 +22,42 @@ std::string getWord(const Problem& problem, Color color) {
     return problem.isWarning() ? paint("warning:", "1;35", color) : getErrorWord(color);
 }
 
+/// Finds lines by their numbers, and those further down without beginning anew.
+class LineFinder {
+public:
+    explicit LineFinder(std::u16string_view text) : text(text), lines(text) {}
+
+    /// The line's text without its end; empty if there is no such line.
+    std::u16string_view find(std::uint32_t wanted) {
+        if (wanted < number) {
+            *this = LineFinder(text);
+        }
+        for (; number < wanted; ++number) {
+            const auto line = lines.getNext();
+            content = line ? line->content : std::u16string_view();
+        }
+        return content;
+    }
+
+private:
+    std::u16string_view text;
+    LineSplitter lines;
+    std::u16string_view content; ///< of the line with this number
+    std::uint32_t number = 0;
+};
+
 } // namespace
 
-Message makeMessage(const Problem& problem, std::u16string_view text) {
-    return {problem, problem.line == 0 ? Excerpt() : makeExcerpt(text, problem.line, problem.column)};
+std::vector<Message> makeMessages(const std::vector<Problem>& problems, std::u16string_view text) {
+    std::vector<Message> messages;
+    messages.reserve(problems.size());
+    LineFinder lines(text);
+    for (const Problem& problem : problems) {
+        const bool hasPlace = problem.line != 0;
+        messages.push_back(
+            {problem, hasPlace ? makeExcerpt(lines.find(problem.line), problem.column) : Excerpt()});
+    }
+    return messages;
 }
 
 void printMessage(std::ostream& stream, std::string_view path, const Message& message, Color color) {
@@ -39,7 +73,7 @@ void printMessage(std::ostream& stream, std::string_view path, const Message& me
 
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color) {
-    printMessage(stream, path, makeMessage(problem, text), color);
+    printMessage(stream, path, makeMessages({problem}, text).front(), color);
 }
 
 void printUsageError(std::ostream& stream, std::string_view program, std::string_view text, Color color) {

@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrel {
 
@@ -28,7 +29,9 @@ struct Message {
     Excerpt excerpt; ///< empty if the problem has no place
 };
 
-Message makeMessage(const Problem& problem, std::u16string_view text);
+/// Problems of one text as messages, in the same order. If that is the order of lines, as it should be, this
+/// takes time in proportion to the text, however many there are.
+std::vector<Message> makeMessages(const std::vector<Problem>& problems, std::u16string_view text);
 
 /// Writes a message as a person reads it:
 ///

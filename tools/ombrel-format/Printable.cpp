@@ -1,6 +1,5 @@
 #include "Printable.h"
 
-#include "LineSplitter.h"
 #include "TextEncoding.h"
 
 #include <algorithm>
@@ -94,17 +93,6 @@ std::size_t findVisibleStart(std::u16string_view line, std::size_t index) {
     return index;
 }
 
-/// The line's text without its end; empty if there is no such line.
-std::u16string_view getLineContent(std::u16string_view text, std::uint32_t number) {
-    LineSplitter lines(text);
-    for (std::uint32_t line = 1; const auto next = lines.getNext(); ++line) {
-        if (line == number) {
-            return next->content;
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 std::string getPrintable(std::u16string_view text) {
@@ -119,18 +107,17 @@ std::string getPrintableName(std::string_view bytes) {
     return getPrintable(decodeLossy(bytes));
 }
 
-Excerpt makeExcerpt(std::u16string_view text, std::uint32_t line, std::uint32_t column) {
-    const std::u16string_view content = getLineContent(text, line);
-    if (content.empty() || column == 0 || column - 1 > content.size()) {
+Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column) {
+    if (line.empty() || column == 0 || column - 1 > line.size()) {
         return {};
     }
-    const std::size_t caret = findVisibleStart(content, column - 1);
-    const std::size_t end = findVisibleStart(content, std::min(caret + shownBehind, content.size()));
+    const std::size_t caret = findVisibleStart(line, column - 1);
+    const std::size_t end = findVisibleStart(line, std::min(caret + shownBehind, line.size()));
     Excerpt excerpt;
-    for (std::size_t i = findVisibleStart(content, caret - std::min(caret, shownBefore)); i < end;) {
+    for (std::size_t i = findVisibleStart(line, caret - std::min(caret, shownBefore)); i < end;) {
         const bool isInFront = i < caret;
-        const bool isTab = content[i] == u'\t';
-        const Glyph glyph = isTab ? Glyph{"\t", 1} : showCharacter(content, i);
+        const bool isTab = line[i] == u'\t';
+        const Glyph glyph = isTab ? Glyph{"\t", 1} : showCharacter(line, i);
         i += isTab ? 1 : 0;
         excerpt.text += glyph.text;
         if (isInFront) {

@@ -28,8 +28,8 @@ struct Excerpt {
     std::string padding;
 };
 
-/// Cuts the surroundings of a place out of a source text. Lines and columns count from 1, columns in 16-bit
-/// characters; a column may stand directly behind the line.
-Excerpt makeExcerpt(std::u16string_view text, std::uint32_t line, std::uint32_t column);
+/// Cuts the surroundings of a place out of a source line. Columns count from 1 in 16-bit characters, and one
+/// may stand directly behind the line.
+Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column);
 
 } // namespace ombrel

@@ -127,7 +127,8 @@ std::string findReporterConflict(const Arguments& arguments) {
         if (other != choice) {
             return describeConflict(*other, *choice);
         }
-        if (std::count(arguments.paths.begin(), arguments.paths.end(), choice->file) > 0) {
+        if (!choice->file.empty() &&
+            std::count(arguments.paths.begin(), arguments.paths.end(), choice->file) > 0) {
             return fmt::format("a report can't go to {}, which is an input", choice->file);
         }
     }

@@ -112,19 +112,11 @@ private:
         return arguments.checkSyntax ? checkSyntax(source.text) : format(path, bytes, source);
     }
 
-    ExitStatus checkSyntax(const std::u16string& text) {
-        ExitStatus worst = ExitStatus::Done;
-        for (const Problem& problem : findSyntaxErrors(text)) {
-            worst = report(problem, text);
-        }
-        return worst;
-    }
+    ExitStatus checkSyntax(const std::u16string& text) { return report(findSyntaxErrors(text), text); }
 
     ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
         const Suppression suppression = findSuppression(source.text);
-        for (const Problem& warning : suppression.warnings) {
-            report(warning, source.text);
-        }
+        report(suppression.warnings, source.text);
         if (suppression.isWholeFile) {
             return deliverUnchanged(bytes);
         }
@@ -179,9 +171,17 @@ private:
     }
 
     ExitStatus report(const Problem& problem, std::u16string_view text) {
-        outcome.messages.push_back(makeMessage(problem, text));
-        outcome.status = problem.isWarning() ? outcome.status : FileStatus::Failed;
-        return problem.status;
+        return report(std::vector<Problem>{problem}, text);
+    }
+
+    ExitStatus report(const std::vector<Problem>& problems, std::u16string_view text) {
+        ExitStatus worst = ExitStatus::Done;
+        for (Message& message : makeMessages(problems, text)) {
+            worst = getWorse(worst, message.problem.status);
+            outcome.messages.push_back(std::move(message));
+        }
+        outcome.status = worst == ExitStatus::Done ? outcome.status : FileStatus::Failed;
+        return worst;
     }
 
     ExitStatus flush() {
