@@ -33,6 +33,8 @@ public:
         ++replaced;
     }
 
+    void write(const std::string& path, const std::string& bytes) override { replace(path, bytes); }
+
     std::map<std::string, std::string> files;
     bool isFull = false;
     std::atomic<int> replaced = 0;
@@ -230,7 +232,7 @@ TEST_F(CommandLine, RefusesInvalidUtf8WithItsPlace) {
     }
     EXPECT_EQ(call({}, "a\n\tb\x1B\xFFz\n").err,
               "<stdin>:2:4: error: this is not UTF-8: the byte 0xFF can't stand "
-              "here\n  \tb?\xEF\xBF\xBDz\n  \t  ^\n");
+              "here\n  \tb\\u001B\xEF\xBF\xBDz\n  \t       ^\n");
 }
 
 TEST_F(CommandLine, LargestStatusWinsAndOtherFilesGoOn) {

@@ -182,6 +182,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
     addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files in work at a time, 1 to 1024", "all cores");
+    addReporterOption(app, arguments.reporters);
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
@@ -281,7 +282,7 @@ std::string findContradiction(const Arguments& arguments) {
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
     }
-    return {};
+    return findReporterConflict(arguments);
 }
 
 /// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
@@ -336,6 +337,9 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
         arguments.paths.emplace_back(isFolderMeant ? "." : "-");
     }
     arguments.search.patterns = patterns.join(app);
+    if (arguments.reporters.empty()) {
+        arguments.reporters.push_back({ReporterKind::Human, {}});
+    }
     if (const std::string message = findContradiction(arguments); !message.empty()) {
         return refuse(message);
     }

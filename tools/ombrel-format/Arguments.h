@@ -3,6 +3,7 @@
 #include "ExitStatus.h"
 #include "FileSystem.h"
 #include "Options.h"
+#include "ReporterOption.h"
 #include "SearchOptions.h"
 #include "options/OptionsResolver.h"
 
@@ -30,6 +31,7 @@ struct Arguments {
     std::vector<LineRange> lines; ///< none: all lines
     OptionsRequest options;
     std::string stdinName = "<stdin>";
+    std::vector<ReporterChoice> reporters; ///< at least one
     ColorChoice color = ColorChoice::Auto;
     std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
     ReplacementRules replacement;

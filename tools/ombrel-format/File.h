@@ -12,6 +12,9 @@ namespace ombrel {
 /// `what`, which was tried, and the system's words for why it failed.
 FileError makeFileError(FileError::Kind kind, const char* what, int errorNumber);
 
+/// Writes all bytes to an open file. Throws FileError with the kind Unwritable.
+void writeAll(int descriptor, const std::string& bytes);
+
 /// Owns an open file of the system.
 class File {
 public:

@@ -3,6 +3,7 @@
 #include "Diff.h"
 #include "InputReader.h"
 #include "LineEngine.h"
+#include "Suppression.h"
 #include "SyntaxCheck.h"
 #include "TextEncoding.h"
 
@@ -37,9 +38,11 @@ ExitStatus getStatus(FileError::Kind kind) {
 class Task {
 public:
     Task(const Arguments& arguments, const OptionsResolver& resolver, Console& console, FileSystem& files,
-         const std::string& path)
+         const std::string& path, bool wantsFirstChangedLine)
         : arguments(arguments), resolver(resolver), console(console), files(files), path(path),
-          name(arguments.getShownName(path)) {}
+          wantsFirstChangedLine(wantsFirstChangedLine) {
+        outcome.path = arguments.getShownName(path);
+    }
 
     FileResult run() {
         try {
@@ -67,39 +70,50 @@ private:
         }
         auto& source = std::get<DecodedText>(decoded);
         if (arguments.checkSyntax) {
-            checkSyntax(source.text);
+            report(findSyntaxErrors(source.text), source.text);
         } else {
             format(std::move(bytes), source);
         }
     }
 
-    void checkSyntax(const std::u16string& text) {
-        for (const Problem& problem : findSyntaxErrors(text)) {
-            report(problem, text);
-        }
-    }
-
     void format(std::string bytes, const DecodedText& source) {
-        const FileOptions options = resolver.resolve(name);
-        if (options.engine == Engine::Tree) {
-            report({ExitStatus::Usage, arguments.lines.empty() ? missingTreeEngine : linesWithTree}, {});
+        const Suppression suppression = findSuppression(source.text);
+        report(suppression.warnings, source.text);
+        if (suppression.isWholeFile) {
+            deliverUnchanged(std::move(bytes));
             return;
         }
-        auto formatted = formatLines(source.text, options.line, arguments.lines);
-        if (const auto* problem = std::get_if<Problem>(&formatted)) {
-            report(*problem, source.text);
+        auto formatted = layOut(source.text, suppression);
+        if (const auto* problems = std::get_if<std::vector<Problem>>(&formatted)) {
+            report(*problems, source.text);
             return;
         }
         auto& text = std::get<std::u16string>(formatted);
         if (text == source.text) {
             deliverUnchanged(std::move(bytes));
-        } else {
-            deliverChanged(bytes, encode({std::move(text), source.hasByteOrderMark}));
+            return;
         }
+        if (wantsFirstChangedLine && (arguments.check || arguments.diff)) {
+            outcome.firstChangedLine = findFirstChangedLine(source.text, text);
+        }
+        deliverChanged(bytes, encode({std::move(text), source.hasByteOrderMark}));
+    }
+
+    std::variant<std::u16string, std::vector<Problem>> layOut(const std::u16string& text,
+                                                              const Suppression& suppression) const {
+        const FileOptions options = resolver.resolve(outcome.path);
+        if (options.engine == Engine::Tree) {
+            const char* reason = arguments.lines.empty() ? missingTreeEngine : linesWithTree;
+            return std::vector<Problem>{{ExitStatus::Usage, reason}};
+        }
+        auto formatted = formatLines(text, options.line, arguments.lines, suppression);
+        if (auto* problem = std::get_if<Problem>(&formatted)) {
+            return std::vector<Problem>{std::move(*problem)};
+        }
+        return std::get<std::u16string>(std::move(formatted));
     }
 
     void deliverUnchanged(std::string bytes) {
-        note("unchanged");
         if (arguments.isPrinting()) {
             result.out = std::move(bytes);
         }
@@ -108,13 +122,13 @@ private:
     void deliverChanged(const std::string& before, std::string after) {
         if (arguments.inPlace) {
             files.replace(path, before, after);
-        }
-        result.isChanged = true;
-        note(arguments.isPrinting() || arguments.inPlace ? "formatted" : "would change");
-        if (arguments.isPrinting()) {
+            outcome.status = FileStatus::Formatted;
+        } else if (arguments.isPrinting()) {
             result.out = std::move(after);
-        } else if (!arguments.inPlace) {
+            outcome.status = FileStatus::Formatted;
+        } else {
             result.status = ExitStatus::WouldChange;
+            outcome.status = FileStatus::WouldChange;
             showChange(before, after);
         }
     }
@@ -122,24 +136,23 @@ private:
     void showChange(const std::string& before, const std::string& after) {
         if (arguments.diff) {
             std::ostringstream stream;
-            printDiff(stream, name, before, after, console.getOutColor(arguments.color));
+            printDiff(stream, outcome.path, before, after, console.getOutColor(arguments.color));
             result.out = std::move(stream).str();
-        } else if (!arguments.quiet) {
-            result.out = name + '\n';
-        }
-    }
-
-    void note(const char* what) {
-        if (arguments.verbose) {
-            result.messages += getPrintableName(name) + ": " + what + '\n';
         }
     }
 
     void report(const Problem& problem, std::u16string_view text) {
-        std::ostringstream stream;
-        printProblem(stream, name, problem, text, console.getErrColor(arguments.color));
-        result.messages += std::move(stream).str();
-        result.status = getWorse(result.status, problem.status);
+        report(std::vector<Problem>{problem}, text);
+    }
+
+    void report(const std::vector<Problem>& problems, std::u16string_view text) {
+        for (Message& message : makeMessages(problems, text)) {
+            result.status = getWorse(result.status, message.problem.status);
+            outcome.messages.push_back(std::move(message));
+        }
+        if (result.status != ExitStatus::Done) {
+            outcome.status = FileStatus::Failed;
+        }
     }
 
     const Arguments& arguments;
@@ -147,18 +160,19 @@ private:
     Console& console;
     FileSystem& files;
     const std::string& path;
-    const std::string& name; ///< for people
+    bool wantsFirstChangedLine;
     FileResult result;
+    FileOutcome& outcome = result.outcome;
 };
 
 } // namespace
 
 FileResult FileFormatter::process(const std::string& path) const {
-    return Task(arguments, options, console, files, path).run();
+    return Task(arguments, options, console, files, path, wantsFirstChangedLine).run();
 }
 
 FileResult FileFormatter::fail(const std::string& path, const Problem& problem) const {
-    return Task(arguments, options, console, files, path).fail(problem);
+    return Task(arguments, options, console, files, path, wantsFirstChangedLine).fail(problem);
 }
 
 } // namespace ombrel

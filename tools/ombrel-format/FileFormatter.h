@@ -4,6 +4,7 @@
 #include "Console.h"
 #include "ExitStatus.h"
 #include "FileSystem.h"
+#include "Reporter.h"
 
 #include <string>
 
@@ -12,9 +13,12 @@ namespace ombrel {
 /// What became of one input.
 struct FileResult {
     ExitStatus status = ExitStatus::Done;
-    bool isChanged = false; ///< it was formatted, or would be
-    std::string out;        ///< for standard output, bytes
-    std::string messages;   ///< for standard error, whole lines
+    std::string out; ///< for standard output, bytes
+    FileOutcome outcome;
+
+    bool isChanged() const {
+        return outcome.status == FileStatus::Formatted || outcome.status == FileStatus::WouldChange;
+    }
 };
 
 /// Does with one input after the other what the arguments ask for. It keeps nothing from one to the next and
@@ -22,9 +26,11 @@ struct FileResult {
 /// the caller's and have to outlive it.
 class FileFormatter {
 public:
+    /// `wantsFirstChangedLine` is for those that report where files would change.
     FileFormatter(const Arguments& arguments, const OptionsResolver& options, Console& console,
-                  FileSystem& files)
-        : arguments(arguments), options(options), console(console), files(files) {}
+                  FileSystem& files, bool wantsFirstChangedLine)
+        : arguments(arguments), options(options), console(console), files(files),
+          wantsFirstChangedLine(wantsFirstChangedLine) {}
 
     /// Reads the input, formats it, and writes it back if that was asked for; `-` is standard input, which
     /// only one of the inputs may be.
@@ -38,6 +44,7 @@ private:
     const OptionsResolver& options;
     Console& console;
     FileSystem& files;
+    bool wantsFirstChangedLine;
 };
 
 } // namespace ombrel

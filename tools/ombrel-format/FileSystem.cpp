@@ -3,6 +3,7 @@
 #include "File.h"
 #include "Interruption.h"
 #include "TemporaryFile.h"
+#include "TextEncoding.h"
 
 #include <algorithm>
 #include <array>
@@ -171,6 +172,18 @@ void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
         ::unlink(path.c_str());
         errno = reason;
         fail();
+    }
+}
+
+void DiskFileSystem::write(const std::string& path, const std::string& bytes) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        create(path, bytes);
+    } else if (S_ISREG(status.st_mode)) {
+        replace(path, read(path, maximalByteCount), bytes);
+    } else {
+        const File file(::open(path.c_str(), O_WRONLY | O_CLOEXEC), Kind::Unwritable, "can't write it");
+        writeAll(file.get(), bytes);
     }
 }
 

@@ -40,6 +40,10 @@ public:
     virtual void create(const std::string& /*path*/, const std::string& /*bytes*/) {
         throw FileError(FileError::Kind::Unwritable, "no file can be made here");
     }
+
+    /// Makes a file with this content, or puts it in the place of what a file has, as replace() does. Writes
+    /// to a path that is a pipe or a device, which can't be replaced.
+    virtual void write(const std::string& path, const std::string& bytes) = 0;
 };
 
 /// Files that are replaced only if the user asks for it.
@@ -59,6 +63,7 @@ public:
     std::string read(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
     void create(const std::string& path, const std::string& bytes) override;
+    void write(const std::string& path, const std::string& bytes) override;
 
 private:
     ReplacementRules rules;

@@ -110,7 +110,8 @@ std::u16string callFormatter(const std::u16string& text, const LineOptions& opti
 } // namespace
 
 std::variant<std::u16string, Problem> formatLines(const std::u16string& text, const LineOptions& options,
-                                                  std::vector<LineRange> ranges) {
+                                                  std::vector<LineRange> ranges,
+                                                  const Suppression& suppression) {
     if (ranges.empty()) {
         ranges.push_back({1, lastPossibleLine});
     }
@@ -125,10 +126,13 @@ std::variant<std::u16string, Problem> formatLines(const std::u16string& text, co
         }
         result = callFormatter(result, options, range);
     }
-    if (const auto problem = checkOnlyEdgesChanged(text, result)) {
-        return *problem;
+    auto restored = restoreSuppressed(text, suppression, std::move(result));
+    if (const auto* formatted = std::get_if<std::u16string>(&restored)) {
+        if (const auto problem = checkOnlyEdgesChanged(text, *formatted)) {
+            return *problem;
+        }
     }
-    return result;
+    return restored;
 }
 
 } // namespace ombrel

@@ -1,36 +1,46 @@
 #pragma once
 
 #include "ExitStatus.h"
+#include "Printable.h"
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrel {
 
 enum class Color { Off, On };
 
-/// Something that kept one input from being formatted.
+/// Something that kept one input from being formatted or, if the status is Done, only a warning.
 struct Problem {
     ExitStatus status;
     std::string text;         ///< UTF-8, one line, no full stop
     std::uint32_t line = 0;   ///< from 1; 0 if the problem has no place in the text
     std::uint32_t column = 0; ///< 16-bit characters, from 1
+
+    bool isWarning() const { return status == ExitStatus::Done; }
 };
 
-/// Writes a problem with what a person needs to find it. `text` is the input, or as much of it as could be
-/// read; it may be empty:
+/// A problem with the source line that it is about. Needs the source text no longer.
+struct Message {
+    Problem problem;
+    Excerpt excerpt; ///< empty if the problem has no place
+};
+
+/// Problems of one text as messages, in the same order. If that is the order of lines, as it should be, this
+/// takes time in proportion to the text, however many there are.
+std::vector<Message> makeMessages(const std::vector<Problem>& problems, std::u16string_view text);
+
+/// Writes a message as a person reads it:
 ///
 ///     sum.omb:2:5: error: this line would be indented by 4294967292 columns
 ///       x = 1;
 ///           ^
-///
-/// Control characters are shown as a question mark, and of a long line only the surroundings are shown.
-/// A name as it can be shown on one line: what isn't UTF-8 and control characters, which could forge
-/// messages, are replaced.
-std::string getPrintableName(std::string_view bytes);
+void printMessage(std::ostream& stream, std::string_view path, const Message& message, Color color);
 
+/// The same for a problem and the input that it is in, or as much of that as could be read, even nothing.
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color);
 

@@ -7,6 +7,7 @@
 #include "OrderedWork.h"
 #include "PathList.h"
 #include "Progress.h"
+#include "ReporterSet.h"
 #include "Summary.h"
 #include "options/OptionsReport.h"
 #include "options/StarterFile.h"
@@ -31,7 +32,8 @@ class Run {
 public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
         : arguments(arguments), console(console), files(files), options(arguments.options, files),
-          formatter(arguments, options, console, files) {}
+          reporters(arguments, console, files, console.getErrColor(arguments.color)),
+          formatter(arguments, options, console, files, reporters.wantsFirstChangedLine()) {}
 
     ExitStatus processAll() {
         if (arguments.init) {
@@ -43,7 +45,7 @@ public:
         try {
             return processFound(search());
         } catch (const FileError& error) { // only the list of paths is read on this thread
-            return fail(arguments.search.pathList, error.what());
+            return fail(arguments.search.pathList, {ExitStatus::Usage, error.what()});
         }
     }
 
@@ -58,13 +60,14 @@ private:
         if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
             return refuse("--lines goes with one file");
         }
-        if (found.candidates.empty()) {
-            return arguments.search.allowsNoFiles ? ExitStatus::Done : refuse(nothingToDo);
+        if (found.candidates.empty() && !arguments.search.allowsNoFiles) {
+            return refuse(nothingToDo);
         }
         if (!arguments.checkSyntax && !prepareOptions(getNames(found.candidates))) {
             return ExitStatus::Usage;
         }
         process(found.candidates, found.hasFolder);
+        status = getWorse(status, reporters.finish());
         return finish();
     }
 
@@ -100,8 +103,7 @@ private:
         try {
             files.create(path, makeStarterFile());
         } catch (const FileError& error) {
-            console.err << formatter.fail(path, {ExitStatus::WriteFailed, error.what()}).messages;
-            return ExitStatus::WriteFailed;
+            return fail(path, {ExitStatus::WriteFailed, error.what()});
         }
         return ExitStatus::Done;
     }
@@ -121,7 +123,7 @@ private:
     void list(const std::vector<Candidate>& candidates) {
         for (const Candidate& candidate : candidates) {
             if (candidate.verdict == Verdict::Unreadable) {
-                status = fail(candidate.path, candidate.reason);
+                status = fail(candidate.path, {ExitStatus::Usage, candidate.reason});
             } else {
                 const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
                 print(candidate.path + ": " + verdict + ": " + candidate.reason + '\n');
@@ -136,7 +138,7 @@ private:
         OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
                                      [&](std::size_t i) { return processOne(inputs[i]); });
         while (const auto result = work.getNext(showProgress)) {
-            if (!result->messages.empty() || !result->out.empty()) {
+            if (isShown(*result)) {
                 progress.erase();
             }
             if (!deliver(*result)) {
@@ -162,12 +164,18 @@ private:
         return std::clamp<std::size_t>(wanted, 1, inputCount);
     }
 
+    bool isShown(const FileResult& result) const {
+        return arguments.verbose || !result.out.empty() || !result.outcome.messages.empty() ||
+               result.outcome.status == FileStatus::WouldChange;
+    }
+
     /// False if standard output takes no more.
     bool deliver(const FileResult& result) {
         print(result.out);
-        console.err << result.messages;
+        reporters.add(result.outcome);
+        noteFailure();
         status = getWorse(status, result.status);
-        summary.count(result.status, result.isChanged);
+        summary.count(result.status, result.isChanged());
         return static_cast<bool>(console.out);
     }
 
@@ -189,9 +197,9 @@ private:
 
     void noteFailure() { outError = outError == 0 && !console.out ? errno : outError; }
 
-    ExitStatus fail(const std::string& path, const std::string& text) {
-        console.err << formatter.fail(path, {ExitStatus::Usage, text}).messages;
-        return ExitStatus::Usage;
+    ExitStatus fail(const std::string& path, const Problem& problem) {
+        printProblem(console.err, path, problem, {}, console.getErrColor(arguments.color));
+        return problem.status;
     }
 
     ExitStatus refuse(const char* text) {
@@ -223,6 +231,7 @@ private:
     Console& console;
     FileSystem& files;
     OptionsResolver options;
+    ReporterSet reporters;
     FileFormatter formatter;
     Summary summary;
     ExitStatus status = ExitStatus::Done;

@@ -60,15 +60,7 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::write(const std::string& bytes) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count = ::write(file.get(), bytes.data() + done, bytes.size() - done);
-        if (count >= 0) {
-            done += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            throw makeFileError(Kind::Unwritable, "can't write it", errno);
-        }
-    }
+    writeAll(file.get(), bytes);
 }
 
 /// The owner first, since changing it takes some mode bits away, and the access list last, since it sets mode

@@ -1,0 +1,80 @@
+#include "support/GoldenFile.h"
+#include "support/ProgramRun.h"
+
+#include <ombrel-format/Suppression.h>
+#include <ombrel-format/TextEncoding.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace ombrel;
+
+std::vector<std::string> getWords(const GoldenResult& wanted) {
+    const auto lines = wanted.options.find("lines");
+    if (lines == wanted.options.end()) {
+        return {};
+    }
+    std::string range = lines->second;
+    range[range.find('-')] = ':';
+    return {"--lines", range};
+}
+
+TEST(Suppression, GoldenCases) {
+    const auto folder = std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden/suppression";
+    for (const GoldenFile& file : readGoldenFolder(folder)) {
+        for (const GoldenCase& golden : file.cases) {
+            SCOPED_TRACE(golden.path.string() + ":" + std::to_string(golden.line) + ": " + golden.sentence);
+            const GoldenResult& wanted = golden.results.front();
+            const std::string once = runProgram(getWords(wanted), encodeLossy(golden.input)).out;
+            EXPECT_EQ(showGoldenText(decodeLossy(once)), showGoldenText(wanted.text));
+            EXPECT_EQ(runProgram(getWords(wanted), once).out, once) << "in the second run";
+        }
+    }
+}
+
+TEST(Suppression, WarnsOfCommentsThatDoNotWhatTheyLookLike) {
+    const std::string text = "x\n  % ombrel-format on\n% ombrel-format off\n\t% ombrel-format off\n"
+                             "% ombrel-format on\n% ombrel-format off\n% ombrel-format off\n";
+    const ProgramOutcome outcome = runProgram({"--check"}, text);
+    EXPECT_EQ(outcome.status, 1) << "the first comment would move; warnings don't count";
+    EXPECT_EQ(outcome.err,
+              "<stdin>:2:3: warning: formatting isn't off here; this comment has no effect\n"
+              "    % ombrel-format on\n    ^\n"
+              "<stdin>:4:2: warning: formatting is already off since line 3; one 'on' ends both\n"
+              "  \t% ombrel-format off\n  \t^\n"
+              "<stdin>:6:1: warning: formatting is off from here to the end of the file; no "
+              "'% ombrel-format on' follows\n"
+              "  % ombrel-format off\n  ^\n"
+              "<stdin>:7:1: warning: formatting is already off since line 6; one 'on' ends both\n"
+              "  % ombrel-format off\n  ^\n");
+    EXPECT_EQ(runProgram({"--check", "-q"}, text).err, "");
+    EXPECT_EQ(runProgram({}, "% ombrel-format off\n  x").err, "") << "a whole file is meant";
+    EXPECT_EQ(runProgram({}, "x\n% ombrel-format off\n").status, 0);
+}
+
+/// What an engine that joins and breaks lines may return.
+std::string restore(const std::u16string& before, const std::u16string& after) {
+    const auto restored = restoreSuppressed(before, findSuppression(before), after);
+    const auto* text = std::get_if<std::u16string>(&restored);
+    return text == nullptr ? std::get<Problem>(restored).text : encodeLossy(*text);
+}
+
+TEST(Suppression, RestoresRegionsInATextWithOtherLines) {
+    const std::u16string off = u"% ombrel-format off\n";
+    const std::u16string on = u"% ombrel-format on\n";
+    const std::u16string before = u"a = [1\n2]\n  " + off + u"b  =  1\nc\n\n" + on + u"d\n" + off + u"e";
+    const std::u16string after =
+        u"a = [1 2]\n\n\n" + off + u"b = 1, c\n    " + on + u"d = ...\n1\n" + off + u"e\ne\n";
+    EXPECT_EQ(restore(before, after), encodeLossy(u"a = [1 2]\n\n\n  " + off + u"b  =  1\nc\n\n" + on +
+                                                  u"d = ...\n1\n" + off + u"e"));
+
+    const char* refusal =
+        "the formatter would have moved a comment that turns formatting off or on; nothing was written";
+    EXPECT_EQ(restore(before, u"a, " + off + on + off), refusal) << "one is no comment line any more";
+    EXPECT_EQ(restore(before, off + on + off + on), refusal);
+    EXPECT_EQ(restore(before, u"x\n" + off + off + on), refusal);
+    EXPECT_EQ(restore(before, u"a\n"), refusal);
+}
+
+} // namespace

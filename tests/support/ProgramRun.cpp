@@ -1,0 +1,39 @@
+#include "support/ProgramRun.h"
+
+#include <ombrel-format/Run.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <stdexcept>
+#include <variant>
+
+ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input) {
+    std::vector<const char*> argv = {"ombrel-format"};
+    for (const std::string& word : words) {
+        argv.push_back(word.c_str());
+    }
+    const auto parsed = ombrel::parseArguments(static_cast<int>(argv.size()), argv.data());
+    if (const auto* exit = std::get_if<ombrel::EarlyExit>(&parsed)) {
+        return {static_cast<int>(exit->status), {}, exit->text};
+    }
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    ombrel::Console console{in, out, err};
+    ombrel::DiskFileSystem files;
+    const auto status = run(std::get<ombrel::Arguments>(parsed), console, files);
+    return {static_cast<int>(status), out.str(), err.str()};
+}
+
+TemporaryFolder::TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "ombrel-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("can't make a temporary folder");
+    }
+    folder = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+}

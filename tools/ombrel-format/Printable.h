@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace ombrel {
+
+/// Text in a form that fits on one line and hides nothing: `\n`, `\r` and `\t`, and `\uXXXX` or `\UXXXXXXXX`
+/// for every other character that would move the cursor, turn the direction of writing or not be seen at all.
+/// The result is UTF-8. Joiners stay, since emoji are built with them.
+std::string getPrintable(std::u16string_view text);
+
+/// A name as it can be shown on one line; bytes that aren't UTF-8 are replaced.
+std::string getPrintableName(std::string_view bytes);
+
+/// The part of a source line that a message points at, ready to be printed:
+///
+///     text         s = '漢字' + ;
+///     padding                ^     stands in front of the caret
+///
+/// Tabs stay in the text and stand in the padding too, so that the caret is right whatever their width.
+/// Other characters count as wide as a terminal shows them, East Asian ones and emoji two columns,
+/// combining marks none. Both are UTF-8; both are empty if there is no such place.
+struct Excerpt {
+    std::string text;
+    std::string padding;
+};
+
+/// Cuts the surroundings of a place out of a source line. Columns count from 1 in 16-bit characters, and one
+/// may stand directly behind the line.
+Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column);
+
+} // namespace ombrel
