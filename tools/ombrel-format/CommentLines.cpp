@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace ombrel {
 
@@ -20,19 +21,24 @@ std::u16string_view withoutLeadingBlanks(std::u16string_view line) {
     return line.substr(getLeadingBlanks(line).size());
 }
 
+bool isBlank(std::u16string_view line) {
+    return line.find_first_not_of(u" \t\r\n") == std::u16string_view::npos;
+}
+
 bool isLineOfBlock(const Token& token) {
     return TokenType::BlockCommentOpen <= token.type && token.type <= TokenType::BlockCommentClose;
 }
 
-void appendLine(std::u16string& text, std::u16string_view line) {
-    const std::u16string_view content = line.substr(0, line.find_first_of(u"\r\n"));
+/// Appends the lexeme of a token, whose line end, if it has one, becomes LF.
+void append(std::u16string& text, std::u16string_view lexeme) {
+    const std::u16string_view content = lexeme.substr(0, lexeme.find_first_of(u"\r\n"));
     text += content;
-    if (content.size() < line.size()) {
+    if (content.size() < lexeme.size()) {
         text += u'\n';
     }
 }
 
-/// Follows a token list, telling block comments from what stands inside them.
+/// Follows a token list and tells block comments from those nested in them.
 class BlockTracker {
 public:
     /// To be called with each token in turn.
@@ -44,8 +50,11 @@ public:
         isClosed = token.type == TokenType::BlockCommentClose && depth == 0;
     }
 
-    bool isAtOpening() const { return isOpening; }  ///< the line that opens an outermost block comment
-    bool isBehindBlock() const { return isBehind; } ///< directly behind the end of an outermost one
+    /// At the opening line of a block comment that isn't nested.
+    bool isAtOpening() const { return isOpening; }
+
+    /// Directly behind the last line of a block comment that isn't nested.
+    bool isBehindBlock() const { return isBehind; }
 
 private:
     int depth = 0;
@@ -54,91 +63,105 @@ private:
     bool isBehind = false;
 };
 
-/// The leading blanks of the opening line of each outermost block comment.
-std::vector<std::u16string_view> getBlockIndentations(const std::vector<Token>& tokens) {
-    std::vector<std::u16string_view> indentations;
+/// The leading blanks of the opening line of each block comment that isn't nested.
+std::vector<std::u16string> getBlockIndentations(const std::vector<Token>& tokens) {
+    std::vector<std::u16string> indentations;
     BlockTracker tracker;
     for (const Token& token : tokens) {
         tracker.step(token);
         if (tracker.isAtOpening()) {
-            indentations.push_back(getLeadingBlanks(token.lexeme));
+            indentations.emplace_back(getLeadingBlanks(token.lexeme));
         }
     }
     return indentations;
 }
 
-class BlockAlignment {
+/// Joins tokens in order, with block comments where they shall go.
+class CommentAligner {
 public:
-    explicit BlockAlignment(std::vector<std::u16string_view> oldIndentations)
-        : oldIndentations(std::move(oldIndentations)) {}
+    explicit CommentAligner(std::vector<std::u16string> indentations)
+        : indentations(std::move(indentations)) {}
 
     std::u16string run(const std::vector<Token>& tokens) {
         for (const Token& token : tokens) {
             tracker.step(token);
-            append(token);
+            appendAligned(token);
         }
         return std::move(text);
     }
 
 private:
-    void append(const Token& token) {
+    void appendAligned(const Token& token) {
         if (tracker.isAtOpening()) {
-            open(token.lexeme);
+            startBlock(token.lexeme);
         } else if (isLineOfBlock(token)) {
-            move(token.lexeme);
-        } else if (token.type == TokenType::LineComment && tracker.isBehindBlock()) {
-            text += newIndentation;
-            text += withoutLeadingBlanks(token.lexeme);
+            appendMoved(token.lexeme);
+        } else if (token.type == TokenType::LineComment) {
+            appendComment(token.lexeme);
         } else {
-            text += token.lexeme;
+            append(text, token.lexeme);
         }
     }
 
-    void open(std::u16string_view line) {
-        oldIndentation = next < oldIndentations.size() ? oldIndentations[next++] : std::u16string_view();
-        if (!tracker.isBehindBlock()) {
-            newIndentation = getLeadingBlanks(line);
+    /// Of two block comments with nothing between them only the first is indented by the formatter.
+    void startBlock(std::u16string_view line) {
+        oldIndentation = getLeadingBlanks(line);
+        if (!tracker.isBehindBlock() && next < indentations.size()) {
+            newIndentation = indentations[next];
         }
-        text += newIndentation;
-        text += withoutLeadingBlanks(line);
+        ++next;
+        appendComment(line);
     }
 
-    void move(std::u16string_view line) {
-        const bool isBlank = line.find_first_not_of(u" \t\r\n") == std::u16string_view::npos;
-        if (!isBlank && line.starts_with(oldIndentation)) {
+    void appendComment(std::u16string_view line) {
+        text += tracker.isBehindBlock() ? newIndentation : std::u16string_view();
+        append(text, withoutLeadingBlanks(line));
+    }
+
+    void appendMoved(std::u16string_view line) {
+        if (!isBlank(line) && line.starts_with(oldIndentation)) {
             line.remove_prefix(oldIndentation.size());
             text += newIndentation;
         }
-        text += line;
+        append(text, line);
     }
 
-    std::vector<std::u16string_view> oldIndentations;
+    std::vector<std::u16string> indentations; ///< of the block comments, in the order of the text
     std::size_t next = 0;
     BlockTracker tracker;
-    std::u16string_view oldIndentation;
+    std::u16string_view oldIndentation; ///< of the current or last block comment
     std::u16string_view newIndentation;
     std::u16string text;
 };
 
 } // namespace
 
-std::u16string getTextToFormat(const std::vector<Token>& tokens, bool isIndented) {
+std::u16string joinLexemes(const std::vector<Token>& tokens) {
     std::u16string text;
-    BlockTracker tracker;
     for (const Token& token : tokens) {
-        tracker.step(token);
-        const bool isMovable = token.type == TokenType::LineComment || tracker.isAtOpening();
-        appendLine(text, isIndented && isMovable ? withoutLeadingBlanks(token.lexeme) : token.lexeme);
+        append(text, token.lexeme);
     }
     return text;
 }
 
-std::u16string alignBlockComments(const std::vector<Token>& before, const std::u16string& result) {
-    std::vector<std::u16string_view> indentations = getBlockIndentations(before);
-    if (indentations.empty()) {
-        return result;
+std::u16string joinWithBareComments(const std::vector<Token>& tokens) {
+    std::u16string text;
+    BlockTracker tracker;
+    for (const Token& token : tokens) {
+        tracker.step(token);
+        const bool isBare = token.type == TokenType::LineComment || tracker.isAtOpening();
+        append(text, isBare ? withoutLeadingBlanks(token.lexeme) : token.lexeme);
     }
-    return BlockAlignment(std::move(indentations)).run(ca::lexer::lex(result));
+    return text;
+}
+
+std::u16string joinWithAlignedComments(const std::vector<Token>& tokens, const std::u16string& indented) {
+    return CommentAligner(getBlockIndentations(ca::lexer::lex(indented))).run(tokens);
+}
+
+bool hasBlockComment(const std::vector<Token>& tokens) {
+    return std::any_of(tokens.begin(), tokens.end(),
+                       [](const Token& token) { return token.type == TokenType::BlockCommentOpen; });
 }
 
 } // namespace ombrel

@@ -61,12 +61,22 @@ std::u16string withLineEnd(std::u16string text, std::u16string_view end) {
     return result;
 }
 
-std::u16string layOut(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
-    std::u16string result =
-        formatter(getTextToFormat(source.tokens, options.isIndentationEnabled), options.json);
-    if (options.isIndentationEnabled) {
-        result = alignBlockComments(source.tokens, result);
+/// The first run over a text with a block comment shows where its opening line goes.
+std::u16string layOutIndented(const ParsedText& source, const TreeOptions& options,
+                              const TreeFormatter& formatter) {
+    const std::u16string bare = joinWithBareComments(source.tokens);
+    std::u16string result = formatter(bare, options.json);
+    if (hasBlockComment(source.tokens)) {
+        const std::u16string aligned = joinWithAlignedComments(source.tokens, result);
+        result = aligned == bare ? result : formatter(aligned, options.json);
     }
+    return result;
+}
+
+std::u16string layOut(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
+    std::u16string result = options.isIndentationEnabled
+                                ? layOutIndented(source, options, formatter)
+                                : formatter(joinLexemes(source.tokens), options.json);
     return withLineEnd(std::move(result), getFirstLineEnd(source.text));
 }
 

@@ -153,8 +153,9 @@ std::string describe(NodeKind kind) {
 
 std::string describeWithArticle(NodeKind kind) {
     const std::string words = describe(kind);
-    const bool hasVowel = std::string_view("aeiou").find(words.front()) != std::string_view::npos;
-    return (hasVowel ? "an " : "a ") + words;
+    const bool isSpokenWithVowel =
+        std::string_view("aeio").find(words.front()) != std::string_view::npos; // "a unary operation"
+    return (isSpokenWithVowel ? "an " : "a ") + words;
 }
 
 /// A field of a node, or one element of a field that is a list.
