@@ -1,4 +1,4 @@
-#include "support/GoldenFile.h"
+#include "support/GoldenSuite.h"
 #include "support/LineFormatting.h"
 #include "support/TokenContractChecker.h"
 
@@ -6,10 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
-// Every case of the golden files is a test of its own, named by its file and line, and runs more checks than
-// it states: the rules of the token list, a second run, and what the formatter may change at all.
+// Every case runs more checks than it states: the rules of the token list, a second run, and what the
+// formatter may change at all.
 
 using ca::lexer::Token;
 
@@ -26,40 +24,10 @@ static void PrintTo(const Token& token, std::ostream* stream) {
 
 } // namespace ca::lexer
 
-static void PrintTo(const GoldenCase& golden, std::ostream* stream) {
-    *stream << golden.path.filename().string() << ':' << golden.line << ' ' << golden.sentence;
-}
-
 namespace {
 
-std::filesystem::path getGoldenFolder(const char* name) {
-    return std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden" / name;
-}
-
-void updateLineFile(GoldenFile& file) {
-    for (GoldenCase& golden : file.cases) {
-        for (GoldenResult& result : golden.results) {
-            result.text = formatLines(golden.input, readLineOptions(result.options));
-        }
-    }
-    writeGoldenFile(file);
-}
-
-/// With OMBREL_UPDATE_GOLDEN set, what the formatter does now becomes what the files want.
-std::vector<GoldenCase> loadCases(const char* folder) {
-    std::vector<GoldenCase> cases;
-    for (GoldenFile& file : readGoldenFolder(getGoldenFolder(folder))) {
-        if (std::getenv("OMBREL_UPDATE_GOLDEN") != nullptr) {
-            updateLineFile(file);
-        }
-        std::move(file.cases.begin(), file.cases.end(), std::back_inserter(cases));
-    }
-    return cases;
-}
-
-/// "tests/golden/line/if.txt:12" is named "if_12".
-std::string getCaseName(const testing::TestParamInfo<GoldenCase>& info) {
-    return info.param.path.stem().string() + "_" + std::to_string(info.param.line);
+std::u16string produceLines(const std::u16string& input, const GoldenOptions& options) {
+    return formatLines(input, readLineOptions(options));
 }
 
 /// The end of a text behind a block comment without a line end is a line of its own for the formatter, so its
@@ -72,7 +40,7 @@ std::vector<Token> withoutEndColumn(std::vector<Token> tokens) {
 class LineCase : public testing::TestWithParam<GoldenCase> {};
 
 void checkLineResult(const GoldenCase& golden, const GoldenResult& wanted) {
-    SCOPED_TRACE(golden.path.string() + ":" + std::to_string(wanted.line) + ": " + golden.sentence);
+    SCOPED_TRACE(getGoldenPlace(golden, wanted.line));
     const LineOptions options = readLineOptions(wanted.options);
 
     const std::u16string once = formatLines(golden.input, options);
@@ -94,6 +62,7 @@ TEST_P(LineCase, Formats) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, LineCase, testing::ValuesIn(loadCases("line")), getCaseName);
+INSTANTIATE_TEST_SUITE_P(Golden, LineCase, testing::ValuesIn(loadGoldenCases("line", produceLines)),
+                         getGoldenName);
 
 } // namespace

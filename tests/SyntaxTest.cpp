@@ -1,27 +1,18 @@
 #include "support/ClaimChecker.h"
-#include "support/GoldenFile.h"
+#include "support/DeepInput.h"
+#include "support/ExampleFiles.h"
+#include "support/GoldenSuite.h"
+#include "support/SyntaxSketch.h"
 
 #include <ca/Analyzer.h>
 #include <ca/lexer/lex.h>
-#include <lf/astapi/visitFields.h>
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
-#include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <sstream>
 
 // Trees and faults are golden files; whatever parses has its claims checked against its tokens.
 
 namespace {
-
-using ca::astapi::CA;
-using SyntaxNode = lf::astapi::Node<CA>;
-using SyntaxList = lf::astapi::NodeList<CA>;
 
 std::shared_ptr<ca::AnalysisResult> parse(const std::u16string& text) {
     return ca::createSingleFileAnalyzer()->parseSourceCode(text);
@@ -44,83 +35,6 @@ std::u16string toText(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
-/// Writes a tree as `Kind(field field)`: names as themselves, lists in brackets, `-` for what is absent.
-class Sketch {
-public:
-    explicit Sketch(std::string& out) : out(out) {}
-
-    void child(const char*, const SyntaxNode* node) {
-        startField();
-        add(node);
-    }
-
-    void list(const char*, const SyntaxList& nodes) {
-        startField();
-        const char* separator = "[";
-        for (const SyntaxNode* node : nodes) {
-            out += std::exchange(separator, " ");
-            add(node);
-        }
-        out += nodes.empty() ? "[]" : "]";
-    }
-
-    void words(const char* name, const SyntaxList& nodes) { list(name, nodes); }
-
-    void number(const char*, std::int32_t value) {
-        startField();
-        out += std::to_string(value);
-    }
-
-    void flag(const char*, bool value) {
-        startField();
-        out += value ? "true" : "false";
-    }
-
-    void text(const char*, std::u16string_view value) { out += '(' + toBytes(value); }
-
-    void validation(const char* name, const lf::astapi::ValidationSpec<CA>* spec) {
-        if (spec == nullptr) {
-            return child(name, nullptr);
-        }
-        list(name, spec->dimensions);
-        child(name, spec->classType);
-        list(name, spec->validators);
-    }
-
-    void add(const SyntaxNode* node) {
-        if (node == nullptr) {
-            out += '-';
-        } else if (node->kind == lf::astapi::NodeKind::Identifier) {
-            out += toBytes(lf::astapi::as<lf::astapi::Identifier>(*node).text);
-        } else {
-            addNode(*node);
-        }
-    }
-
-private:
-    void addNode(const SyntaxNode& node) {
-        out += lf::astapi::getNodeKindName(node.kind);
-        Sketch inner(out);
-        lf::astapi::visitFields(node, inner);
-        out += inner.hasFields ? ")" : "";
-    }
-
-    void startField() { out += std::exchange(hasFields, true) ? ' ' : '('; }
-
-    std::string& out;
-    bool hasFields = false;
-};
-
-std::string sketch(const std::u16string& text) {
-    const auto result = parse(text);
-    std::string out;
-    for (const SyntaxNode* statement : result->getProgramFile()->statements) {
-        Sketch(out).add(statement);
-        out += '\n';
-    }
-    return out;
-}
-
 std::string listErrors(const std::u16string& text) {
     try {
         parse(text);
@@ -135,81 +49,38 @@ std::string listErrors(const std::u16string& text) {
     }
 }
 
-/// With OMBREL_UPDATE_GOLDEN set, what the parser does now becomes what the files want.
-void runGoldenFolder(const char* folder, std::string (*show)(const std::u16string&)) {
-    const auto path = std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden" / folder;
-    std::size_t cases = 0;
-    for (GoldenFile& file : readGoldenFolder(path)) {
-        for (GoldenCase& golden : file.cases) {
-            GoldenResult& result = golden.results.front();
-            const std::string shown = show(golden.input);
-            if (std::getenv("OMBREL_UPDATE_GOLDEN") != nullptr) {
-                result.text = toText(shown);
-            }
-            EXPECT_EQ(toBytes(result.text), shown)
-                << golden.path.string() << ':' << golden.line << ": " << golden.sentence;
-            ++cases;
-        }
-        if (std::getenv("OMBREL_UPDATE_GOLDEN") != nullptr) {
-            writeGoldenFile(file);
-        }
-    }
-    EXPECT_GT(cases, 0u);
+std::u16string produceSketch(const std::u16string& text, const GoldenOptions&) {
+    return toText(sketchSyntax(*parse(text)->getProgramFile()));
 }
 
-/// Runs on a thread with so small a stack that nothing may recurse without a limit.
-void runOnSmallStack(std::function<void()> work) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 1024 * 1024));
-    pthread_t thread;
-    const auto start = [](void* argument) -> void* {
-        (*static_cast<std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(0, pthread_create(&thread, &attributes, start, &work));
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
+std::u16string produceErrors(const std::u16string& text, const GoldenOptions&) {
+    return toText(listErrors(text));
 }
 
-std::u16string repeat(std::u16string_view piece, std::size_t count) {
-    std::u16string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += piece;
-    }
-    return text;
+class SyntaxCase : public testing::TestWithParam<GoldenCase> {};
+class SyntaxErrorCase : public testing::TestWithParam<GoldenCase> {};
+
+TEST_P(SyntaxCase, HasItsTree) {
+    expectClaims(GetParam().input);
+    expectGolden(GetParam(), GetParam().results.front(), produceSketch);
 }
+
+TEST_P(SyntaxErrorCase, HasItsFaults) {
+    expectGolden(GetParam(), GetParam().results.front(), produceErrors);
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, SyntaxCase, testing::ValuesIn(loadGoldenCases("syntax", produceSketch)),
+                         getGoldenName);
+INSTANTIATE_TEST_SUITE_P(Golden, SyntaxErrorCase,
+                         testing::ValuesIn(loadGoldenCases("syntax-errors", produceErrors)), getGoldenName);
 
 } // namespace
 
-TEST(GoldenSyntax, Trees) {
-    runGoldenFolder("syntax", [](const std::u16string& text) {
-        expectClaims(text);
-        return sketch(text);
-    });
-}
-
-TEST(GoldenSyntax, Faults) {
-    runGoldenFolder("syntax-errors", listErrors);
-}
-
 TEST(Syntax, ClaimsOfEveryExample) {
-    std::size_t files = 0;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(OMBREL_SOURCE_DIR) / "examples")) {
-        if (entry.path().extension() != ".omb") {
-            continue;
-        }
-        std::ifstream stream(entry.path());
-        std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-        if (bytes.starts_with("\xEF\xBB\xBF")) {
-            bytes.erase(0, 3);
-        }
-        SCOPED_TRACE(entry.path().string());
-        expectClaims(toText(bytes));
-        ++files;
+    for (const auto& [path, text] : readExamples()) {
+        SCOPED_TRACE(path.string());
+        expectClaims(text);
     }
-    EXPECT_GT(files, 0u);
 }
 
 /// Every short sequence of these pieces either parses, with claims that hold, or has errors in the text's

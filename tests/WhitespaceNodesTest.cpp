@@ -68,9 +68,9 @@ struct RunCase {
     Rendered indented; ///< indentation, width 4
 };
 
-constexpr TestOptions trim{.trim = true};
-constexpr TestOptions indent{.indentation = true};
-constexpr TestOptions indentBlank{.indentation = true, .indentBlankLines = true};
+const TestOptions trim{.trim = true};
+const TestOptions indent{.indentation = true};
+const TestOptions indentBlank{.indentation = true, .indentBlankLines = true};
 
 } // namespace
 

@@ -44,10 +44,12 @@ public:
         }
     }
 
-    void run(const ProgramFile<CA>& root) {
+    /// Gives the number of claims: of tokens, and of gaps between them, empty ones too.
+    std::size_t run(const ProgramFile<CA>& root) {
         statements(root.statements, root);
         gap({Semicolon, Comma});
         take({EndOfInput}, "the end of the text");
+        return claims;
     }
 
 private:
@@ -66,6 +68,7 @@ private:
     }
 
     void gap(const Types& absorbed = {}) {
+        ++claims;
         while (index < tokens.size() &&
                (tokens[index].isWhitespace() || isOneOf(tokens[index].type, absorbed))) {
             ++index;
@@ -77,6 +80,7 @@ private:
             fail(std::string("expected ") + what);
         }
         ++index;
+        ++claims;
     }
 
     void takeIn(const Types& expected, const char* what) {
@@ -150,7 +154,19 @@ private:
         if (!list.empty() && isOneOf(peek(), {Semicolon, CloseSquareBracket})) {
             gap({Semicolon});
         }
+        if (!list.empty()) {
+            gap();
+        }
+    }
+
+    void bracketedOutputs(const List& list, const Tree& node) {
+        take({OpenSquareBracket}, "'['");
         gap();
+        if (!list.empty()) {
+            rowElements(list, node);
+            gap();
+        }
+        take({CloseSquareBracket}, "']'");
     }
 
     /// Behind a statement: its semicolon, unless it is printed.
@@ -271,8 +287,9 @@ private:
         if (node.elseBlock != nullptr) {
             take({SecondaryKeyword9}, "'else'");
             block(as<ElseBlock>(*node.elseBlock).body, *node.elseBlock);
+            gap({Semicolon, Comma});
         }
-        end();
+        take({End}, "'end'");
     }
 
     template <class Loop>
@@ -319,8 +336,9 @@ private:
                 child(branch.identifier, branch);
             }
             block(branch.body, branch);
+            gap({Semicolon, Comma});
         }
-        end();
+        take({End}, "'end'");
     }
 
     void switchStatement(const SwitchStatement<CA>& node) {
@@ -336,16 +354,15 @@ private:
 
     void signature(const Signature<CA>& node) {
         if (peek() == OpenSquareBracket) {
-            takeIn({OpenSquareBracket}, "'['");
+            bracketedOutputs(node.outputs, node);
+            takeIn({Assign}, "'='");
             gap();
-            rowElements(node.outputs, node);
-            takeIn({CloseSquareBracket}, "']'");
-            takeIn({Assign}, "'='");
         } else if (node.outputs.size() == 1) {
-            child(node.outputs.front(), node);
+            visit(node.outputs.front(), node);
             takeIn({Assign}, "'='");
+            gap();
         }
-        child(node.name, node);
+        visit(node.name, node);
         if (peek() == OpenParenthesis) {
             parentheses(node.parameters, node);
         } else if (!node.parameters.empty()) {
@@ -355,6 +372,7 @@ private:
 
     void function(const FunctionBody<CA>& node) {
         take({Type::Function}, "'function'");
+        gap();
         signature(node);
         statements(node.argumentsBlocks, node);
         statements(node.body, node);
@@ -452,8 +470,9 @@ private:
             const auto& attribute = as<Attribute>(node);
             if (attribute.negated) {
                 take({PrefixOperator34}, "'~'");
+                gap();
             }
-            child(attribute.name, node);
+            visit(attribute.name, node);
             return defaultValue(attribute.value, node);
         }
         case NodeKind::BinaryOperation:
@@ -565,12 +584,7 @@ private:
             return memberBlock(as<MethodsBlock>(node), ClassLevelKeyword22);
         case NodeKind::MultipleAssignment: {
             const auto& assignment = as<MultipleAssignment>(node);
-            take({OpenSquareBracket}, "'['");
-            gap();
-            if (!assignment.outputs.empty()) {
-                rowElements(assignment.outputs, node);
-            }
-            takeIn({CloseSquareBracket}, "']'");
+            bracketedOutputs(assignment.outputs, node);
             defaultValue(assignment.value, node);
             return terminator(node);
         }
@@ -632,13 +646,18 @@ private:
     const std::vector<Token>& tokens;
     std::vector<std::size_t> positions;
     std::size_t index = 0;
+    std::size_t claims = 0;
 };
 
 } // namespace
 
+std::size_t countClaims(const ProgramFile<CA>& root, const std::vector<Token>& tokens) {
+    return Walk(tokens).run(root);
+}
+
 std::string checkClaims(const ProgramFile<CA>& root, const std::vector<Token>& tokens) {
     try {
-        Walk(tokens).run(root);
+        countClaims(root, tokens);
         return {};
     } catch (const std::exception& fault) {
         return fault.what();

@@ -15,3 +15,8 @@
 /// The first fault with its line and column; empty if there is none.
 std::string checkClaims(const lf::astapi::ProgramFile<ca::astapi::CA>& root,
                         const std::vector<ca::lexer::Token>& tokens);
+
+/// How many leaves the walk has: one for each token of code, and one for each place where the grammar allows
+/// blanks. Throws std::runtime_error with the fault if there is one.
+std::size_t countClaims(const lf::astapi::ProgramFile<ca::astapi::CA>& root,
+                        const std::vector<ca::lexer::Token>& tokens);

@@ -2,10 +2,14 @@
 
 #include "config/FormattingConfig.h"
 
+#include <map>
 #include <memory>
 
 /// Options that a test sets one by one: `TestConfig{.trim = true}`. All features are off unless asked for.
 struct TestOptions {
+    template <class Value>
+    using ByKind = std::map<ca::formatting::FormattingConfig::ContainerKind, Value>;
+
     bool trim = false;
     bool indentation = false;
     bool indentBlankLines = false;
@@ -17,6 +21,8 @@ struct TestOptions {
     ca::formatting::FormattingConfig::IndentCharacter indentCharacter = {};
     ca::formatting::FormattingConfig::LineBreakBehavior lineBreakBehavior = {};
     ca::formatting::FormattingConfig::SeparatorPlacement separatorPlacement = {};
+    ByKind<ca::formatting::FormattingConfig::LineBreakBehavior> behaviors = {};   ///< over lineBreakBehavior
+    ByKind<ca::formatting::FormattingConfig::SeparatorPlacement> placements = {}; ///< over separatorPlacement
 };
 
 class TestConfig : public ca::formatting::FormattingConfig {
@@ -34,12 +40,20 @@ public:
     std::uint32_t getIndentWidth() const override { return options.indentWidth; }
     bool getLineBreakingEnabled() const override { return options.lineBreaking; }
     std::uint32_t getColumnLimit() const override { return options.columnLimit; }
-    LineBreakBehavior getLineBreakBehavior(ContainerKind) const override { return options.lineBreakBehavior; }
-    SeparatorPlacement getSeparatorPlacement(ContainerKind) const override {
-        return options.separatorPlacement;
+    LineBreakBehavior getLineBreakBehavior(ContainerKind kind) const override {
+        return look(options.behaviors, kind, options.lineBreakBehavior);
+    }
+    SeparatorPlacement getSeparatorPlacement(ContainerKind kind) const override {
+        return look(options.placements, kind, options.separatorPlacement);
     }
 
 private:
+    template <class Value>
+    static Value look(const TestOptions::ByKind<Value>& table, ContainerKind kind, Value otherwise) {
+        const auto entry = table.find(kind);
+        return entry == table.end() ? otherwise : entry->second;
+    }
+
     TestOptions options;
 };
 
