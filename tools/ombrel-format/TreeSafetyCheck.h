@@ -12,10 +12,11 @@
 
 namespace ombrel {
 
-/// A text with its tokens and its syntax tree. Keeps the text by reference.
+/// A text with its tokens and its syntax tree. Keeps the text by reference, so it takes no temporary one.
 struct ParsedText {
     /// Throws ca::SyntaxErrorException if the text doesn't parse.
     explicit ParsedText(const std::u16string& text);
+    explicit ParsedText(std::u16string&&) = delete;
 
     const std::u16string& text;
     std::vector<ca::lexer::Token> tokens;
