@@ -33,7 +33,9 @@ public:
         ++replaced;
     }
 
-    void write(const std::string& path, const std::string& bytes) override { replace(path, bytes); }
+    void write(const std::string& path, const std::string& bytes) override {
+        replace(path, files[path], bytes);
+    }
 
     std::map<std::string, std::string> files;
     bool isFull = false;

@@ -1,5 +1,8 @@
+#include "support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -25,32 +28,12 @@ std::string readFile(const fs::path& path) {
     return text.str();
 }
 
-void writeFile(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
+/// What a command of the shell prints on both its streams, with the project's programs within reach.
+std::string run(const TemporaryFolder& folder, const std::string& command) {
+    const std::string programs = fs::path(OMBREL_FORMAT_PROGRAM).parent_path().string();
+    folder.shell("unset -f format; PATH='" + programs + "':$PATH; { " + command + "; } > .output 2>&1");
+    return folder.read(".output");
 }
-
-/// A folder for the files of one document, gone at the end.
-class WorkFolder {
-public:
-    WorkFolder() {
-        std::string name = (fs::temp_directory_path() / "docsXXXXXX").string();
-        path = ::mkdtemp(name.data());
-    }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder() { fs::remove_all(path); }
-
-    std::string run(const std::string& command) const {
-        const fs::path output = path / ".output";
-        const std::string programs = fs::path(OMBREL_FORMAT_PROGRAM).parent_path().string();
-        const std::string line = "cd '" + path.string() + "' && PATH='" + programs + "':$PATH && { " +
-                                 command + "; } >'" + output.string() + "' 2>&1";
-        std::ignore = std::system(line.c_str());
-        return readFile(output);
-    }
-
-    fs::path path;
-};
 
 struct Block {
     std::string task; ///< "file" or "run"
@@ -84,23 +67,22 @@ class Docs : public testing::TestWithParam<fs::path> {};
 
 TEST_P(Docs, ShowWhatTheToolsPrint) {
     const std::string document = readFile(GetParam());
-    const WorkFolder folder;
+    const TemporaryFolder folder;
     std::string updated;
     std::size_t copied = 0;
     for (const Block& block : findBlocks(document)) {
         const std::string shown = document.substr(block.begin, block.size);
         if (block.task == "file") {
-            fs::create_directories((folder.path / block.argument).parent_path());
-            writeFile(folder.path / block.argument, shown);
+            folder.write(block.argument, shown);
             continue;
         }
-        const std::string printed = folder.run(block.argument);
+        const std::string printed = run(folder, block.argument);
         EXPECT_EQ(shown, printed) << GetParam() << ": " << block.argument;
         updated += document.substr(copied, block.begin - copied) + printed;
         copied = block.begin + block.size;
     }
     if (std::getenv("OMBREL_UPDATE_GOLDEN") != nullptr) {
-        writeFile(GetParam(), updated + document.substr(copied));
+        std::ofstream(GetParam(), std::ios::binary) << updated + document.substr(copied);
     }
 }
 

@@ -1,4 +1,5 @@
 #include "support/ProgramRun.h"
+#include "support/TemporaryFolder.h"
 
 #include <ombrel-format/GithubReporter.h>
 #include <ombrel-format/HumanReporter.h>
@@ -83,7 +84,11 @@ TEST(Reporter, NamesTheFirstLineThatChanges) {
     EXPECT_EQ(findFirstChangedLine(u"a\nb", u"a"), 1U);
 }
 
-class ReporterRun : public TemporaryFolder {};
+class ReporterRun : public testing::Test {
+protected:
+    TemporaryFolder disk;
+    const std::filesystem::path folder = disk.getPath();
+};
 
 const std::string ugly = "x\n  if a\nend\n";
 

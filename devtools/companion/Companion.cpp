@@ -15,12 +15,11 @@ void setFormattingExplorerBridge(FormattingExplorerBridge* bridge) {
     theBridge = bridge;
 }
 
-bool formatThroughExplorerBridge(const std::u16string& sourceText, const std::u16string& jsonText,
+bool hasExplorerBridge() {
+    return theBridge != nullptr;
+}
+
+void formatThroughExplorerBridge(const std::u16string& sourceText, const std::u16string& jsonText,
                                  std::u16string& result) {
-    FormattingExplorerBridge* bridge = theBridge;
-    if (bridge == nullptr) {
-        return false;
-    }
-    result = bridge->format(sourceText, jsonText);
-    return true;
+    result = theBridge.load()->format(sourceText, jsonText);
 }

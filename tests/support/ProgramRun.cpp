@@ -2,9 +2,7 @@
 
 #include <ombrel-format/Run.h>
 
-#include <cstdlib>
 #include <sstream>
-#include <stdexcept>
 #include <variant>
 
 ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input) {
@@ -23,17 +21,4 @@ ProgramOutcome runProgram(const std::vector<std::string>& words, const std::stri
     ombrel::DiskFileSystem files;
     const auto status = run(std::get<ombrel::Arguments>(parsed), console, files);
     return {static_cast<int>(status), out.str(), err.str()};
-}
-
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "ombrel-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("can't make a temporary folder");
-    }
-    folder = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
 }

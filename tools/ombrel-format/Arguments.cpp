@@ -121,6 +121,9 @@ void addModes(CLI::App& app, Arguments& arguments) {
         ->type_name("A:B")
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_flag_callback(
+        "--force", [&] { arguments.mixedLineEnds = MixedLineEnds::UseFirst; },
+        "Tree engine: where a file mixes line ends, use the first one's for all");
     app.add_flag("--print-config", arguments.printConfig,
                  "Print the options that hold for the FILEs or this folder and where each comes from");
     app.add_flag("--init", arguments.init, "Write an options file to begin with into this folder");

@@ -30,6 +30,7 @@ struct Arguments {
     bool init = false;            ///< write an options file to begin with, and stop
     std::vector<LineRange> lines; ///< none: all lines
     OptionsRequest options;
+    MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
     std::string stdinName = "<stdin>";
     std::vector<ReporterChoice> reporters; ///< at least one
     ColorChoice color = ColorChoice::Auto;

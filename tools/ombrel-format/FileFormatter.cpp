@@ -1,5 +1,6 @@
 #include "FileFormatter.h"
 
+#include "Companion.h"
 #include "Diff.h"
 #include "InputReader.h"
 #include "LineEngine.h"
@@ -15,11 +16,6 @@ namespace ombrel {
 
 namespace {
 
-constexpr const char* missingTreeEngine =
-    "the tree engine needs the companion library libca_formatting_devtools.so, which isn't there; build the "
-    "project and install it (cmake --install build/release), so that the library stands in the folder of "
-    "libombrel_host.so or in devtools/ under it";
-
 constexpr const char* linesWithTree = "--lines goes with the line engine";
 
 ExitStatus getStatus(FileError::Kind kind) {
@@ -33,6 +29,9 @@ ExitStatus getStatus(FileError::Kind kind) {
     }
     return ExitStatus::WriteFailed;
 }
+
+/// A formatted text, or why there is none.
+using Outcome = std::variant<std::u16string, std::vector<Problem>>;
 
 /// The work on one input.
 class Task {
@@ -99,18 +98,33 @@ private:
         deliverChanged(bytes, encode({std::move(text), source.hasByteOrderMark}));
     }
 
-    std::variant<std::u16string, std::vector<Problem>> layOut(const std::u16string& text,
-                                                              const Suppression& suppression) const {
+    Outcome layOut(const std::u16string& text, const Suppression& suppression) const {
         const FileOptions options = resolver.resolve(outcome.path);
-        if (options.engine == Engine::Tree) {
-            const char* reason = arguments.lines.empty() ? missingTreeEngine : linesWithTree;
-            return std::vector<Problem>{{ExitStatus::Usage, reason}};
-        }
+        return options.engine == Engine::Tree ? layOutTree(text, options, suppression)
+                                              : layOutLines(text, options, suppression);
+    }
+
+    Outcome layOutLines(const std::u16string& text, const FileOptions& options,
+                        const Suppression& suppression) const {
         auto formatted = formatLines(text, options.line, arguments.lines, suppression);
         if (auto* problem = std::get_if<Problem>(&formatted)) {
             return std::vector<Problem>{std::move(*problem)};
         }
         return std::get<std::u16string>(std::move(formatted));
+    }
+
+    Outcome layOutTree(const std::u16string& text, const FileOptions& options,
+                       const Suppression& suppression) const {
+        static const TreeFormatter treeFormatter = findTreeFormatter();
+        if (!arguments.lines.empty()) {
+            return std::vector<Problem>{{ExitStatus::Usage, linesWithTree}};
+        }
+        if (!treeFormatter) {
+            return std::vector<Problem>{{ExitStatus::Usage, missingTreeEngine}};
+        }
+        const TreeOptions treeOptions{options.formattingJson, options.indentationEnabled,
+                                      arguments.mixedLineEnds};
+        return formatTree(text, treeOptions, treeFormatter, suppression);
     }
 
     void deliverUnchanged(std::string bytes) {

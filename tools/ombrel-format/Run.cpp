@@ -66,7 +66,9 @@ private:
         if (!arguments.checkSyntax && !prepareOptions(getNames(found.candidates))) {
             return ExitStatus::Usage;
         }
-        process(found.candidates, found.hasFolder);
+        if (!found.candidates.empty()) {
+            process(found.candidates, found.hasFolder);
+        }
         status = getWorse(status, reporters.finish());
         return finish();
     }
@@ -132,7 +134,7 @@ private:
     }
 
     void process(const std::vector<Candidate>& inputs, bool hasFolder) {
-        const bool isProgressWanted = console.isErrTerminal && !arguments.quiet;
+        const bool isProgressWanted = console.isErrTerminal && isTalking();
         Progress progress(isProgressWanted ? &console.err : nullptr, inputs.size());
         const auto showProgress = [&] { progress.show(summary.getTotal()); };
         OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
@@ -147,11 +149,14 @@ private:
             showProgress();
         }
         progress.erase();
-        if (!arguments.isPrinting() && !arguments.quiet && (hasFolder || inputs.size() > 1)) {
+        if (!arguments.isPrinting() && isTalking() && (hasFolder || inputs.size() > 1)) {
             flush();
             console.err << summary.describe(arguments) << '\n';
         }
     }
+
+    /// Whether a person wants to hear more than errors.
+    bool isTalking() const { return !arguments.quiet && hasHumanReporter(arguments); }
 
     FileResult processOne(const Candidate& input) const {
         return input.verdict == Verdict::Unreadable

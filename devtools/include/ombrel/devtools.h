@@ -13,8 +13,11 @@ extern "C" {
 /// Called by the formatter's library when that is loaded. The bridge lives as long as the process.
 OMBREL_DEVTOOLS_API void setFormattingExplorerBridge(FormattingExplorerBridge* bridge);
 
-/// Calls the bridge's `format` with both texts and puts what it returns into `result`. False if there is no
-/// bridge. Lets the bridge's exceptions through.
-OMBREL_DEVTOOLS_API bool formatThroughExplorerBridge(const std::u16string& sourceText,
+/// Whether there is a bridge.
+OMBREL_DEVTOOLS_API bool hasExplorerBridge();
+
+/// Calls the bridge's `format` with both texts and puts what it returns into `result`. There has to be a
+/// bridge. Lets its exceptions through.
+OMBREL_DEVTOOLS_API void formatThroughExplorerBridge(const std::u16string& sourceText,
                                                      const std::u16string& jsonText, std::u16string& result);
 }

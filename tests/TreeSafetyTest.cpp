@@ -1,0 +1,286 @@
+#include "support/ExampleFiles.h"
+#include "support/GoldenSuite.h"
+#include "support/TreeFormatting.h"
+
+#include <ombrel-format/TextEncoding.h>
+#include <ombrel-format/TreeEngine.h>
+#include <ombrel-format/TreeSafetyCheck.h>
+
+#include <gtest/gtest.h>
+
+// The golden files of tree-meaning are the list of what the tree formatter's rules do to a program's meaning:
+// each case has the text that the formatter writes, behind a line with the difference that the check names.
+
+namespace {
+
+using namespace ombrel;
+
+constexpr std::string_view notice = "; nothing was written";
+
+/// "line:column what the formatter would do".
+std::string show(const Problem& problem) {
+    const std::string text = problem.text.substr(0, problem.text.size() - notice.size());
+    return std::to_string(problem.line) + ":" + std::to_string(problem.column) + " " + text;
+}
+
+std::u16string toText(const std::string& ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// The first difference and the formatter's own text.
+std::u16string refuse(const std::u16string& input, const GoldenOptions& options) {
+    const TestOptions config = readTreeOptions(options);
+    std::u16string written;
+    const auto formatter = [&](const std::u16string& text, const std::u16string&) {
+        return written = formatText(text, config);
+    };
+    const auto outcome = formatTree(input, {{}, config.indentation}, formatter);
+    const auto* problems = std::get_if<std::vector<Problem>>(&outcome);
+    if (problems == nullptr || problems->front().status != ExitStatus::Unsafe) {
+        return u"not refused\n" + written;
+    }
+    return toText(show(problems->front())) + u"\n" + written;
+}
+
+class MeaningCase : public testing::TestWithParam<GoldenCase> {};
+
+TEST_P(MeaningCase, IsRefused) {
+    for (const GoldenResult& wanted : GetParam().results) {
+        EXPECT_FALSE(wanted.text.starts_with(u"not refused"));
+        expectGolden(GetParam(), wanted, refuse);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, MeaningCase, testing::ValuesIn(loadGoldenCases("tree-meaning", refuse)),
+                         getGoldenName);
+
+/// The difference that the check finds, empty if there is none.
+std::string compare(const std::u16string& before, const std::u16string& after) {
+    const auto problem = checkSameProgram(ParsedText(before), after);
+    return problem ? show(*problem) : std::string();
+}
+
+struct Row {
+    const char16_t* before;
+    const char16_t* after;
+    const char* difference;
+};
+
+TEST(TreeSafetyCheck, AllowsOtherBlanksLineEndsAndSeparatorsOfNoMeaning) {
+    const Row rows[] = {
+        {u"", u"\n\n", ""},
+        {u"a;\r\n  b = 1 ; % c  \r\n", u"a;b=1;% c", ""},
+        {u"if a, b;, end", u";if a\n b;\nend;", ""},
+        {u"x = [1, 2\n3 4];", u"x = [ 1 2; ...\n3, 4 ];", ""},
+        {u"a + ... why\n b", u"a+...why\nb", ""},
+        {u"a % b\n  % c\n", u"a\n% b\n% c", ""},
+        {u"  %{\n a\n  %}\nb", u"%{\r\na\r\n%}\r\nb", ""},
+        {u"function f, x, function g, y", u"function f\nx\nfunction g\ny", ""},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(compare(row.before, row.after), row.difference);
+    }
+}
+
+TEST(TreeSafetyCheck, NamesTheFirstDifferenceAtItsPlaceInTheSource) {
+    const Row rows[] = {
+        // tokens
+        {u"a\nb", u"a", "2:1 the formatter would turn 'b' into the end of the text"},
+        {u"x = 1.0;", u"x = 1.;", "1:5 the formatter would turn '1.0' into '1.'"},
+        {u"function f\nend", u"function f", "2:1 the formatter would turn 'end' into the end of the text"},
+        {u"hold  on", u"hold of", "1:7 the formatter would turn 'on' into 'of'"},
+        {u"classdef A\nproperties\np@b.c\nend\nend", u"classdef A\nproperties\np@b.d\nend\nend",
+         "3:5 the formatter would turn 'c' into 'd'"},
+        // comments
+        {u"a\n\t% b\nc", u"a\nc", "2:2 the formatter would turn '% b' into 'c'"},
+        {u"a % b\n% c", u"a % c\n% b", "1:3 the formatter would turn '% b' into '% c'"},
+        {u"a % b\nc", u"a % b c", "1:3 the formatter would turn '% b' into '% b c'"},
+        {u"a % b\nc", u"a\nc % b", "1:3 the formatter would turn '% b' into 'c'"},
+        {u"%{\na\n%}", u"% {\n% a\n% }", "1:1 the formatter would turn '%{' into '% {'"},
+        {u"%{\na\n%}", u"x %{\n% a\n%}", "1:1 the formatter would turn '%{' into 'x'"},
+        {u"a + ... % b\nc", u"a + c % b", "1:9 the formatter would turn '% b' into 'c'"},
+        // the tree alone
+        {u"a;\nb;", u"a;\nb",
+         "2:1 the formatter would turn this expression statement into a printing statement"},
+        {u"a\nb;", u"a;\nb;",
+         "1:1 the formatter would turn this printing statement into an expression statement"},
+        {u"if a, b, end", u"if (a), b, end", "1:4 the formatter would turn 'a' into '('"},
+        {u"a - b", u"a -b", "1:1 the formatter would turn this expression statement into a command syntax"},
+        {u"x = [1 2 3];", u"x = [1 2; 3];",
+         "1:10 the formatter would take this number literal out of its matrix row"},
+        {u"x = [1; 2];", u"x = [1 2];",
+         "1:9 the formatter would put this number literal into the matrix row before it"},
+        {u"x = [;1];", u"x = [,1];", "1:7 the formatter would change this separator"},
+        {u"x = {a {1}};", u"x = {a{1}};",
+         "1:6 the formatter would turn this identifier into a brace indexing"},
+        {u"if a\nb, end", u"if a b, end\n", ""},
+        {u"try, a, catch\nb\nend", u"try, a, catch b\nend",
+         "2:1 the formatter would put this identifier into the catch block before it"},
+        // what doesn't parse
+        {u"x = [1\n2];", u"x = (1\n2);", "1:5 the formatter would turn '[' into '('"},
+        {u"f(a, b)", u"f(a; b)", "1:6 the formatter would make a text that doesn't parse here: "},
+    };
+    for (const Row& row : rows) {
+        const std::string difference = compare(row.before, row.after);
+        EXPECT_EQ(difference.substr(0, std::string(row.difference).size()), row.difference);
+        EXPECT_EQ(difference.empty(), *row.difference == '\0') << difference;
+    }
+}
+
+TEST(TreeSafetyCheck, ShowsLongAndUnprintableLexemesOnOneLine) {
+    const std::u16string longName(100, u'a');
+    EXPECT_EQ(compare(longName, u"b"),
+              "1:1 the formatter would turn '" + std::string(40, 'a') + "...' into 'b'");
+    EXPECT_EQ(compare(u"% a\u0007", u"% b"), "1:1 the formatter would turn '% a\\u0007' into '% b'");
+}
+
+/// Chains have no limit, and each operand is one level of the tree deeper.
+TEST(TreeSafetyCheck, TakesNoStackForDeepTrees) {
+    std::u16string chain = u"x = 1";
+    for (int i = 0; i < 50'000; ++i) {
+        chain += u" + 1";
+    }
+    EXPECT_EQ(compare(chain + u" - 1;", chain + u" - 1 ;"), "");
+    EXPECT_EQ(compare(chain + u";", chain),
+              "1:1 the formatter would turn this assignment into a printing statement");
+}
+
+/// What formatTree hands over is what comes back, in the form in which it was handed over.
+std::u16string echo(const std::u16string& text, const std::u16string&) {
+    return text;
+}
+
+std::u16string format(const std::u16string& text, const TestOptions& options,
+                      MixedLineEnds mixed = MixedLineEnds::Refuse) {
+    const auto formatter = [&](const std::u16string& prepared, const std::u16string&) {
+        return formatText(prepared, options);
+    };
+    const auto outcome = formatTree(text, {{}, options.indentation, mixed}, formatter);
+    if (const auto* problems = std::get_if<std::vector<Problem>>(&outcome)) {
+        return toText(problems->front().text);
+    }
+    return std::get<std::u16string>(outcome);
+}
+
+std::vector<Problem> getProblems(const std::u16string& text, const TreeFormatter& formatter) {
+    auto outcome = formatTree(text, {{}, true}, formatter);
+    auto* problems = std::get_if<std::vector<Problem>>(&outcome);
+    return problems == nullptr ? std::vector<Problem>() : std::move(*problems);
+}
+
+TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
+    const auto errors = getProblems(u"x = ;\r\nif a\n", echo);
+    ASSERT_EQ(errors.size(), 2u);
+    EXPECT_EQ(errors[0].status, ExitStatus::Unparsable);
+    EXPECT_EQ(errors[0].line, 1u);
+    EXPECT_EQ(errors[0].column, 5u);
+    EXPECT_EQ(errors[1].line, 3u);
+
+    const auto mixed = getProblems(u"a\r\nbc\n", echo);
+    ASSERT_EQ(mixed.size(), 1u);
+    EXPECT_EQ(mixed[0].status, ExitStatus::Refused);
+    EXPECT_EQ(mixed[0].text,
+              "this line ends in LF and the first one in CRLF: the tree engine can't keep line "
+              "ends that are mixed");
+    EXPECT_EQ(mixed[0].line, 2u);
+    EXPECT_EQ(mixed[0].column, 3u);
+
+    const auto unsafe = getProblems(u"a;", [](const auto&...) { return u"b;"; });
+    ASSERT_EQ(unsafe.size(), 1u);
+    EXPECT_EQ(unsafe[0].status, ExitStatus::Unsafe);
+
+    const auto failed = getProblems(
+        u"a;", [](const auto&...) -> std::u16string { throw std::out_of_range("unordered_map::at"); });
+    ASSERT_EQ(failed.size(), 1u);
+    EXPECT_EQ(failed[0].status, ExitStatus::Unsafe);
+    EXPECT_EQ(failed[0].text, "the tree formatter failed: unordered_map::at");
+}
+
+TEST(TreeEngine, HandsOverLineFeedsAndGivesBackTheFirstLineEnd) {
+    const TestOptions all{.indentation = true, .lineBreaking = true};
+    for (const std::u16string end : {u"\n", u"\r\n", u"\r"}) {
+        std::u16string seen;
+        const auto formatter = [&](const std::u16string& text, const std::u16string& json) {
+            EXPECT_EQ(json, u"{}");
+            return seen = text;
+        };
+        const std::u16string text = u"a" + end + u"%{" + end + u"b" + end + u"%}" + end;
+        EXPECT_EQ(std::get<std::u16string>(formatTree(text, {u"{}", true}, formatter)), text);
+        EXPECT_EQ(seen, u"a\n%{\nb\n%}\n");
+        EXPECT_EQ(format(u"if a, b, end" + end, all), u"if a" + end + u"    b" + end + u"end" + end);
+    }
+    EXPECT_EQ(format(u"if a, b, end", all), u"if a\n    b\nend");
+    EXPECT_EQ(format(u"", all), u"");
+    EXPECT_EQ(format(u"a\r\nb\nc\r", {}, MixedLineEnds::UseFirst), u"a\r\nb\r\nc\r\n");
+}
+
+struct CommentRow {
+    const char16_t* before;
+    const char16_t* after;
+};
+
+TEST(TreeEngine, PutsCommentsAtTheirLevelOnce) {
+    const CommentRow rows[] = {
+        {u"  % a\nif a\n% b\n      % c\n  x % d\n% e\nend\n",
+         u"% a\nif a\n    % b\n    % c\n    x % d\n% e\nend\n"},
+        // the lines of a block comment go along, blank ones and those further left don't
+        {u"if a\n  %{\n  b\n    c\n\nd\n  %{\n  %}\n  %}\n\n  x\nend\n",
+         u"if a\n    %{\n    b\n      c\n\nd\n    %{\n    %}\n    %}\n\n    x\nend\n"},
+        {u"      %{\n      b\n\t%}\nx\n", u"%{\nb\n\t%}\nx\n"},
+        // what follows a block comment directly isn't indented by the formatter: comments get help
+        {u"if a\n%{\n%}\n% b\n% c\nx\nend\n", u"if a\n    %{\n    %}\n    % b\n    % c\n    x\nend\n"},
+        {u"if a\n%{\n%}\n  %{\n  b\n  %}\n\nx\nend\n",
+         u"if a\n    %{\n    %}\n    %{\n    b\n    %}\n\n    x\nend\n"},
+        {u"y = [1\n%{\nb\n%}\n2];\n", u"y = [1\n%{\nb\n%}\n2];\n"},
+    };
+    const TestOptions indenting{.indentation = true};
+    for (const CommentRow& row : rows) {
+        EXPECT_EQ(showGoldenText(format(row.before, indenting)), showGoldenText(row.after));
+        EXPECT_EQ(showGoldenText(format(row.after, indenting)), showGoldenText(row.after));
+    }
+    EXPECT_EQ(format(rows[0].before, {}), rows[0].before);
+}
+
+/// Breaking lines counts the characters of a comment, so the ones of a block comment have to be in their
+/// place before that.
+TEST(TreeEngine, BreaksLinesBehindABlockCommentInTheSameWayTwice) {
+    const TestOptions filling{.indentation = true, .lineBreaking = true, .columnLimit = 30};
+    for (int length = 0; length < 20; ++length) {
+        const std::u16string comment(static_cast<std::size_t>(length), u'c');
+        const std::u16string once = format(u"if a\n\n%{\n" + comment + u"\n%}\n;b < c\nend\n", filling);
+        EXPECT_EQ(showGoldenText(once), showGoldenText(format(once, filling)));
+    }
+}
+
+std::vector<TestOptions> makeOptionSets() {
+    using Behavior = ca::formatting::FormattingConfig::LineBreakBehavior;
+    using Placement = ca::formatting::FormattingConfig::SeparatorPlacement;
+    std::vector<TestOptions> sets = {{.indentation = true}, {.trim = true, .indentation = true}};
+    for (const Behavior behavior :
+         {Behavior::SeparateLines, Behavior::AllowSingleLine, Behavior::AllowMultiplePerLine}) {
+        sets.push_back({.indentation = true, .lineBreaking = true, .columnLimit = 60});
+        sets.back().lineBreakBehavior = behavior;
+        sets.back().separatorPlacement = Placement::EndOfLine;
+    }
+    sets.push_back({.trim = true, .lineBreaking = true});
+    return sets;
+}
+
+/// Trimming joins the rows of a matrix, so it is refused for most examples; nothing else is.
+TEST(TreeEngine, FormatsTheExamplesOnce) {
+    int trimmed = 0;
+    for (const auto& [path, text] : readExamples()) {
+        for (const TestOptions& options : makeOptionSets()) {
+            const std::u16string once = format(text, options, MixedLineEnds::UseFirst);
+            if (options.trim && once.ends_with(toText(std::string(notice)))) {
+                continue;
+            }
+            trimmed += options.trim ? 1 : 0;
+            EXPECT_EQ(compare(text, once), "") << path;
+            EXPECT_EQ(once, format(once, options)) << path;
+        }
+    }
+    EXPECT_GT(trimmed, 0);
+}
+
+} // namespace
