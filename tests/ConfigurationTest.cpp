@@ -221,7 +221,12 @@ TEST(Configuration, LaysLaterEntriesOverEarlierOnes) {
         {u"ring", u"{\"extends\": [\"b\", \"loop\"]}"},
         {u"loop", u"{\"extends\": \"ring\", " + width(7)},
         {u"bad", u"{"}};
+    std::u16string again; // far more than 32 layers if a file had a place each time
+    for (int i = 0; i < 16; ++i) {
+        again += u"\"a\", \"b\",";
+    }
     const std::tuple<std::u16string, const char*, const char*> rows[] = {
+        {u"[" + again + u"]", "enabled=1 width=5 ", ""},
         {u"[\"b\", \"a\"]", "enabled=1 width=1 ", ""},
         {u"[\"a\", \"b\"]", "enabled=1 width=5 ", ""}, // what b extends lies over a
         {u"[\"a\", \"./x/../a\"]", "width=1 ", ""},
