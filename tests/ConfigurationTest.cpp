@@ -221,7 +221,12 @@ TEST(Configuration, LaysLaterEntriesOverEarlierOnes) {
         {u"ring", u"{\"extends\": [\"b\", \"loop\"]}"},
         {u"loop", u"{\"extends\": \"ring\", " + width(7)},
         {u"bad", u"{"}};
+    std::u16string again; // far more than 32 layers if a file had a place each time
+    for (int i = 0; i < 16; ++i) {
+        again += u"\"a\", \"b\",";
+    }
     const std::tuple<std::u16string, const char*, const char*> rows[] = {
+        {u"[" + again + u"]", "enabled=1 width=5 ", ""},
         {u"[\"b\", \"a\"]", "enabled=1 width=1 ", ""},
         {u"[\"a\", \"b\"]", "enabled=1 width=5 ", ""}, // what b extends lies over a
         {u"[\"a\", \"./x/../a\"]", "width=1 ", ""},
@@ -242,22 +247,22 @@ TEST(Configuration, LaysLaterEntriesOverEarlierOnes) {
               "1:13 extends: paths count from the file that they stand in, and this text is in none\n");
 }
 
-TEST(Configuration, EndsAChainAtSixtyFourLayers) {
+TEST(Configuration, EndsAChainAtThirtyTwoLayers) {
     std::map<std::u16string, std::u16string> files;
     for (char16_t i = 1; i <= 100; ++i) {
         files[std::u16string(1, u'\u1000' + i)] =
             u"{\"extends\": \"" + std::u16string(1, u'\u1001' + i) + u"\"}";
     }
     const auto deep = makeLayers(Path(u"top"), u"{\"extends\": \"\u1001\"}", files);
-    EXPECT_EQ(show(deep->getSourceIssues()), showText(std::u16string(1, u'\u1000' + 63)) +
-                                                 ":1:13 extends: more than 64 files in one chain\n");
+    EXPECT_EQ(show(deep->getSourceIssues()), showText(std::u16string(1, u'\u1000' + 31)) +
+                                                 ":1:13 extends: more than 32 files in one chain\n");
     EXPECT_EQ(show(*deep->get<FormattingConfig>()), "");
     std::u16string many;
-    for (int i = 0; i < 65; ++i) {
+    for (int i = 0; i < 33; ++i) {
         many += u"\"\u1001\",";
     }
     EXPECT_EQ(show(makeLayers(Path(u"top"), u"{\"extends\": [" + many + u"]}", files)->getSourceIssues()),
-              "1:13 extends: more than 64 files in one chain\n");
+              "1:13 extends: more than 32 files in one chain\n");
 }
 
 TEST(Configuration, MakesASectionByTheClassOfItsSource) {

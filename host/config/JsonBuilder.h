@@ -2,13 +2,12 @@
 
 #include "ca/utils/JsonDocument.h"
 #include "config/JsonInput.h"
+#include "config/rapidjson.h"
 #include "i18n/ConfigMessages.h"
 
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <rapidjson/reader.h>
 
 namespace ca::utils {
 

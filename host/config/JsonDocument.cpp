@@ -3,14 +3,12 @@
 #include "config/JsonBuilder.h"
 #include "config/JsonInput.h"
 #include "config/describe.h"
+#include "config/rapidjson.h"
 #include "i18n/ConfigMessages.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include <rapidjson/error/error.h>
-#include <rapidjson/reader.h>
 
 namespace ca::utils {
 

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "ca/utils/JsonValue.h"
+#include "config/rapidjson.h"
 
 #include <cstddef>
 #include <string>
 #include <utility>
-
-#include <rapidjson/encodings.h>
 
 namespace ca::utils {
 

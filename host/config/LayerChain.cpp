@@ -68,7 +68,8 @@ void LayerChain::extend(std::size_t layer) {
     }
     std::vector<JsonValue> entries = getEntries(field->value);
     if (entries.size() > JsonConfigSource::maximalLayerCount) {
-        return recordIssue(layer, field->value, ConfigMessage::TooManyLayers);
+        return recordIssue(layer, field->value, ConfigMessage::TooManyLayers,
+                           {static_cast<long>(JsonConfigSource::maximalLayerCount)});
     }
     std::reverse(entries.begin(), entries.end());
     for (const JsonValue& entry : entries) {
@@ -93,7 +94,8 @@ void LayerChain::extendByName(std::size_t layer, const JsonValue& name) {
         return recordIssue(layer, name, ConfigMessage::ExtendsInCircle, {quote(name.getString())});
     }
     if (layers.size() == JsonConfigSource::maximalLayerCount) {
-        return recordIssue(layer, name, ConfigMessage::TooManyLayers);
+        return recordIssue(layer, name, ConfigMessage::TooManyLayers,
+                           {static_cast<long>(JsonConfigSource::maximalLayerCount)});
     }
     if (const Document document = getDocument(layer, name, *file)) {
         addLayer(file, document);

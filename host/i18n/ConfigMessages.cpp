@@ -46,7 +46,7 @@ constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entr
      u"extends: paths count from the file that they stand in, and this text is in none"},
     {ConfigMessage::ExtendsInCircle, "ExtendsInCircle", u"extends: {0} extends this file in turn"},
     {ConfigMessage::UnreadableFile, "UnreadableFile", u"extends: can't read {0}: {1}"},
-    {ConfigMessage::TooManyLayers, "TooManyLayers", u"extends: more than 64 files in one chain"},
+    {ConfigMessage::TooManyLayers, "TooManyLayers", u"extends: more than {0} files in one chain"},
     {ConfigMessage::ExpectedObject, "ExpectedObject", u"expected an object, found {0}"},
     {ConfigMessage::ExpectedBoolean, "ExpectedBoolean", u"{0}: expected true or false, found {1}"},
     {ConfigMessage::ExpectedWholeNumber, "ExpectedWholeNumber",

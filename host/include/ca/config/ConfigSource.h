@@ -63,9 +63,10 @@ public:
 /// All reading is done by the constructor; afterwards nothing changes, and any thread may use the source.
 class OMBREL_HOST_API JsonConfigSource : public ConfigSource {
 public:
-    /// JSON texts and files in one chain. Sections are made from the top down, each on the call stack of the
-    /// layer above it, so a chain can't be as long as one likes.
-    static constexpr std::size_t maximalLayerCount = 64;
+    /// JSON texts and files in one chain, and entries of one "extends". Sections are made from the top down,
+    /// each on the call stack of the layer above it and with all the locks above it held, so a chain can't be
+    /// as long as one likes.
+    static constexpr std::size_t maximalLayerCount = 32;
 
     /// `path` is the file behind the text, if there is one; "extends" is resolved against it through the
     /// manager, which is used by this call only and may be empty: then, as without a path, an "extends" is an
