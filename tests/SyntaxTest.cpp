@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-
 // Trees and faults are golden files; whatever parses has its claims checked against its tokens.
 
 namespace {

@@ -67,7 +67,9 @@ TEST_P(DumpCase, ShowsTheTree) {
     EXPECT_EQ(findTreeFault(GetParam().input, {}), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, TreeCase, testing::ValuesIn(loadGoldenCases("tree", produceText)), getGoldenName);
-INSTANTIATE_TEST_SUITE_P(Golden, DumpCase, testing::ValuesIn(loadGoldenCases("dumps", produceDump)), getGoldenName);
+INSTANTIATE_TEST_SUITE_P(Golden, TreeCase, testing::ValuesIn(loadGoldenCases("tree", produceText)),
+                         getGoldenName);
+INSTANTIATE_TEST_SUITE_P(Golden, DumpCase, testing::ValuesIn(loadGoldenCases("dumps", produceDump)),
+                         getGoldenName);
 
 } // namespace

@@ -101,7 +101,8 @@ void setOption(TestOptions& options, const std::string& key, const std::string& 
 } // namespace
 
 TestOptions readTreeOptions(const GoldenOptions& options) {
-    TestOptions result{.functionStyle = Style::IndentAll, .lineBreakBehavior = Behavior::AllowMultiplePerLine};
+    TestOptions result{.functionStyle = Style::IndentAll,
+                       .lineBreakBehavior = Behavior::AllowMultiplePerLine};
     for (const auto& [key, value] : options) {
         try {
             setOption(result, key, value);

@@ -40,7 +40,9 @@ std::u16string withoutLeadingBlanks(const std::u16string& text) {
 
 /// What no run of the formatter may touch, which leaves out the dots of `...` and with them all others.
 std::u16string getCode(std::u16string text) {
-    std::erase_if(text, [](char16_t c) { return std::u16string_view(u" \t\r\n;,.").find(c) != std::u16string_view::npos; });
+    std::erase_if(text, [](char16_t c) {
+        return std::u16string_view(u" \t\r\n;,.").find(c) != std::u16string_view::npos;
+    });
     return text;
 }
 
