@@ -1,9 +1,11 @@
 #include "Stages.h"
 
+#include "OptionsDump.h"
 #include "SyntaxDump.h"
 
 #include <ca/lexer/lex.h>
 #include <ombrel-format/TextEncoding.h>
+#include <pass/FormattingExplorerBridgeImpl.h>
 #include <tree/FormatTree.h>
 
 #include <ostream>
@@ -22,9 +24,9 @@ nlohmann::ordered_json describe(const ca::lexer::Token& token) {
             {"column", token.column}};
 }
 
-void printTokens(std::ostream& stream, const std::u16string& text) {
+void printTokens(std::ostream& stream, const StageInput& input) {
     const char* separator = "[\n";
-    for (const ca::lexer::Token& token : ca::lexer::lex(text)) {
+    for (const ca::lexer::Token& token : ca::lexer::lex(input.text)) {
         stream << separator << describe(token).dump();
         separator = ",\n";
     }
@@ -32,8 +34,16 @@ void printTokens(std::ostream& stream, const std::u16string& text) {
 }
 
 template <std::u16string (ca::formatting::FormatTree::*dump)() const>
-void printTree(std::ostream& stream, const std::u16string& text) {
-    stream << encodeLossy((ca::formatting::FormatTree(text).*dump)());
+void printTree(std::ostream& stream, const StageInput& input) {
+    stream << encodeLossy((ca::formatting::FormatTree(input.text).*dump)());
+}
+
+void printSyntax(std::ostream& stream, const StageInput& input) {
+    dumpSyntax(stream, input.text);
+}
+
+void printBridgeResult(std::ostream& stream, const StageInput& input) {
+    stream << encodeLossy(FormattingExplorerBridgeImpl().format(input.text, input.optionsText));
 }
 
 } // namespace
@@ -41,13 +51,18 @@ void printTree(std::ostream& stream, const std::u16string& text) {
 const std::vector<Stage>& getStages() {
     static const std::vector<Stage> stages = {
         {"tokens", "the token list, as JSON", printTokens},
-        {"syntax", "the syntax tree, as JSON", dumpSyntax},
+        {"syntax", "the syntax tree, as JSON", printSyntax},
         {"leaves", "the tree formatter's leaves: tokens and what stands between them",
          printTree<&ca::formatting::FormatTree::dumpLeaves>},
         {"text-tree", "the leaves with their containers",
          printTree<&ca::formatting::FormatTree::dumpTextTree>},
         {"indent-tree", "the leaves with their levels of indentation",
          printTree<&ca::formatting::FormatTree::dumpIndentTree>},
+        {"options", "what a configuration file comes to, as JSON: options and issues (status 0 all the same)",
+         dumpOptions},
+        {"bridge",
+         "what the tree formatter makes of the text and of --config, or why it refuses (status 0 then too)",
+         printBridgeResult},
     };
     return stages;
 }

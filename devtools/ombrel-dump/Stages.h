@@ -6,11 +6,18 @@
 
 namespace ombrel {
 
+/// What a stage is made from: a file, or standard input for the path "-".
+struct StageInput {
+    std::string path;
+    std::u16string text;
+    std::u16string optionsText; ///< JSON, for the stages that need options
+};
+
 /// One of the forms that a text passes through on its way, and how it is shown.
 struct Stage {
     std::string name;
     std::string help;
-    void (*print)(std::ostream& stream, const std::u16string& text);
+    void (*print)(std::ostream& stream, const StageInput& input);
 };
 
 /// All stages, in the order in which a text passes through them.

@@ -6,4 +6,8 @@ namespace ca::config {
 
 Config::Config(std::shared_ptr<ConfigSource> source) : source(std::move(source)) {}
 
+std::unordered_set<ConfigIssue> Config::getSourceIssues() const {
+    return source == nullptr ? std::unordered_set<ConfigIssue>() : source->getIssues();
+}
+
 } // namespace ca::config

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fl/filesystem/path.h"
+#include "fl/filesystem/basic_path.h"
 #include "ombrel/api.h"
 #include "resource_core/BaseMsgID.h"
 

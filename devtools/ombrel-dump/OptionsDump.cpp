@@ -1,0 +1,118 @@
+#include "OptionsDump.h"
+
+#include <ca/config/Config.h>
+#include <ca/config/ConfigManager.h>
+#include <config/FormattingSection.h>
+#include <fl/i18n/MessageCatalog.h>
+#include <ombrel-format/TextEncoding.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <tuple>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace ombrel {
+
+namespace {
+
+using ca::config::Config;
+using ca::config::ConfigIssue;
+using ca::config::JsonConfigSource;
+using ca::formatting::FormattingConfig;
+using Json = nlohmann::ordered_json;
+using Path = std::optional<fl::filesystem::path>;
+
+constexpr std::array indentCharacters = {"Space", "Tab"};
+constexpr std::array functionIndentStyles = {"Classic", "IndentNested", "IndentAll"};
+
+template <class Enumeration>
+std::string getName(Enumeration value) {
+    std::ostringstream stream;
+    stream << value;
+    return stream.str();
+}
+
+template <class Getter>
+Json describeForEachKind(const FormattingConfig& config, Getter getter) {
+    Json object;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(FormattingConfig::ContainerKind::None); ++i) {
+        const auto kind = static_cast<FormattingConfig::ContainerKind>(i);
+        object[getName(kind)] = getName((config.*getter)(kind));
+    }
+    return object;
+}
+
+Json describe(const FormattingConfig& config) {
+    return {
+        {"enabled", config.getEnabled()},
+        {"trimUnnecessaryWhitespace", config.getTrimUnnecessaryWhitespace()},
+        {"indentationEnabled", config.getIndentationEnabled()},
+        {"functionIndentStyle",
+         functionIndentStyles[static_cast<std::size_t>(config.getFunctionIndentStyle())]},
+        {"indentCaseBlocks", config.getIndentCaseBlocks()},
+        {"indentBlankLines", config.getIndentBlankLines()},
+        {"indentCharacter", indentCharacters[static_cast<std::size_t>(config.getIndentCharacter())]},
+        {"indentWidth", config.getIndentWidth()},
+        {"lineBreakingEnabled", config.getLineBreakingEnabled()},
+        {"columnLimit", config.getColumnLimit()},
+        {"lineBreakBehavior", describeForEachKind(config, &FormattingConfig::getLineBreakBehavior)},
+        {"separatorPlacement", describeForEachKind(config, &FormattingConfig::getSeparatorPlacement)},
+    };
+}
+
+Json describe(const ConfigIssue& issue, const Path& ownPath) {
+    Json object = {{"message", encodeLossy(fl::i18n::MessageCatalog::get_message(
+                                   *issue.message, fl::i18n::QrLocale::global()))}};
+    if (issue.start) {
+        object["line"] = issue.start->line;
+        object["column"] = issue.start->column;
+    }
+    if (issue.path && issue.path != ownPath) {
+        object["file"] = encodeLossy(issue.path->string());
+    }
+    return object;
+}
+
+/// The issues of the source, which knows those of the sources underneath, and of the sections of all layers.
+std::vector<ConfigIssue> collectIssues(const std::shared_ptr<Config>& config) {
+    auto all = config->getSourceIssues();
+    for (auto layer = config; layer != nullptr;) {
+        all.merge(layer->get<FormattingConfig>()->getIssues());
+        const auto source = std::dynamic_pointer_cast<JsonConfigSource>(layer->getSource());
+        layer = source == nullptr ? nullptr : source->getBaseConfig();
+    }
+    return {all.begin(), all.end()};
+}
+
+Json describeIssues(const std::shared_ptr<Config>& config, const Path& ownPath) {
+    std::vector<Json> issues;
+    for (const ConfigIssue& issue : collectIssues(config)) {
+        issues.push_back(describe(issue, ownPath));
+    }
+    const auto getKey = [](const Json& issue) {
+        return std::tuple(issue.value("file", ""), issue.value("line", 0U), issue.value("column", 0U),
+                          issue.value("message", ""));
+    };
+    std::sort(issues.begin(), issues.end(),
+              [&](const Json& left, const Json& right) { return getKey(left) < getKey(right); });
+    return issues;
+}
+
+} // namespace
+
+void dumpOptions(std::ostream& stream, const StageInput& input) {
+    const Path path = input.path == "-" ? Path() : Path(fl::filesystem::path(decodeLossy(input.path)));
+    const auto manager = std::make_shared<ca::config::ConfigManager>();
+    const auto config =
+        std::make_shared<Config>(std::make_shared<JsonConfigSource>(path, input.text, manager));
+    const Json result = {{"options", describe(*config->get<FormattingConfig>())},
+                         {"issues", describeIssues(config, path)}};
+    stream << result.dump(2) << '\n';
+}
+
+} // namespace ombrel
