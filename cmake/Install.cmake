@@ -6,28 +6,33 @@ include(CMakePackageConfigHelpers)
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ca_formatting)
 set(pkgConfigDir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(TARGETS ca_formatting EXPORT ca_formattingTargets)
-install(DIRECTORY include/ca DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Installs a target and says which Debian package its files go to; the link without a version is for developers.
+function(ombrel_install target component)
+    install(TARGETS ${target} ${ARGN}
+        RUNTIME COMPONENT ${component}
+        LIBRARY COMPONENT ${component} NAMELINK_COMPONENT development)
+endfunction()
+
+ombrel_install(ca_formatting library EXPORT ca_formattingTargets)
+install(DIRECTORY include/ca DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 if(TARGET ombrel_host)
-    install(TARGETS ombrel_host EXPORT ca_formattingTargets)
-    install(DIRECTORY host/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ombrel)
+    ombrel_install(ombrel_host library EXPORT ca_formattingTargets)
+    install(DIRECTORY host/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ombrel COMPONENT development)
     set(hostLibrary "-lombrel_host") # a host of another package is that package's to link
 endif()
 
-foreach(target ombrel-format ombrel-dump ca_formatting_devtools)
-    if(TARGET ${target})
-        install(TARGETS ${target})
-    endif()
-endforeach()
+ombrel_install(ombrel-format tool)
+ombrel_install(ombrel-dump devtools)
+install(TARGETS ca_formatting_devtools LIBRARY COMPONENT devtools)
 
-install(EXPORT ca_formattingTargets NAMESPACE ca_formatting:: DESTINATION ${packageDir})
+install(EXPORT ca_formattingTargets NAMESPACE ca_formatting:: DESTINATION ${packageDir} COMPONENT development)
 configure_package_config_file(cmake/ca_formattingConfig.cmake.in ca_formattingConfig.cmake
     INSTALL_DESTINATION ${packageDir})
 write_basic_package_version_file(ca_formattingConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/ca_formattingConfig.cmake
-    ${PROJECT_BINARY_DIR}/ca_formattingConfigVersion.cmake DESTINATION ${packageDir})
+    ${PROJECT_BINARY_DIR}/ca_formattingConfigVersion.cmake DESTINATION ${packageDir} COMPONENT development)
 
 # The .pc file finds the prefix from its own place, so that an installed tree can be moved.
 file(RELATIVE_PATH prefixFromPkgConfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(packaging/ca_formatting.pc.in ca_formatting.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/ca_formatting.pc DESTINATION ${pkgConfigDir})
+install(FILES ${PROJECT_BINARY_DIR}/ca_formatting.pc DESTINATION ${pkgConfigDir} COMPONENT development)

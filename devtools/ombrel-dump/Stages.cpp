@@ -5,6 +5,7 @@
 
 #include <ca/lexer/lex.h>
 #include <ombrel-format/TextEncoding.h>
+#include <pass/FormattingExplorerBridgeImpl.h>
 #include <tree/FormatTree.h>
 
 #include <ostream>
@@ -41,6 +42,10 @@ void printSyntax(std::ostream& stream, const StageInput& input) {
     dumpSyntax(stream, input.text);
 }
 
+void printBridgeResult(std::ostream& stream, const StageInput& input) {
+    stream << encodeLossy(FormattingExplorerBridgeImpl().format(input.text, input.optionsText));
+}
+
 } // namespace
 
 const std::vector<Stage>& getStages() {
@@ -55,6 +60,9 @@ const std::vector<Stage>& getStages() {
          printTree<&ca::formatting::FormatTree::dumpIndentTree>},
         {"options", "what a configuration file comes to, as JSON: options and issues (status 0 all the same)",
          dumpOptions},
+        {"bridge",
+         "what the tree formatter makes of the text and of --config, or why it refuses (status 0 then too)",
+         printBridgeResult},
     };
     return stages;
 }

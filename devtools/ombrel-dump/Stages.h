@@ -10,6 +10,7 @@ namespace ombrel {
 struct StageInput {
     std::string path;
     std::u16string text;
+    std::u16string optionsText; ///< JSON, for the stages that need options
 };
 
 /// One of the forms that a text passes through on its way, and how it is shown.

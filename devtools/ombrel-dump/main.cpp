@@ -7,91 +7,111 @@
 #include <ombrel-format/SyntaxCheck.h>
 #include <ombrel-format/TextEncoding.h>
 
-#include <algorithm>
 #include <exception>
 #include <iomanip>
 #include <iostream>
+#include <iterator>
+#include <sstream>
+
+#include <CLI/CLI.hpp>
 
 namespace {
 
 using namespace ombrel;
 
-void printUsage(std::ostream& stream) {
-    stream << "ombrel-dump STAGE [FILE|-]\n\nPrints one stage of a text's way through the formatter.\n";
+/// Why a run ends early, for the user.
+struct Failure {
+    ExitStatus status;
+    std::string text;
+};
+
+std::string listStages() {
+    std::ostringstream list;
+    list << "Stages, in the order in which a text passes through them:";
     for (const Stage& stage : getStages()) {
-        stream << "  " << std::left << std::setw(11) << stage.name << "   " << stage.help << '\n';
+        list << "\n  " << std::left << std::setw(11) << stage.name << "   " << stage.help;
     }
+    return list.str();
 }
 
-const Stage* findStage(const std::string& name) {
-    const auto& stages = getStages();
-    const auto found =
-        std::find_if(stages.begin(), stages.end(), [&](const Stage& stage) { return stage.name == name; });
-    return found == stages.end() ? nullptr : &*found;
-}
-
-ExitStatus rejectStage(const std::string& name) {
+const Stage& findStage(const std::string& name) {
     std::vector<std::string> names;
     for (const Stage& stage : getStages()) {
+        if (stage.name == name) {
+            return stage;
+        }
         names.push_back(stage.name);
     }
-    printUsageError(std::cerr, "ombrel-dump", "unknown stage " + name + suggest(name, names), Color::Off);
-    printUsage(std::cerr);
-    return ExitStatus::Usage;
+    throw Failure{ExitStatus::Usage, "unknown stage " + name + suggest(name, names) + '\n' + listStages()};
 }
 
-std::string readInput(const std::string& path) {
-    return DiskFileSystem().read(path == "-" ? "/dev/stdin" : path, maximalByteCount);
-}
-
-ExitStatus printErrors(const std::string& path, const std::vector<Problem>& problems,
-                       const std::u16string& text) {
-    for (const Problem& problem : problems) {
-        printProblem(std::cerr, path, problem, text, Color::Off);
+std::string readStandardInput() {
+    std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
+    if (bytes.size() > maximalByteCount) {
+        throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
     }
-    return ExitStatus::Unparsable;
+    return bytes;
 }
 
-ExitStatus dump(const Stage& stage, const std::string& path) {
-    const std::string bytes = readInput(path);
-    const auto decoded = decode(bytes);
+/// The text of a file. Prints what is wrong with it and throws the status if it can't be had.
+std::u16string readText(const std::string& path) {
+    std::string bytes;
+    try {
+        bytes = path == "-" ? readStandardInput() : DiskFileSystem().read(path, maximalByteCount);
+    } catch (const FileError& error) {
+        printProblem(std::cerr, path, {ExitStatus::Usage, error.what()}, {}, Color::Off);
+        throw error.kind == FileError::Kind::TooLarge ? ExitStatus::Refused : ExitStatus::Usage;
+    }
+    auto decoded = decode(bytes);
     if (const auto* problem = std::get_if<Problem>(&decoded)) {
         printProblem(std::cerr, path, *problem, decodeLossy(bytes), Color::Off);
-        return problem->status;
+        throw problem->status;
     }
-    const StageInput input{path, std::get<DecodedText>(decoded).text};
+    return std::get<DecodedText>(std::move(decoded)).text;
+}
+
+void dump(const Stage& stage, const StageInput& input) {
     try {
         stage.print(std::cout, input);
     } catch (const ca::SyntaxErrorException& exception) {
-        return printErrors(path, describe(exception.getErrors()), input.text);
+        for (const Problem& problem : describe(exception.getErrors())) {
+            printProblem(std::cerr, input.path, problem, input.text, Color::Off);
+        }
+        throw ExitStatus::Unparsable;
     }
-    if (std::cout.flush()) {
-        return ExitStatus::Done;
-    }
-    printUsageError(std::cerr, "ombrel-dump", "can't write standard output", Color::Off);
-    return ExitStatus::WriteFailed;
 }
 
-ExitStatus runProgram(const std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments.size() > 2) {
-        printUsage(std::cerr);
-        return ExitStatus::Usage;
-    }
-    if (arguments[0] == "--help" || arguments[0] == "-h") {
-        printUsage(std::cout);
-        return ExitStatus::Done;
-    }
-    const Stage* stage = findStage(arguments[0]);
-    if (stage == nullptr) {
-        return rejectStage(arguments[0]);
-    }
-    const std::string path = arguments.size() == 2 ? arguments[1] : "-";
+void runProgram(int argc, char** argv) {
+    CLI::App app("Prints one stage of a text's way through the formatters.", "ombrel-dump");
+    std::string stage;
+    std::string path = "-";
+    std::string optionsPath;
+    app.add_option("STAGE", stage, "what to print")->required();
+    app.add_option("FILE", path,
+                   "the text, or a configuration for `options`; - or nothing is standard input");
+    app.add_option("--config", optionsPath, "options of the tree formatter for `bridge`, as JSON");
+    app.footer(listStages());
     try {
-        return dump(*stage, path);
-    } catch (const FileError& error) {
-        printProblem(std::cerr, path, {ExitStatus::Usage, error.what()}, {}, Color::Off);
-        return error.kind == FileError::Kind::TooLarge ? ExitStatus::Refused : ExitStatus::Usage;
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        std::cout << app.help();
+        return;
+    } catch (const CLI::ParseError& error) {
+        throw Failure{ExitStatus::Usage, std::string(error.what()) + '\n' + listStages()};
     }
+    const Stage& found = findStage(stage);
+    dump(found, {path, readText(path), optionsPath.empty() ? u"{}" : readText(optionsPath)});
+}
+
+void flush() {
+    if (!std::cout.flush()) {
+        throw Failure{ExitStatus::WriteFailed, "can't write standard output"};
+    }
+}
+
+int fail(ExitStatus status, const std::string& text) {
+    printUsageError(std::cerr, "ombrel-dump", text, Color::Off);
+    return static_cast<int>(status);
 }
 
 } // namespace
@@ -99,9 +119,14 @@ ExitStatus runProgram(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     try {
-        return static_cast<int>(runProgram({argv + 1, argv + argc}));
+        runProgram(argc, argv);
+        flush();
+        return static_cast<int>(ExitStatus::Done);
+    } catch (ExitStatus status) {
+        return static_cast<int>(status);
+    } catch (const Failure& failure) {
+        return fail(failure.status, failure.text);
     } catch (const std::exception& error) {
-        printUsageError(std::cerr, "ombrel-dump", error.what(), Color::Off);
-        return static_cast<int>(ExitStatus::Refused);
+        return fail(ExitStatus::Refused, error.what());
     }
 }
