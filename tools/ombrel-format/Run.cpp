@@ -202,7 +202,7 @@ private:
     void warn(const std::vector<std::string>& warnings) {
         for (const std::string& warning : warnings) {
             if (!arguments.quiet) {
-                console.err << "ombrel-format: warning: " << warning << '\n';
+                console.err << "ombrel-format: warning: " << getPrintableName(warning) << '\n';
             }
         }
     }
