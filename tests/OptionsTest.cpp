@@ -254,6 +254,27 @@ TEST_F(OptionsTest, NamesEveryFaultOfAFile) {
     }
 }
 
+TEST_F(OptionsTest, PlacesTheFaultsOfBrokenTexts) {
+    const std::string text = R"({"extends": ["a"], "overrides": [{"files": "*", "line": {"tabSize": 8}}],)"
+                             R"("formatting": {"separatorPlacement": {"Statements": {"If": "EndOfLine"}}}})";
+    const auto check = [](const std::string& broken) {
+        const OptionsFile file = readOptionsFile(broken);
+        for (const Problem& problem : file.problems) {
+            EXPECT_EQ(problem.line, 1U) << broken;
+            EXPECT_TRUE(1 <= problem.column && problem.column <= broken.size() + 1) << broken;
+        }
+        return file.problems.size();
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        EXPECT_GT(check(text.substr(0, i)), 0U) << i;
+        for (const char c : std::string_view("{}[]\",:0x")) {
+            std::string broken = text;
+            broken[i] = c;
+            check(broken);
+        }
+    }
+}
+
 TEST_F(OptionsTest, TouchesNoFileWhenOptionsAreWrong) {
     const std::string ugly = "if a\nx\nend\n";
     write({{"a.omb", ugly},
