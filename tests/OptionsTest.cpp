@@ -1,3 +1,5 @@
+#include "support/TemporaryFolder.h"
+
 #include <ombrel-format/Run.h>
 #include <ombrel-format/TextEncoding.h>
 #include <ombrel-format/options/OptionsFile.h>
@@ -6,18 +8,15 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
+#include <optional>
 #include <regex>
 #include <sstream>
 #include <variant>
 
-#include <unistd.h>
-
 namespace {
 
 using namespace ombrel;
-namespace fs = std::filesystem;
 
 using Texts = std::map<std::string, std::string>;
 using Words = std::vector<std::string>;
@@ -41,31 +40,18 @@ struct Outcome {
 /// Each test has the current folder for itself.
 class OptionsTest : public testing::Test {
 protected:
-    OptionsTest()
-        : before(fs::current_path()),
-          folder(fs::canonical(testing::TempDir()) / ("options-test-" + std::to_string(::getpid()))) {
-        clear();
-    }
-    ~OptionsTest() override {
-        fs::current_path(before);
-        fs::remove_all(folder);
-    }
+    OptionsTest() : before(std::filesystem::current_path()) { clear(); }
+    ~OptionsTest() override { std::filesystem::current_path(before); }
 
     void clear() {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-        fs::current_path(folder);
+        folder.emplace();
+        std::filesystem::current_path(folder->getPath());
     }
 
-    static void write(const Texts& texts) {
+    void write(const Texts& texts) {
         for (const auto& [name, text] : texts) {
-            fs::create_directories(fs::absolute(name).parent_path());
-            std::ofstream(name) << text;
+            folder->write(name, text);
         }
-    }
-
-    static std::string read(const std::string& name) {
-        return (std::ostringstream() << std::ifstream(name).rdbuf()).str();
     }
 
     Outcome call(const Words& words, const std::string& input = {}) {
@@ -97,8 +83,8 @@ protected:
     }
 
     CountingFileSystem disk;
-    const fs::path before;
-    const fs::path folder;
+    const std::filesystem::path before;
+    std::optional<TemporaryFolder> folder;
 };
 
 std::string indent(int size) {
@@ -123,6 +109,7 @@ TEST_F(OptionsTest, LaysOneSourceOverTheOther) {
         {{}, {"p/a.omb"}, "4 default"},
         {{{name, indent(2)}}, {"p/q/a.omb"}, "2 .ombrel-format.json:1"},
         {{{name, indent(2)}}, {}, "2 .ombrel-format.json:1"},
+        {{{"p/" + name, indent(2)}}, {"p"}, "2 p/.ombrel-format.json:1"},
         {{{"p/" + name, indent(2)}}, {}, "4 default"},
         {{{"p/" + name, indent(2)}}, {"--stdin-filename=p/x"}, "2 p/.ombrel-format.json:1"},
         {{{name, indent(2)}, {"p/" + name, "\n" + indent(5)}}, {"p/a.omb"}, "5 p/.ombrel-format.json:2"},
@@ -267,6 +254,27 @@ TEST_F(OptionsTest, NamesEveryFaultOfAFile) {
     }
 }
 
+TEST_F(OptionsTest, PlacesTheFaultsOfBrokenTexts) {
+    const std::string text = R"({"extends": ["a"], "overrides": [{"files": "*", "line": {"tabSize": 8}}],)"
+                             R"("formatting": {"separatorPlacement": {"Statements": {"If": "EndOfLine"}}}})";
+    const auto check = [](const std::string& broken) {
+        const OptionsFile file = readOptionsFile(broken);
+        for (const Problem& problem : file.problems) {
+            EXPECT_EQ(problem.line, 1U) << broken;
+            EXPECT_TRUE(1 <= problem.column && problem.column <= broken.size() + 1) << broken;
+        }
+        return file.problems.size();
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        EXPECT_GT(check(text.substr(0, i)), 0U) << i;
+        for (const char c : std::string_view("{}[]\",:0x")) {
+            std::string broken = text;
+            broken[i] = c;
+            check(broken);
+        }
+    }
+}
+
 TEST_F(OptionsTest, TouchesNoFileWhenOptionsAreWrong) {
     const std::string ugly = "if a\nx\nend\n";
     write({{"a.omb", ugly},
@@ -290,7 +298,7 @@ TEST_F(OptionsTest, TouchesNoFileWhenOptionsAreWrong) {
           "e/.editorconfig:2:1: error: expected a section"}) {
         EXPECT_NE(outcome.err.find(message), std::string::npos) << message << outcome.err;
     }
-    EXPECT_EQ(read("a.omb"), ugly);
+    EXPECT_EQ(folder->read("a.omb"), ugly);
     EXPECT_EQ(call({"a.omb"}).status, 0);
     EXPECT_EQ(call({"--no-config", "p/b.omb"}).status, 0);
     EXPECT_EQ(call({"--check-syntax", "p/b.omb"}).status, 0);
@@ -326,8 +334,9 @@ TEST_F(OptionsTest, LooksOnceIntoEachFolder) {
     for (const auto& [path, count] : disk.lookUps) {
         EXPECT_EQ(count, 1) << path;
     }
-    EXPECT_TRUE(disk.lookUps.contains(folder / "p/.ombrel-format.json"));
-    EXPECT_FALSE(disk.lookUps.contains(folder / ".ombrel-format.json")); // p has one that stands alone
+    EXPECT_TRUE(disk.lookUps.contains(folder->getPath() / "p/.ombrel-format.json"));
+    EXPECT_FALSE(
+        disk.lookUps.contains(folder->getPath() / ".ombrel-format.json")); // p has one that stands alone
 
     disk.lookUps.clear();
     const OptionsRequest none{{}, true, {}};
@@ -384,13 +393,13 @@ TEST_F(OptionsTest, RefusesWrongWordsOfTheCommandLine) {
 
 TEST_F(OptionsTest, WritesAStarterFileOnce) {
     EXPECT_EQ(call({"--init"}).status, 0);
-    const std::string starter = read(".ombrel-format.json");
+    const std::string starter = folder->read(".ombrel-format.json");
     EXPECT_TRUE(readOptionsFile(starter).problems.empty());
     write({{".ombrel-format.json", "mine"}});
     const Outcome again = call({"--init"});
     EXPECT_EQ(again.status, 6);
     EXPECT_EQ(again.err, ".ombrel-format.json: error: can't make it: File exists\n");
-    EXPECT_EQ(read(".ombrel-format.json"), "mine");
+    EXPECT_EQ(folder->read(".ombrel-format.json"), "mine");
 }
 
 } // namespace

@@ -31,9 +31,9 @@ constexpr const char* nothingToDo =
 class Run {
 public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files), options(arguments.options, files),
+        : arguments(arguments), console(console), files(files), resolver(arguments.options, files),
           reporters(arguments, console, files, console.getErrColor(arguments.color)),
-          formatter(arguments, options, console, files, reporters.wantsFirstChangedLine()) {}
+          formatter(arguments, resolver, console, files, reporters.wantsFirstChangedLine()) {}
 
     ExitStatus processAll() {
         if (arguments.init) {
@@ -75,8 +75,8 @@ private:
 
     /// False if there is a fault in one of the options files. Then all faults have been reported.
     bool prepareOptions(const std::vector<std::string>& names) {
-        const std::vector<OptionsFault> faults = options.prepare(names);
-        printFaults(console.err, faults, options, console.getErrColor(arguments.color));
+        const std::vector<OptionsFault> faults = resolver.prepare(names);
+        printFaults(console.err, faults, resolver, console.getErrColor(arguments.color));
         return faults.empty();
     }
 
@@ -90,12 +90,15 @@ private:
 
     /// The options for the paths that the user wrote; those below folders aren't searched for.
     ExitStatus printOptions() {
+        std::vector<std::string> names;
         for (const std::string& path : arguments.paths) {
-            const std::string name = files.isFolder(path) ? path + '/' : arguments.getShownName(path);
-            if (!prepareOptions({name})) {
-                return ExitStatus::Usage;
-            }
-            print(getPrintableName(name) + ":\n" + describeOptions(options.explain(name)));
+            names.push_back(files.isFolder(path) ? path + '/' : arguments.getShownName(path));
+        }
+        if (!prepareOptions(names)) {
+            return ExitStatus::Usage;
+        }
+        for (const std::string& name : names) {
+            print(getPrintableName(name) + ":\n" + describeOptions(resolver.explain(name)));
         }
         return finish();
     }
@@ -235,7 +238,7 @@ private:
     const Arguments& arguments;
     Console& console;
     FileSystem& files;
-    OptionsResolver options;
+    OptionsResolver resolver;
     ReporterSet reporters;
     FileFormatter formatter;
     Summary summary;
