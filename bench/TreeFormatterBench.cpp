@@ -82,15 +82,11 @@ MakeText between(std::u16string head, std::u16string piece, std::u16string tail)
     return [=](std::size_t size) { return head + repeat(piece, size / piece.size()) + tail; };
 }
 
-/// Units as deep as a program may nest, one behind the other.
-MakeText nested(std::u16string_view head, std::u16string_view open, std::u16string_view middle,
+/// Units nearly as deep as a program may nest, one behind the other.
+MakeText nested(const std::u16string& head, std::u16string_view open, const std::u16string& middle,
                 std::u16string_view close) {
-    constexpr std::size_t depth = 120;
-    std::u16string unit(head);
-    unit += repeat(open, depth);
-    unit += middle;
-    unit += repeat(close, depth);
-    return between(u"", unit + u";\n", u"");
+    constexpr std::size_t depth = 250;
+    return between(u"", head + repeat(open, depth) + middle + repeat(close, depth) + u";\n", u"");
 }
 
 struct Family {
@@ -105,8 +101,8 @@ const std::vector<Family>& getFamilies() {
         {"matrix_row", between(u"x = [1", u" 2", u"];")},
         {"arguments", between(u"x = f(1", u", a", u");")},
         {"fields", between(u"x = a", u".b", u";")},
-        {"calls", between(u"x = a", u"(1)", u";")},
-        {"transposes", between(u"x = a", u"'", u";")},
+        {"calls", nested(u"x = a", u"(1)", u"", u"")},
+        {"transposes", nested(u"x = a", u"'", u"", u"")},
         {"blocks", nested(u"", u"if a\n", u"b;\n", u"end\n")},
         {"parentheses", nested(u"x = ", u"(", u"a", u")")},
         {"sums", nested(u"x = ", u"(a + ", u"a", u")")},
