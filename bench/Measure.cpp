@@ -2,17 +2,17 @@
 
 #include <malloc.h>
 
-#include <chrono>
+#include <ctime>
 #include <fstream>
 #include <map>
-#include <utility>
 
 namespace {
 
+/// Seconds on the processor, not on the wall: other work on the machine doesn't count.
 double getSeconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 double getSecondsOfCopy(const std::u16string& text) {
@@ -47,11 +47,17 @@ double getPeakBytes(const std::function<void()>& work) {
     return getStatus("VmHWM") - before;
 }
 
+/// How long a text of some size took.
+struct Run {
+    double size;
+    double seconds;
+};
+
 } // namespace
 
 void measure(benchmark::State& state, const std::string& family, const std::u16string& text,
              const std::function<void()>& work) {
-    static std::map<std::pair<std::string, std::size_t>, double> earlierRuns;
+    static std::map<std::string, Run> latestRuns;
 
     const double peak = getPeakBytes(work);
     double best = getSeconds(work);
@@ -62,10 +68,9 @@ void measure(benchmark::State& state, const std::string& family, const std::u16s
     state.counters["chars/s"] = size / best;
     state.counters["x_copy"] = best / getSecondsOfCopy(text);
     state.counters["bytes/char"] = peak / size;
-    earlierRuns[{family, text.size()}] = best;
-    for (std::size_t half = text.size() / 2 - 8; half <= text.size() / 2 + 8; ++half) {
-        if (const auto run = earlierRuns.find({family, half}); run != earlierRuns.end()) {
-            state.counters["growth"] = best / run->second;
-        }
+    Run& latest = latestRuns[family];
+    if (latest.size > 0.45 * size && latest.size < 0.55 * size) {
+        state.counters["growth"] = 2 * (best / size) / (latest.seconds / latest.size);
     }
+    latest = {size, best};
 }

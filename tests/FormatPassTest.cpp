@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <stdexcept>
 
@@ -78,6 +79,35 @@ std::shared_ptr<FormatTree> makeStatements(std::size_t count) {
         statements.push_back(builder.take("L").front());
     }
     return builder.finish(builder.container(Kind::None, statements));
+}
+
+/// Counts the questions about trimming, one for each time that a gap is measured or printed.
+class CountingConfig : public TestConfig {
+public:
+    using TestConfig::TestConfig;
+
+    bool getTrimUnnecessaryWhitespace() const override {
+        ++count;
+        return TestConfig::getTrimUnnecessaryWhitespace();
+    }
+
+    mutable std::size_t count = 0;
+};
+
+/// What it takes to format so many repetitions of a text: nodes, edges and questions.
+std::array<std::size_t, 3> measureWork(std::u16string_view unit, std::size_t repetitions,
+                                       FormattingConfig::LineBreakBehavior behavior) {
+    std::u16string text;
+    for (std::size_t i = 0; i < repetitions; ++i) {
+        text += unit;
+    }
+    const auto tree = std::make_shared<FormatTree>(text);
+    const auto config = std::make_shared<CountingConfig>(
+        TestOptions{.trim = true, .indentation = true, .lineBreaking = true, .lineBreakBehavior = behavior});
+    FormatPass pass(tree, config);
+    pass.run();
+    EXPECT_EQ(pass.getEffort().nodesRun, tree->getNodes().size());
+    return {pass.getEffort().nodesRun, pass.getEffort().edgesVisited, config->count};
 }
 
 FormatPass::Effort measureEffort(std::size_t statements) {
@@ -164,4 +194,23 @@ TEST(FormatPass, VisitsEachDependencyOnce) {
     const auto large = measureEffort(1000);
     EXPECT_EQ(large.nodesRun, 2U + 1000 * 7);
     EXPECT_EQ(large.edgesVisited, 1U + 1000 * (6 * 2 + 3) - 2);
+}
+
+TEST(FormatPass, WorksInProportionToTheText) {
+    using Behavior = FormattingConfig::LineBreakBehavior;
+    const std::u16string_view units[] = {
+        u"if a\n  x = f(a, (b + c) * 2); % note\nelse\n\n  y = [1 2; 3 4];\nend\n",
+        u"x = ((((((((((((((((((((a + b) * c))))))))))))))))))) + {1, {2, {3, {4}}}};\n",
+        u"while a, while b, while c, switch d, case {1, 2}, disp(e(f(g))), end, end, end, end\n",
+    };
+    for (const auto unit : units) {
+        for (const auto behavior : {Behavior::AllowSingleLine, Behavior::AllowMultiplePerLine}) {
+            const auto one = measureWork(unit, 10, behavior);
+            const auto two = measureWork(unit, 20, behavior);
+            const auto three = measureWork(unit, 30, behavior);
+            for (std::size_t i = 0; i < one.size(); ++i) {
+                EXPECT_EQ(three[i] - two[i], two[i] - one[i]) << "count " << i;
+            }
+        }
+    }
 }

@@ -121,7 +121,21 @@ bool isPrefixOperation(std::int32_t operatorNumber) {
 void appendNumber(std::u16string& text, std::size_t number) {
     char digits[std::numeric_limits<std::size_t>::digits10 + 1];
     const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    text.append(std::begin(digits), end);
+    for (const char* digit = digits; digit != end; ++digit) {
+        text += static_cast<char16_t>(*digit);
+    }
+}
+
+/// Name of the run of tokens from `first` up to `end`.
+std::u16string makeRunName(std::size_t first, std::size_t end) {
+    constexpr std::size_t usualLength = 32;
+    std::u16string name;
+    name.reserve(usualLength);
+    name = u"WhitespaceNode_T";
+    appendNumber(name, first);
+    name += u"_T";
+    appendNumber(name, end);
+    return name;
 }
 
 /// The walk. Lives as long as the constructor of the tree.
@@ -129,6 +143,9 @@ class FormattingParser {
 public:
     FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens)
         : allocator(&allocator), tokens(&tokens) {
+        const std::size_t usualNodeCount = 2 * tokens.size();
+        allocator.reserveCleanUps(usualNodeCount);
+        nodes.reserve(usualNodeCount);
         programIndentNode = make<ProgramIndentNode>();
         currentIndentNode = programIndentNode;
     }
@@ -140,8 +157,8 @@ public:
 
     IndentNode* getProgramIndentNode() const { return programIndentNode; }
 
-    /// Every node made so far in creation order, the outermost level first.
-    const std::vector<FormatNode*>& getNodes() const { return nodes; }
+    /// Every node that was made in creation order, the outermost level first.
+    std::vector<FormatNode*> takeNodes() { return std::move(nodes); }
 
 private:
     /// The tree rule of one syntax node: steps that take what comes next, from left to right, and at last a
@@ -247,19 +264,11 @@ private:
             hasComment = hasComment || token.isComment();
             run.push_back(&token);
         }
-        auto name = makeRunName(first);
+        auto name = makeRunName(first, tokenIndex);
         if (hasComment) {
             return make<CommentNode>(currentIndentNode, run, std::move(name));
         }
         return make<NodeClass>(arguments..., currentIndentNode, run, std::move(name));
-    }
-
-    std::u16string makeRunName(std::size_t first) const {
-        std::u16string name = u"WhitespaceNode_T";
-        appendNumber(name, first);
-        name += u"_T";
-        appendNumber(name, tokenIndex);
-        return name;
     }
 
     /// Type of the next token of code. `EndOfInput`, which is one, stands last.
@@ -969,7 +978,7 @@ FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi
     FormattingParser parser(allocator, tokens);
     rootText = parser.programFile(*analysis->getProgramFile());
     rootIndent = parser.getProgramIndentNode();
-    nodes = parser.getNodes();
+    nodes = parser.takeNodes();
     linkLeaves();
 }
 

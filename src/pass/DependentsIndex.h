@@ -2,39 +2,40 @@
 
 #include "pass/NodeTable.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace ca::formatting {
 
-class FormatNode;
-
-/// Answers who waits for a node. All dependencies stand in one list; those that lead to the same node are
-/// chained, newest first.
+/// Answers who waits for a node. All dependencies stand in one list, as edges that are chained by bucket, the
+/// newest first. Nothing is looked up to add one, and to visit those of a node means to walk the chain of its
+/// bucket past the few that lead to others.
+///
+/// An edge leads straight to an entry of the table of pending nodes, which therefore must not grow beyond
+/// what was reserved for it.
 class DependentsIndex {
 public:
-    /// `memory` outlives the index.
-    DependentsIndex(std::size_t nodeCount, std::pmr::memory_resource* memory) : newestEdges(memory) {
-        newestEdges.reserve(nodeCount);
-        edges.reserve(2 * nodeCount);
+    using Waiting = PendingTable::iterator;
+
+    explicit DependentsIndex(std::size_t nodeCount) : newestEdges(std::bit_ceil(nodeCount + 1), noEdge) {
+        edges.reserve(3 * nodeCount);
     }
 
-    void add(const FormatNode* dependency, FormatNode* waiting) {
-        auto& newest = newestEdges.try_emplace(dependency, noEdge).first->second;
-        edges.push_back({waiting, newest});
+    void add(const FormatNode* dependency, Waiting waiting) {
+        auto& newest = newestEdges[getBucket(dependency)];
+        edges.push_back({dependency, waiting, newest});
         newest = edges.size() - 1;
     }
 
-    /// Calls `visit` with each node that waits for `dependency`.
+    /// Calls `visit` with the entry of each node that waits for `dependency`.
     template <class Visitor>
     void visitWaiting(const FormatNode* dependency, Visitor&& visit) const {
-        const auto newest = newestEdges.find(dependency);
-        if (newest == newestEdges.end()) {
-            return;
-        }
-        for (std::size_t edge = newest->second; edge != noEdge; edge = edges[edge].older) {
-            visit(edges[edge].waiting);
+        for (std::size_t i = newestEdges[getBucket(dependency)]; i != noEdge; i = edges[i].older) {
+            if (edges[i].dependency == dependency) {
+                visit(edges[i].waiting);
+            }
         }
     }
 
@@ -42,11 +43,17 @@ private:
     static constexpr std::size_t noEdge = SIZE_MAX;
 
     struct Edge {
-        FormatNode* waiting;
-        std::size_t older; ///< the edge before this one with the same dependency
+        const FormatNode* dependency;
+        Waiting waiting;
+        std::size_t older; ///< the edge before this one in the same bucket
     };
 
-    NodeTable<std::size_t> newestEdges;
+    /// The number of buckets is a power of two.
+    std::size_t getBucket(const FormatNode* node) const {
+        return NodeHash()(node) & (newestEdges.size() - 1);
+    }
+
+    std::vector<std::size_t> newestEdges; ///< of each bucket
     std::vector<Edge> edges;
 };
 

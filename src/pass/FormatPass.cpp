@@ -20,17 +20,19 @@ DependentsIndex FormatPass::seed() {
     const auto& nodes = tree->getNodes();
     pendingDependencies.reserve(nodes.size());
     endColumns.reserve(nodes.size());
-    DependentsIndex dependents(nodes.size(), &memory);
+    DependentsIndex dependents(nodes.size());
     for (FormatNode* node : nodes) {
-        auto dependencies = node->getDependencies();
+        const auto dependencies = node->getDependencies();
         if (dependencies.empty()) {
             readyNodes.push_back(node);
             continue;
         }
+        const auto waiting = pendingDependencies.try_emplace(node, PassAllocator<FormatNode*>(memory)).first;
+        waiting->second.max_load_factor(fewNodesLoadFactor);
+        waiting->second.insert(dependencies.begin(), dependencies.end());
         for (const FormatNode* dependency : dependencies) {
-            dependents.add(dependency, node);
+            dependents.add(dependency, waiting);
         }
-        pendingDependencies.emplace(node, std::move(dependencies));
     }
     return dependents;
 }
@@ -41,21 +43,19 @@ void FormatPass::solve(const DependentsIndex& dependents) {
         readyNodes.pop_back();
         ++effort.nodesRun;
         node->format(*this);
-        dependents.visitWaiting(node, [&](FormatNode* waiting) {
+        dependents.visitWaiting(node, [&](PendingTable::iterator waiting) {
             ++effort.edgesVisited;
             satisfyDependency(waiting, node);
         });
     }
 }
 
-void FormatPass::satisfyDependency(FormatNode* waiting, FormatNode* dependency) {
-    const auto pending = pendingDependencies.find(waiting);
-    if (pending == pendingDependencies.end() || pending->second.erase(dependency) == 0) {
-        return;
-    }
-    if (pending->second.empty()) {
-        pendingDependencies.erase(pending);
-        readyNodes.push_back(waiting);
+void FormatPass::satisfyDependency(PendingTable::iterator waiting, FormatNode* dependency) {
+    auto& [node, dependencies] = *waiting;
+    dependencies.erase(dependency);
+    if (dependencies.empty()) {
+        readyNodes.push_back(node);
+        pendingDependencies.erase(waiting);
     }
 }
 

@@ -7,9 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <memory_resource>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace ca::formatting {
@@ -83,17 +81,17 @@ public:
 private:
     DependentsIndex seed();
     void solve(const DependentsIndex& dependents);
-    void satisfyDependency(FormatNode* waiting, FormatNode* dependency);
+    void satisfyDependency(PendingTable::iterator waiting, FormatNode* dependency);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    std::pmr::monotonic_buffer_resource memory; ///< of the entries of all tables
-    NodeTable<std::unordered_set<FormatNode*>> pendingDependencies{&memory};
+    PassMemory memory; ///< of the entries of all tables
+    PendingTable pendingDependencies{memory};
     std::vector<FormatNode*> readyNodes; ///< a stack
-    NodeTable<std::u16string> indentations{&memory};
-    NodeTable<std::uint64_t> endColumns{&memory};
-    NodeTable<WhitespaceDecision> breakDecisions{&memory};
+    NodeTable<std::u16string> indentations{memory};
+    NodeTable<std::uint64_t> endColumns{memory};
+    NodeTable<WhitespaceDecision> breakDecisions{memory};
     Effort effort;
 };
 

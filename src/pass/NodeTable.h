@@ -1,9 +1,12 @@
 #pragma once
 
+#include "pass/PassMemory.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <memory_resource>
+#include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace ca::formatting {
 
@@ -17,9 +20,13 @@ struct NodeHash {
     }
 };
 
-/// A table by node. Its entries come one behind the other from a memory resource that lives as long as the
-/// pass, since taking and freeing them one by one would cost more than all that the nodes do.
-template <class Value>
-using NodeTable = std::pmr::unordered_map<const FormatNode*, Value, NodeHash>;
+/// A table by node.
+template <class Value, class Node = const FormatNode*>
+using NodeTable =
+    std::unordered_map<Node, Value, NodeHash, std::equal_to<>, PassAllocator<std::pair<const Node, Value>>>;
+
+/// For each node that can't run yet, what it still waits for. The nodes of a set lie right behind its entry.
+using PendingNodes = std::unordered_set<FormatNode*, NodeHash, std::equal_to<>, PassAllocator<FormatNode*>>;
+using PendingTable = NodeTable<PendingNodes, FormatNode*>;
 
 } // namespace ca::formatting

@@ -27,6 +27,9 @@ public:
 
     void addCleanUp(std::function<void()> cleanUp);
 
+    /// Makes room for as many clean-ups in all. No more than a hint.
+    void reserveCleanUps(std::size_t count) { cleanUps.reserve(count); }
+
     /// What the arena handed out and what it took for that. All sizes in bytes.
     struct Counters {
         std::size_t smallRequests = 0;

@@ -12,7 +12,7 @@ namespace {
 
 /// The child as a gap where a line break may be chosen, null if it isn't one.
 const WhitespaceNode* getCandidate(const TextNode* child, const std::shared_ptr<FormattingConfig>& config) {
-    const auto* whitespace = dynamic_cast<const WhitespaceNode*>(child);
+    const WhitespaceNode* whitespace = child->asWhitespace();
     return whitespace != nullptr && whitespace->isLineBreakCandidate(config) ? whitespace : nullptr;
 }
 
@@ -83,6 +83,7 @@ ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, std::vector<T
 
 std::unordered_set<FormatNode*> ContainerNode::getDependencies() const {
     std::unordered_set<FormatNode*> dependencies;
+    dependencies.max_load_factor(fewNodesLoadFactor);
     if (parent) {
         dependencies.insert(*parent);
     }
@@ -90,7 +91,7 @@ std::unordered_set<FormatNode*> ContainerNode::getDependencies() const {
         dependencies.insert(*before);
     }
     for (const TextNode* child : children) {
-        if (const auto* whitespace = dynamic_cast<const WhitespaceNode*>(child)) {
+        if (const WhitespaceNode* whitespace = child->asWhitespace()) {
             dependencies.insert(whitespace->getIndent());
         }
     }
@@ -163,7 +164,7 @@ std::optional<std::uint64_t> ContainerNode::getInlineWidth(std::shared_ptr<Forma
 
 LeafNode* ContainerNode::getFirstLeaf() const {
     TextNode* node = children.front();
-    while (auto* container = dynamic_cast<ContainerNode*>(node)) {
+    while (const ContainerNode* container = node->asContainer()) {
         node = container->children.front();
     }
     return static_cast<LeafNode*>(node);

@@ -24,6 +24,8 @@ public:
     DebugTable getDebugTable() const override;
     std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const override;
 
+    const ContainerNode* asContainer() const override { return this; }
+
     std::vector<TextNode*> getChildren() const { return children; }
 
     /// The leftmost leaf under this node.

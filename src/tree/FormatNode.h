@@ -35,6 +35,10 @@ public:
     virtual DebugTable getDebugTable() const = 0;
 };
 
+/// So many nodes to a bucket: a set of a few, which nearly all are, needs no table of buckets then, and
+/// taking one would cost more than all that is done with the set.
+constexpr float fewNodesLoadFactor = 16;
+
 /// The debug table of a node that holds others: their rows in order, and a bracket with the label around.
 template <class Nodes>
 DebugTable makeGroupTable(const Nodes& nodes, std::u16string_view label) {

@@ -28,18 +28,19 @@ void FormatTree::linkLeaves() {
     while (!open.empty()) {
         TextNode* node = open.back();
         open.pop_back();
-        if (auto* leaf = dynamic_cast<LeafNode*>(node)) {
-            if (last) {
-                (*last)->setNext(leaf);
-                leaf->setPrevious(*last);
-            } else {
-                firstLeaf = leaf;
-            }
-            last = leaf;
-        } else {
-            const auto children = static_cast<ContainerNode*>(node)->getChildren();
+        if (const ContainerNode* container = node->asContainer()) {
+            const auto children = container->getChildren();
             open.insert(open.end(), children.rbegin(), children.rend());
+            continue;
         }
+        auto* leaf = static_cast<LeafNode*>(node);
+        if (last) {
+            (*last)->setNext(leaf);
+            leaf->setPrevious(*last);
+        } else {
+            firstLeaf = leaf;
+        }
+        last = leaf;
     }
 }
 

@@ -9,18 +9,16 @@ LeafNode::LeafNode(IndentNode* indent) : indent(indent) {
     indent->appendMember(this);
 }
 
-/// A list of known length gets a table of just that size, and there is one for each leaf.
 std::unordered_set<FormatNode*> LeafNode::getDependencies() const {
-    if (previous && parent) {
-        return {*previous, *parent};
-    }
+    std::unordered_set<FormatNode*> dependencies;
+    dependencies.max_load_factor(fewNodesLoadFactor);
     if (previous) {
-        return {*previous};
+        dependencies.insert(*previous);
     }
     if (parent) {
-        return {*parent};
+        dependencies.insert(*parent);
     }
-    return {};
+    return dependencies;
 }
 
 } // namespace ca::formatting

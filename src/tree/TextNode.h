@@ -10,6 +10,7 @@
 namespace ca::formatting {
 
 class ContainerNode;
+class WhitespaceNode;
 
 /// Something that takes up space in the output: a group of text nodes or a leaf.
 class TextNode : public FormatNode {
@@ -17,6 +18,11 @@ public:
     /// Width of the node if it stands on one line, in 16-bit characters; empty if that can't be told. Needs
     /// the options only, so a node can be measured before it has run.
     virtual std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const = 0;
+
+    /// The node as a container or as a gap, null if it is none. Whoever walks over children asks this of each
+    /// of them, and for that a dynamic_cast takes too long.
+    virtual const ContainerNode* asContainer() const { return nullptr; }
+    virtual const WhitespaceNode* asWhitespace() const { return nullptr; }
 
     /// The container around this node; empty for the outermost.
     std::optional<ContainerNode*> getParent() const { return parent; }

@@ -9,9 +9,10 @@ namespace {
 
 class Classifier {
 public:
-    explicit Classifier(const std::vector<const Token*>& run) : run(run) { items.reserve(run.size() + 1); }
+    explicit Classifier(const std::vector<const Token*>& run) : run(run) {}
 
     std::vector<WhitespaceItem> classify() {
+        items.reserve(run.size() + countBareLineStarts());
         for (index = 0; index < run.size(); ++index) {
             addToken();
         }
@@ -74,6 +75,16 @@ private:
             items.push_back({WhitespaceItemKind::InlineWhitespaceItem, run[index], blankCarry});
         }
         atLineStart = false;
+    }
+
+    /// Lines that begin without blanks. Their line starts are the items that have no token.
+    std::size_t countBareLineStarts() const {
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < run.size(); ++i) {
+            const bool areBlanksNext = i + 1 < run.size() && run[i + 1]->type == TokenType::Whitespace;
+            count += run[i]->isEndOfLine() && !areBlanksNext ? 1 : 0;
+        }
+        return count;
     }
 
     bool isLast() const { return index + 1 == run.size(); }

@@ -15,6 +15,7 @@ class WhitespaceNode : public LeafNode {
 public:
     std::unordered_set<FormatNode*> getDependencies() const override;
     std::u16string getName() const override;
+    const WhitespaceNode* asWhitespace() const override { return this; }
 
     /// Whether a line break may be chosen here.
     virtual bool isLineBreakCandidate(std::shared_ptr<FormattingConfig> config) const = 0;

@@ -113,7 +113,8 @@ bool BinaryOperationWhitespaceNode::isLineBreakCandidate(std::shared_ptr<Formatt
 }
 
 WhitespaceDecision BinaryOperationWhitespaceNode::getEffectiveDecision(FormatPass& pass) const {
-    if (pass.getConfig()->getLineBreakingEnabled() && !isLineBreakCandidate(pass.getConfig())) {
+    const auto config = pass.getConfig();
+    if (config->getLineBreakingEnabled() && !isLineBreakCandidate(config)) {
         return WhitespaceDecision::NoLineBreak;
     }
     return pass.getBreakDecision(*this);
