@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 #include <sstream>
 #include <variant>
@@ -23,17 +24,18 @@ public:
         return found->second;
     }
 
-    void replace(const std::string& path, const std::string& bytes) override {
+    void replace(const std::string& path, const std::string& before, const std::string& after) override {
         if (isFull) {
             throw FileError(FileError::Kind::Unwritable, "the disk is full");
         }
-        files[path] = bytes;
+        EXPECT_EQ(files[path], before);
+        files[path] = after;
         ++replaced;
     }
 
     std::map<std::string, std::string> files;
     bool isFull = false;
-    int replaced = 0;
+    std::atomic<int> replaced = 0;
 };
 
 struct Outcome {
@@ -103,7 +105,7 @@ TEST_F(CommandLine, WritesOnlyChangedFiles) {
     const Outcome outcome = call({"-i", "-v", "a", "b"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "a: formatted\nb: unchanged\n");
+    EXPECT_EQ(outcome.err, "a: formatted\nb: unchanged\n1 of 2 files formatted\n");
     EXPECT_EQ(disk.files["a"], tidy);
     EXPECT_EQ(disk.replaced, 1);
 }
@@ -176,11 +178,12 @@ TEST_F(CommandLine, CheckSyntaxPrintsEverySyntaxErrorAndNothingElse) {
 
     const Outcome fine = call({"--check-syntax", "-v", "--engine", "tree", "ugly", "-"}, "");
     EXPECT_EQ(fine.status, 0);
-    EXPECT_EQ(fine.out + fine.err, "");
+    EXPECT_EQ(fine.out + fine.err, "0 of 2 files don't parse\n");
 
     const Outcome unreadable = call({"--check-syntax", "none", "bad"});
     EXPECT_EQ(unreadable.status, 4);
-    EXPECT_EQ(unreadable.err, "none: error: can't open it\n" + errors);
+    EXPECT_EQ(unreadable.err,
+              "none: error: can't open it\n" + errors + "1 of 2 files doesn't parse, 1 failed\n");
     EXPECT_EQ(call({"--check-syntax"}, "\xFF").status, 3);
 
     for (const char* other : {"-i", "--diff", "--check", "--lines=1:1"}) {

@@ -24,7 +24,8 @@ using ca::formatting::legacy::FunctionStyle;
 constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
 
 constexpr const char* description =
-    "Formats Ombrel source: FILEs, or standard input if there is none, to standard output.";
+    "Formats Ombrel source: FILEs and the *.omb files of FOLDERs, or standard input if there is neither, to "
+    "standard output.";
 
 constexpr const char* footer =
     "Exit status, the largest wins: 0 done; 1 would change (--check, --diff); 2 wrong options or unreadable\n"
@@ -51,8 +52,9 @@ LineRange parseRange(const std::string& text) {
     return {*first, *last};
 }
 
+/// `shownDefault` is for the help text; empty: the number that is in `target`.
 CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& target, std::uint32_t low,
-                       std::uint32_t high, const std::string& help) {
+                       std::uint32_t high, const std::string& help, const std::string& shownDefault = {}) {
     const auto store = [=, &target](const std::string& text) {
         const auto number = parseNumber(text);
         if (!number || *number < low || *number > high) {
@@ -61,7 +63,10 @@ CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& ta
         }
         target = *number;
     };
-    return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, target))
+    return app
+        .add_option_function<std::string>(
+            name, store,
+            fmt::format("{} [{}]", help, shownDefault.empty() ? std::to_string(target) : shownDefault))
         ->type_name("N");
 }
 
@@ -88,6 +93,13 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, co
     };
     return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, words.front()))
         ->type_name(list);
+}
+
+CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& target,
+                      const std::string& help) {
+    return app.add_option(name, target, help)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void addModes(CLI::App& app, Arguments& arguments) {
@@ -123,6 +135,51 @@ void addLineOptions(CLI::App& app, LineOptions& options) {
                               "Blank lines lose their blanks, stay, or are indented");
 }
 
+/// Patterns of the command line. The parser keeps each option's, and their common order matters.
+struct PatternOptions {
+    std::vector<std::string> excluded;
+    std::vector<std::string> included;
+
+    std::vector<std::string> join(const CLI::App& app) const {
+        std::vector<std::string> patterns;
+        auto nextExcluded = excluded.begin();
+        auto nextIncluded = included.begin();
+        for (const CLI::Option* option : app.parse_order()) {
+            if (option->check_name("--exclude")) {
+                patterns.push_back(*nextExcluded++);
+            } else if (option->check_name("--include")) {
+                patterns.push_back('!' + *nextIncluded++);
+            }
+        }
+        return patterns;
+    }
+};
+
+void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& patterns) {
+    app.add_option("--files-from", options.pathList, "Read more paths, one a line; - is standard input")
+        ->type_name("FILE");
+    app.add_flag("-0", options.isPathListNulEnded, "The paths of --files-from end in NUL");
+    addTexts(app, "--exclude", patterns.excluded,
+             "Leave out what matches, as in an ignore file of the current folder; repeatable")
+        ->type_name("PATTERN");
+    addTexts(
+        app, "--include", patterns.included,
+        "Take what matches, whatever it is called; of --exclude and --include the last decides; repeatable")
+        ->type_name("PATTERN");
+    app.add_flag_callback(
+        "--no-gitignore", [&options] { options.honorsGitignore = false; }, "Take files that git ignores too");
+    app.add_flag("--force-exclude", options.forcesExclusion, "Leave out named files and folders too");
+    app.add_flag("--list-files", options.listsOnly,
+                 "Say which files would be taken or left and why, and stop");
+    app.add_flag("--allow-no-files", options.allowsNoFiles, "Having nothing to do is no error");
+}
+
+void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
+    app.add_flag("--allow-hard-links", rules.allowsHardLinks,
+                 "Replace files that have other names too, which keep the old text");
+    app.add_flag("--force-read-only", rules.allowsReadOnly, "Replace read-only files too");
+}
+
 void addGeneralOptions(CLI::App& app, Arguments& arguments) {
     app.add_option("--stdin-filename", arguments.stdinName, "Name of standard input in messages")
         ->type_name("NAME");
@@ -130,6 +187,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
+    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files in work at a time, 1 to 1024", "all cores");
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
@@ -139,7 +197,7 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
 /// The parser would read a path such as [a,b] as a list of two, so paths are what it leaves over, and the
 /// option is there for the help text only.
 std::string makeHelp(CLI::App& app, std::vector<std::string>& paths) {
-    app.add_option("FILE", paths, "Files to read; - is standard input")->type_name("");
+    app.add_option("PATH", paths, "Files and folders; - is standard input")->type_name("");
     return app.help();
 }
 
@@ -166,9 +224,6 @@ std::string takePaths(const CLI::App& app, std::vector<std::string>& paths) {
             const std::string name = word.starts_with("-=") ? word : word.substr(0, word.find('='));
             return "unknown option " + name + suggest(name, getOptionNames(app));
         }
-    }
-    if (paths.empty()) {
-        paths.emplace_back("-");
     }
     return {};
 }
@@ -199,14 +254,16 @@ bool isFormattingAsked(const Arguments& arguments) {
 
 /// A message if the options are fine one by one but not together; empty if they are.
 std::string findContradiction(const Arguments& arguments) {
-    const auto standardInputs = std::count(arguments.paths.begin(), arguments.paths.end(), "-");
+    const SearchOptions& search = arguments.search;
+    const auto standardInputs =
+        std::count(arguments.paths.begin(), arguments.paths.end(), "-") + (search.pathList == "-" ? 1 : 0);
     if (arguments.checkSyntax && isFormattingAsked(arguments)) {
         return "--check-syntax formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
     }
     if (arguments.inPlace && (arguments.check || arguments.diff)) {
         return "--in-place writes, --check and --diff don't: use one or the other";
     }
-    if (arguments.inPlace && standardInputs > 0) {
+    if (arguments.inPlace && std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
         return "--in-place needs files: standard input can't be written back";
     }
     if (standardInputs > 1) {
@@ -214,6 +271,9 @@ std::string findContradiction(const Arguments& arguments) {
     }
     if (!arguments.lines.empty() && arguments.paths.size() > 1) {
         return "--lines goes with one file";
+    }
+    if (search.isPathListNulEnded && search.pathList.empty()) {
+        return "-0 goes with --files-from";
     }
     if (!arguments.lines.empty() && arguments.engine == Engine::Tree) {
         return "--lines goes with the line engine";
@@ -248,7 +308,10 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     app.allow_extras();
     app.footer(footer);
     addModes(app, arguments);
+    PatternOptions patterns;
     addLineOptions(app, arguments.lineOptions);
+    addSearchOptions(app, arguments.search, patterns);
+    addReplacementRules(app, arguments.replacement);
     addGeneralOptions(app, arguments);
     refuseFlagValues(app);
     if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
@@ -266,6 +329,10 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
         return refuse(message);
     }
+    if (arguments.paths.empty() && arguments.search.pathList.empty()) {
+        arguments.paths.emplace_back("-");
+    }
+    arguments.search.patterns = patterns.join(app);
     if (const std::string message = findContradiction(arguments); !message.empty()) {
         return refuse(message);
     }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "ExitStatus.h"
+#include "FileSystem.h"
 #include "Options.h"
+#include "SearchOptions.h"
 
+#include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
@@ -13,7 +16,8 @@ enum class ColorChoice { Auto, Always, Never };
 
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
-    std::vector<std::string> paths; ///< at least one; "-" is standard input
+    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless there is a list of paths
+    SearchOptions search;
     bool inPlace = false;
     bool check = false;
     bool diff = false;
@@ -25,6 +29,10 @@ struct Arguments {
     LineOptions lineOptions;
     std::string stdinName = "<stdin>";
     ColorChoice color = ColorChoice::Auto;
+    std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
+    ReplacementRules replacement;
+
+    bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
 };
 
 /// The end of a run before it has begun: help, version, or a usage error.

@@ -1,9 +1,14 @@
 #include "FileSystem.h"
 
+#include "File.h"
+#include "Interruption.h"
+#include "TemporaryFile.h"
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
-#include <random>
+#include <string_view>
 #include <system_error>
 
 #include <fcntl.h>
@@ -17,126 +22,35 @@ namespace {
 
 using Kind = FileError::Kind;
 
-FileError makeError(Kind kind, const char* what, int errorNumber) {
-    return {kind, fmt::format("{}: {}", what, std::generic_category().message(errorNumber))};
+/// Reads at most so many bytes, fewer only at the end of the file.
+std::size_t readSome(int descriptor, char* buffer, std::size_t size, Kind kind) {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = ::read(descriptor, buffer + done, size - done);
+        if (count == 0) {
+            break;
+        }
+        if (count < 0 && errno != EINTR) {
+            throw makeFileError(kind, "can't read it", errno);
+        }
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return done;
 }
-
-/// Owns an open file. `what` in the members below says what was tried, for the message.
-class File {
-public:
-    File(const std::string& path, int flags, mode_t mode, Kind kind, const char* what)
-        : descriptor(::open(path.c_str(), flags | O_CLOEXEC, mode)) {
-        if (descriptor < 0) {
-            throw makeError(kind, what, errno);
-        }
-    }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() { ::close(descriptor); }
-
-    int get() const { return descriptor; }
-
-private:
-    int descriptor;
-};
-
-/// Keeps the signals that end a program away while a temporary file is there: it would be left behind.
-class SignalHold {
-public:
-    SignalHold() {
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-            sigaddset(&held, number);
-        }
-        pthread_sigmask(SIG_BLOCK, &held, &before);
-    }
-    SignalHold(const SignalHold&) = delete;
-    SignalHold& operator=(const SignalHold&) = delete;
-    ~SignalHold() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-
-private:
-    sigset_t before{};
-};
-
-/// A new file next to the one that it is to replace; removed unless it has taken its place.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const std::filesystem::path& folder)
-        : path(folder / getName()), file(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR,
-                                         Kind::Unwritable, "can't make a temporary file in its folder") {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!isInPlace) {
-            ::unlink(path.c_str());
-        }
-    }
-
-    void write(const std::string& bytes) {
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t count = ::write(file.get(), bytes.data() + done, bytes.size() - done);
-            if (count >= 0) {
-                done += static_cast<std::size_t>(count);
-            } else if (errno != EINTR) {
-                throw makeError(Kind::Unwritable, "can't write it", errno);
-            }
-        }
-    }
-
-    /// The owner first: changing it takes some mode bits away.
-    void takeOwnerAndMode(const struct stat& status) {
-        struct stat own {};
-        check(::fstat(file.get(), &own), "can't keep its owner");
-        if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) {
-            check(::fchown(file.get(), status.st_uid, status.st_gid), "can't keep its owner");
-        }
-        check(::fchmod(file.get(), status.st_mode & 07777), "can't keep its mode");
-    }
-
-    void moveTo(const std::filesystem::path& target) {
-        check(::fsync(file.get()), "can't write it to the disk");
-        check(::rename(path.c_str(), target.c_str()), "can't replace it");
-        isInPlace = true;
-    }
-
-private:
-    static std::string getName() {
-        std::random_device random;
-        return fmt::format(".ombrel-format-{:08x}{:08x}.tmp", random(), random());
-    }
-
-    static void check(int result, const char* what) {
-        if (result != 0) {
-            throw makeError(Kind::Unwritable, what, errno);
-        }
-    }
-
-    std::filesystem::path path;
-    File file;
-    bool isInPlace = false;
-};
 
 /// Reads up to the end of the file; its size is only a hint, since pipes have none.
 std::string readAll(int descriptor, std::size_t sizeHint, std::uint64_t limit) {
     std::string bytes(sizeHint + 1, '\0');
     std::size_t done = 0;
     while (true) {
-        const ssize_t count = ::read(descriptor, bytes.data() + done, bytes.size() - done);
-        if (count < 0 && errno != EINTR) {
-            throw makeError(Kind::Unreadable, "can't read it", errno);
-        }
-        if (count == 0) {
-            break;
-        }
-        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+        done += readSome(descriptor, bytes.data() + done, bytes.size() - done, Kind::Unreadable);
         if (done > limit) {
             throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
         }
-        if (done == bytes.size()) {
-            bytes.resize(2 * bytes.size() + 4096);
+        if (done < bytes.size()) {
+            break;
         }
+        bytes.resize(2 * bytes.size() + 4096);
     }
     bytes.resize(done);
     return bytes;
@@ -145,24 +59,43 @@ std::string readAll(int descriptor, std::size_t sizeHint, std::uint64_t limit) {
 struct stat getStatus(const std::filesystem::path& path) {
     struct stat status {};
     if (::lstat(path.c_str(), &status) != 0) {
-        throw makeError(Kind::Unwritable, "can't write it", errno);
+        throw makeFileError(Kind::Unwritable, "can't write it", errno);
     }
     return status;
 }
 
-void checkReplaceable(const std::filesystem::path& path, const struct stat& status) {
+bool isWritable(const std::filesystem::path& path, const struct stat& status) {
+    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    return (status.st_mode & anyWrite) != 0 && ::access(path.c_str(), W_OK) == 0;
+}
+
+void checkReplaceable(const std::filesystem::path& path, const struct stat& status, ReplacementRules rules) {
     if (!S_ISREG(status.st_mode)) {
         throw FileError(Kind::Unwritable, "can't replace it: not a regular file");
     }
-    if (status.st_nlink > 1) {
+    if (status.st_nlink > 1 && !rules.allowsHardLinks) {
         throw FileError(Kind::Unwritable,
-                        fmt::format("not replaced: it has {} names (hard links), and the others "
-                                    "would keep the old text",
+                        fmt::format("not replaced: it has {} names (hard links), and the others would keep "
+                                    "the old text; --allow-hard-links replaces it",
                                     status.st_nlink));
     }
-    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
-    if ((status.st_mode & anyWrite) == 0 || ::access(path.c_str(), W_OK) != 0) {
-        throw FileError(Kind::Unwritable, "not replaced: it is read-only");
+    if (!rules.allowsReadOnly && !isWritable(path, status)) {
+        throw FileError(Kind::Unwritable, "not replaced: it is read-only; --force-read-only replaces it");
+    }
+}
+
+bool hasContent(const std::filesystem::path& path, std::string_view content) {
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unwritable, "can't read it again");
+    std::array<char, 1 << 16> buffer;
+    while (true) {
+        const std::size_t size = readSome(file.get(), buffer.data(), buffer.size(), Kind::Unwritable);
+        if (content.substr(0, size) != std::string_view(buffer.data(), size)) {
+            return false;
+        }
+        content.remove_prefix(size);
+        if (size < buffer.size()) {
+            return content.empty();
+        }
     }
 }
 
@@ -178,50 +111,42 @@ void syncFolder(const std::filesystem::path& folder) {
 
 } // namespace
 
+bool DiskFileSystem::isFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+}
+
 std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
-    const File file(path, O_RDONLY, 0, Kind::Unreadable, "can't open it");
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unreadable, "can't open it");
     struct stat status {};
     if (::fstat(file.get(), &status) != 0) {
-        throw makeError(Kind::Unreadable, "can't read it", errno);
-    }
-    if (S_ISDIR(status.st_mode)) {
-        throw FileError(Kind::Unreadable, "this is a folder; name the files in it");
+        throw makeFileError(Kind::Unreadable, "can't read it", errno);
     }
     const auto size = static_cast<std::uint64_t>(status.st_size);
-    if (size > limit) {
+    if (S_ISREG(status.st_mode) && size > limit) {
         throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
     }
-    versionsRead[path] = getVersion(status);
-    return readAll(file.get(), size, limit);
+    return readAll(file.get(), S_ISREG(status.st_mode) ? size : 0, limit);
 }
 
-DiskFileSystem::Version DiskFileSystem::getVersion(const struct stat& status) {
-    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-void DiskFileSystem::checkUnchanged(const std::string& path, const struct stat& status) const {
-    const auto read = versionsRead.find(path);
-    if (read != versionsRead.end() && read->second != getVersion(status)) {
-        throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
-    }
-}
-
-void DiskFileSystem::replace(const std::string& path, const std::string& bytes) {
+void DiskFileSystem::replace(const std::string& path, const std::string& before, const std::string& after) {
     std::error_code error;
     const std::filesystem::path target = std::filesystem::canonical(path, error);
     if (error) {
-        throw makeError(Kind::Unwritable, "can't write it", error.value());
+        throw makeFileError(Kind::Unwritable, "can't write it", error.value());
     }
+    const ReplacementGuard guard;
     const struct stat status = getStatus(target);
-    checkReplaceable(target, status);
-    checkUnchanged(path, status);
+    checkReplaceable(target, status, rules);
 
-    const SignalHold hold;
     TemporaryFile temporary(target.parent_path());
-    temporary.write(bytes);
-    temporary.takeOwnerAndMode(status);
-    checkUnchanged(path, getStatus(target));
-    temporary.moveTo(target);
+    temporary.write(after);
+    temporary.takeProperties(target, status);
+    temporary.sync();
+    if (!hasContent(target, before)) {
+        throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
+    }
+    temporary.replace(target);
     syncFolder(target.parent_path());
 }
 

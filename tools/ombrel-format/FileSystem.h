@@ -1,11 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <stdexcept>
 #include <string>
-
-struct stat;
 
 namespace ombrel {
 
@@ -19,43 +16,42 @@ public:
     Kind kind;
 };
 
-/// The files that a run sees. Paths are as the user wrote them.
+/// The files that a run sees. Paths are as the user wrote them. All members may be called on several threads
+/// at once, for different files.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
+    virtual bool isFolder(const std::string& /*path*/) { return false; }
+
     /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
     virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
 
-    /// Puts `bytes` in the place of a file's content, all of them or none: after a FileError the old content
-    /// is there, whole, and nothing else is left behind. Mode and owner stay. Where the path is a symbolic
-    /// link, its target is replaced. Refuses a file that has changed since it was read, hard-linked files,
-    /// whose other names would keep the old content, and files that nobody may write.
-    virtual void replace(const std::string& path, const std::string& bytes) = 0;
+    /// Puts `after` in the place of a file's content, all of it or nothing: after a FileError the old content
+    /// is there, whole, and nothing else is left behind. Mode, owner, access list and extended attributes
+    /// stay. Where the path is a symbolic link, its target is replaced. Refuses a file whose content is no
+    /// longer `before`, since somebody else has changed it.
+    virtual void replace(const std::string& path, const std::string& before, const std::string& after) = 0;
+};
+
+/// Files that are replaced only if the user asks for it.
+struct ReplacementRules {
+    bool allowsHardLinks =
+        false;                   ///< the path becomes a file of its own, its other names keep the old content
+    bool allowsReadOnly = false; ///< the file stays read-only
 };
 
 /// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
 class DiskFileSystem : public FileSystem {
 public:
+    explicit DiskFileSystem(ReplacementRules rules = {}) : rules(rules) {}
+
+    bool isFolder(const std::string& path) override;
     std::string read(const std::string& path, std::uint64_t limit) override;
-    void replace(const std::string& path, const std::string& bytes) override;
+    void replace(const std::string& path, const std::string& before, const std::string& after) override;
 
 private:
-    /// What tells that a file is still the one that was read.
-    struct Version {
-        std::uint64_t device;
-        std::uint64_t inode;
-        std::int64_t size;
-        std::int64_t seconds; ///< of the last change
-        std::int64_t nanoseconds;
-
-        bool operator==(const Version&) const = default;
-    };
-
-    static Version getVersion(const struct stat& status);
-    void checkUnchanged(const std::string& path, const struct stat& status) const;
-
-    std::map<std::string, Version> versionsRead;
+    ReplacementRules rules;
 };
 
 } // namespace ombrel

@@ -1,187 +1,181 @@
 #include "Run.h"
 
-#include "Diff.h"
-#include "LineEngine.h"
+#include "FileFormatter.h"
+#include "FileSearch.h"
+#include "InputReader.h"
 #include "Message.h"
-#include "SyntaxCheck.h"
-#include "TextEncoding.h"
+#include "OrderedWork.h"
+#include "PathList.h"
+#include "Progress.h"
+#include "Summary.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
-#include <istream>
-#include <new>
-#include <optional>
 #include <ostream>
 #include <system_error>
-
-#include <fmt/format.h>
+#include <thread>
+#include <utility>
 
 namespace ombrel {
 
 namespace {
+
+using Verdict = Candidate::Verdict;
 
 constexpr const char* missingTreeEngine =
     "the tree engine needs the companion library libca_formatting_devtools.so, which isn't there; build the "
     "project and install it (cmake --install build/release), so that the library stands in the folder of "
     "libombrel_host.so or in devtools/ under it";
 
-Color chooseColor(ColorChoice choice, bool isTerminal, bool isUnwanted) {
-    const bool automatic = isTerminal && !isUnwanted;
-    return choice == ColorChoice::Always || (choice == ColorChoice::Auto && automatic) ? Color::On
-                                                                                       : Color::Off;
-}
-
-ExitStatus getStatus(FileError::Kind kind) {
-    switch (kind) {
-    case FileError::Kind::Unreadable:
-        return ExitStatus::Usage;
-    case FileError::Kind::TooLarge:
-        return ExitStatus::Refused;
-    case FileError::Kind::Unwritable:
-        break;
-    }
-    return ExitStatus::WriteFailed;
-}
-
-std::string readStream(std::istream& stream) {
-    std::string bytes;
-    std::array<char, 1 << 16> buffer;
-    while (stream.read(buffer.data(), buffer.size()) || stream.gcount() > 0) {
-        bytes.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
-        if (bytes.size() > maximalByteCount) {
-            throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
-        }
-    }
-    if (stream.bad()) {
-        throw FileError(FileError::Kind::Unreadable, "can't read standard input");
-    }
-    return bytes;
-}
+constexpr const char* nothingToDo =
+    "no file to format; --list-files says what was left out and why, --allow-no-files makes this no error";
 
 class Run {
 public:
     Run(const Arguments& arguments, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files),
-          outColor(chooseColor(arguments.color, console.isOutTerminal, console.isColorUnwanted)),
-          errColor(chooseColor(arguments.color, console.isErrTerminal, console.isColorUnwanted)) {}
+        : arguments(arguments), console(console), files(files), formatter(arguments, console, files) {}
 
     ExitStatus processAll() {
         if (arguments.engine == Engine::Tree && !arguments.checkSyntax) {
-            printUsageError(console.err, "ombrel-format", missingTreeEngine, errColor);
-            return ExitStatus::Usage;
+            return refuse(missingTreeEngine);
         }
-        for (const std::string& path : arguments.paths) {
-            status = getWorse(status, process(path));
-            if (!console.out) {
-                break;
-            }
+        try {
+            return processFound(search());
+        } catch (const FileError& error) { // only the list of paths is read on this thread
+            return fail(arguments.search.pathList, error.what());
         }
-        return getWorse(status, flush());
     }
 
 private:
-    ExitStatus process(const std::string& path) {
-        std::string bytes;
-        try {
-            bytes = path == "-" ? readStream(console.in) : files.read(path, maximalByteCount);
-            return processBytes(path, bytes);
-        } catch (const FileError& error) {
-            return report(path, {getStatus(error.kind), error.what()}, {});
-        } catch (const std::bad_alloc&) {
-            return report(path, {ExitStatus::Refused, "not enough memory for this text"}, {});
+    ExitStatus processFound(SearchResult found) {
+        warn(found.warnings);
+        if (arguments.search.listsOnly) {
+            list(found.candidates);
+            return finish();
+        }
+        std::erase_if(found.candidates, [](const Candidate& c) { return c.verdict == Verdict::Left; });
+        if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
+            return refuse("--lines goes with one file");
+        }
+        if (found.candidates.empty()) {
+            return arguments.search.allowsNoFiles ? ExitStatus::Done : refuse(nothingToDo);
+        }
+        process(found.candidates, found.hasFolder);
+        return finish();
+    }
+
+    SearchResult search() {
+        const SearchOptions& options = arguments.search;
+        std::vector<std::string> paths = arguments.paths;
+        if (!options.pathList.empty()) {
+            const std::string list = readInput(options.pathList, console.in, files);
+            for (std::string& path : splitPathList(list, options.isPathListNulEnded)) {
+                paths.push_back(std::move(path));
+            }
+        }
+        return findFiles(paths, options, files);
+    }
+
+    void list(const std::vector<Candidate>& candidates) {
+        for (const Candidate& candidate : candidates) {
+            if (candidate.verdict == Verdict::Unreadable) {
+                status = fail(candidate.path, candidate.reason);
+            } else {
+                const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
+                print(candidate.path + ": " + verdict + ": " + candidate.reason + '\n');
+            }
         }
     }
 
-    ExitStatus processBytes(const std::string& path, const std::string& bytes) {
-        auto decoded = decode(bytes);
-        if (const auto* problem = std::get_if<Problem>(&decoded)) {
-            return report(path, *problem, decodeLossy(bytes));
+    void process(const std::vector<Candidate>& inputs, bool hasFolder) {
+        const bool isProgressWanted = console.isErrTerminal && !arguments.quiet;
+        Progress progress(isProgressWanted ? &console.err : nullptr, inputs.size());
+        const auto showProgress = [&] { progress.show(summary.getTotal()); };
+        OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
+                                     [&](std::size_t i) { return processOne(inputs[i]); });
+        while (const auto result = work.getNext(showProgress)) {
+            if (!result->messages.empty() || !result->out.empty()) {
+                progress.erase();
+            }
+            if (!deliver(*result)) {
+                return;
+            }
+            showProgress();
         }
-        const auto& source = std::get<DecodedText>(decoded);
-        return arguments.checkSyntax ? checkSyntax(path, source.text) : format(path, bytes, source);
-    }
-
-    ExitStatus checkSyntax(const std::string& path, const std::u16string& text) {
-        ExitStatus worst = ExitStatus::Done;
-        for (const Problem& problem : findSyntaxErrors(text)) {
-            worst = report(path, problem, text);
-        }
-        return worst;
-    }
-
-    ExitStatus format(const std::string& path, const std::string& bytes, const DecodedText& source) {
-        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
-        if (const auto* problem = std::get_if<Problem>(&formatted)) {
-            return report(path, *problem, source.text);
-        }
-        auto& result = std::get<std::u16string>(formatted);
-        if (result == source.text) {
-            return deliverUnchanged(path, bytes);
-        }
-        return deliverChanged(path, bytes, encode({std::move(result), source.hasByteOrderMark}));
-    }
-
-    ExitStatus deliverUnchanged(const std::string& path, const std::string& bytes) {
-        note(path, "unchanged");
-        if (isPrinting()) {
-            console.out << bytes;
-        }
-        return ExitStatus::Done;
-    }
-
-    ExitStatus deliverChanged(const std::string& path, const std::string& before, const std::string& after) {
-        if (isPrinting()) {
-            console.out << after;
-            note(path, "formatted");
-            return ExitStatus::Done;
-        }
-        if (arguments.inPlace) {
-            files.replace(path, after);
-            note(path, "formatted");
-            return ExitStatus::Done;
-        }
-        note(path, "would change");
-        if (arguments.diff) {
-            printDiff(console.out, getShownName(path), before, after, outColor);
-        } else if (!arguments.quiet) {
-            console.out << getShownName(path) << '\n';
-        }
-        return ExitStatus::WouldChange;
-    }
-
-    bool isPrinting() const { return !arguments.inPlace && !arguments.check && !arguments.diff; }
-
-    const std::string& getShownName(const std::string& path) const {
-        return path == "-" ? arguments.stdinName : path;
-    }
-
-    void note(const std::string& path, const char* what) {
-        if (arguments.verbose) {
-            console.err << getPrintableName(getShownName(path)) << ": " << what << '\n';
+        progress.erase();
+        if (!arguments.isPrinting() && !arguments.quiet && (hasFolder || inputs.size() > 1)) {
+            console.err << summary.describe(arguments) << '\n';
         }
     }
 
-    ExitStatus report(const std::string& path, const Problem& problem, std::u16string_view text) {
-        printProblem(console.err, getShownName(path), problem, text, errColor);
-        return problem.status;
+    FileResult processOne(const Candidate& input) const {
+        return input.verdict == Verdict::Unreadable
+                   ? formatter.fail(input.path, {ExitStatus::Usage, input.reason})
+                   : formatter.process(input.path);
     }
 
-    ExitStatus flush() {
+    std::size_t getThreadCount(std::size_t inputCount) const {
+        const std::size_t wanted = arguments.jobs == 0 ? std::thread::hardware_concurrency() : arguments.jobs;
+        return std::clamp<std::size_t>(wanted, 1, inputCount);
+    }
+
+    /// False if standard output takes no more.
+    bool deliver(const FileResult& result) {
+        print(result.out);
+        console.err << result.messages;
+        status = getWorse(status, result.status);
+        summary.count(result.status, result.isChanged);
+        return static_cast<bool>(console.out);
+    }
+
+    /// On a terminal results must not come in the middle of later messages.
+    void print(const std::string& bytes) {
+        errno = 0;
+        console.out << bytes;
+        if (console.isErrTerminal && !bytes.empty()) {
+            console.out.flush();
+        }
+        outError = outError == 0 && !console.out ? errno : outError;
+    }
+
+    ExitStatus fail(const std::string& path, const std::string& text) {
+        console.err << formatter.fail(path, {ExitStatus::Usage, text}).messages;
+        return ExitStatus::Usage;
+    }
+
+    ExitStatus refuse(const char* text) {
+        printUsageError(console.err, "ombrel-format", text, console.getErrColor(arguments.color));
+        return ExitStatus::Usage;
+    }
+
+    void warn(const std::vector<std::string>& warnings) {
+        for (const std::string& warning : warnings) {
+            if (!arguments.quiet) {
+                console.err << "ombrel-format: warning: " << warning << '\n';
+            }
+        }
+    }
+
+    /// Ends the run with the status that it has come to.
+    ExitStatus finish() {
         errno = 0;
         if (console.out.flush()) {
-            return ExitStatus::Done;
+            return status;
         }
-        const std::string reason = errno == 0 ? std::string() : ": " + std::generic_category().message(errno);
-        printUsageError(console.err, "ombrel-format", "can't write standard output" + reason, errColor);
+        outError = outError == 0 ? errno : outError;
+        const std::string reason = outError == 0 ? "" : ": " + std::generic_category().message(outError);
+        printUsageError(console.err, "ombrel-format", "can't write standard output" + reason,
+                        console.getErrColor(arguments.color));
         return ExitStatus::WriteFailed;
     }
 
     const Arguments& arguments;
     Console& console;
     FileSystem& files;
-    Color outColor;
-    Color errColor;
+    FileFormatter formatter;
+    Summary summary;
     ExitStatus status = ExitStatus::Done;
+    int outError = 0; ///< why standard output takes no more
 };
 
 } // namespace

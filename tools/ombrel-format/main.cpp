@@ -1,5 +1,6 @@
 #include "Arguments.h"
 #include "FileSystem.h"
+#include "Interruption.h"
 #include "Message.h"
 #include "Run.h"
 
@@ -36,8 +37,9 @@ ExitStatus runProgram(int argc, char** argv) {
     Console console{
         std::cin,         std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
         isSet("NO_COLOR")};
-    DiskFileSystem files;
-    return run(std::get<Arguments>(parsed), console, files);
+    const auto& arguments = std::get<Arguments>(parsed);
+    DiskFileSystem files(arguments.replacement);
+    return run(arguments, console, files);
 }
 
 } // namespace
@@ -45,8 +47,10 @@ ExitStatus runProgram(int argc, char** argv) {
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     std::cin.tie(nullptr);
+    std::cerr.tie(nullptr);
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
+    handleInterruptions();
     try {
         return static_cast<int>(runProgram(argc, argv));
     } catch (const std::bad_alloc&) {

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace ombrel {
+
+/// Computes `work(0)` to `work(count - 1)` on several threads and hands the results out in this order. At
+/// most eight results for each thread wait for their turn; then the threads pause. With one thread nothing is
+/// started, and each result is computed when it is asked for.
+///
+/// Made, asked and destroyed on one thread. The destructor waits for the work that has begun and starts no
+/// more.
+template <class Result>
+class OrderedWork {
+public:
+    OrderedWork(std::size_t count, std::size_t threadCount, std::function<Result(std::size_t)> work)
+        : work(std::move(work)), count(count), slots(8 * threadCount) {
+        for (std::size_t i = 0; threadCount > 1 && i < threadCount; ++i) {
+            threads.emplace_back([this](const std::stop_token& stop) { workUntil(stop); });
+        }
+    }
+    OrderedWork(const OrderedWork&) = delete;
+    OrderedWork& operator=(const OrderedWork&) = delete;
+    ~OrderedWork() {
+        for (std::jthread& thread : threads) {
+            thread.request_stop();
+        }
+    }
+
+    /// The next result, nothing behind the last. Throws what its work has thrown. Calls `onWait` ten times a
+    /// second as long as the result isn't there.
+    std::optional<Result> getNext(const std::function<void()>& onWait) {
+        if (handedOut == count) {
+            return std::nullopt;
+        }
+        if (threads.empty()) {
+            return work(handedOut++);
+        }
+        std::unique_lock lock(mutex);
+        std::future<Result>& slot = getSlot(handedOut);
+        while (!isResultThere.wait_for(lock, std::chrono::milliseconds(100), [&] { return slot.valid(); })) {
+            lock.unlock();
+            onWait();
+            lock.lock();
+        }
+        std::future<Result> result = std::move(slot);
+        ++handedOut;
+        lock.unlock();
+        isRoomThere.notify_one();
+        return result.get();
+    }
+
+private:
+    std::future<Result>& getSlot(std::size_t index) { return slots[index % slots.size()]; }
+
+    void workUntil(const std::stop_token& stop) {
+        while (const auto index = takeIndex(stop)) {
+            std::packaged_task<Result()> task([&] { return work(*index); });
+            task();
+            const std::lock_guard lock(mutex);
+            getSlot(*index) = task.get_future();
+            isResultThere.notify_one();
+        }
+    }
+
+    std::optional<std::size_t> takeIndex(const std::stop_token& stop) {
+        std::unique_lock lock(mutex);
+        const auto canGoOn = [&] { return taken == count || taken < handedOut + slots.size(); };
+        if (!isRoomThere.wait(lock, stop, canGoOn) || stop.stop_requested() || taken == count) {
+            return std::nullopt;
+        }
+        return taken++;
+    }
+
+    const std::function<Result(std::size_t)> work;
+    const std::size_t count;
+    std::size_t taken = 0;                  ///< indices that threads have begun
+    std::size_t handedOut = 0;              ///< results that are gone
+    std::vector<std::future<Result>> slots; ///< results that are ready, by index modulo size; not valid: none
+    std::mutex mutex;                       ///< guards taken, handedOut and slots
+    std::condition_variable_any isRoomThere;
+    std::condition_variable_any isResultThere;
+    std::vector<std::jthread> threads; ///< last, so that they end before what they use
+};
+
+} // namespace ombrel

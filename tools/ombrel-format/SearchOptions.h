@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// Which files a run takes, beside the paths that are named.
+struct SearchOptions {
+    std::string pathList;              ///< an input with more paths; empty: there is none
+    bool isPathListNulEnded = false;   ///< its paths end in NUL instead of line ends
+    std::vector<std::string> patterns; ///< what to leave out, as in ignore files; to take: behind a `!`
+    bool honorsGitignore = true;
+    bool forcesExclusion = false; ///< paths that are named can be left out too
+    bool allowsNoFiles = false;
+    bool listsOnly = false; ///< say what would be taken and why, and stop
+};
+
+} // namespace ombrel
