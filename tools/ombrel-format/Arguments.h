@@ -1,11 +1,13 @@
 #pragma once
 
+#include "ChangeOptions.h"
 #include "ExitStatus.h"
 #include "FileSystem.h"
 #include "Options.h"
 #include "SearchOptions.h"
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -16,8 +18,9 @@ enum class ColorChoice { Auto, Always, Never };
 
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
-    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless there is a list of paths
+    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless a list or git knows more
     SearchOptions search;
+    ChangeOptions changes;
     bool inPlace = false;
     bool check = false;
     bool diff = false;
@@ -25,6 +28,8 @@ struct Arguments {
     bool quiet = false;
     bool verbose = false;
     std::vector<LineRange> lines; ///< none: all lines
+    std::map<std::string, std::vector<LineRange>>
+        changedLines; ///< by path, instead of `lines`; counted by line feeds
     Engine engine = Engine::Line;
     LineOptions lineOptions;
     std::string stdinName = "<stdin>";

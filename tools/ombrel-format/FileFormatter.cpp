@@ -1,5 +1,6 @@
 #include "FileFormatter.h"
 
+#include "ChangedFiles.h"
 #include "Diff.h"
 #include "InputReader.h"
 #include "LineEngine.h"
@@ -72,7 +73,7 @@ private:
     }
 
     void format(std::string bytes, const DecodedText& source) {
-        auto formatted = formatLines(source.text, arguments.lineOptions, arguments.lines);
+        auto formatted = formatLines(source.text, arguments.lineOptions, getLines(source.text));
         if (const auto* problem = std::get_if<Problem>(&formatted)) {
             report(*problem, source.text);
             return;
@@ -83,6 +84,12 @@ private:
         } else {
             deliverChanged(bytes, encode({std::move(text), source.hasByteOrderMark}));
         }
+    }
+
+    std::vector<LineRange> getLines(std::u16string_view text) const {
+        const auto changed = arguments.changedLines.find(path);
+        return changed == arguments.changedLines.end() ? arguments.lines
+                                                       : countAllLineEnds(text, changed->second);
     }
 
     void deliverUnchanged(std::string bytes) {

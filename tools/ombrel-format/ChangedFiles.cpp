@@ -1,0 +1,264 @@
+#include "ChangedFiles.h"
+
+#include "GitDiff.h"
+#include "LineSplitter.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view extension = ".omb";
+
+/// The items of a list that git ended with NUL.
+std::vector<std::string> splitAtNul(std::string_view list) {
+    std::vector<std::string> items;
+    while (!list.empty()) {
+        const std::size_t length = std::min(list.find('\0'), list.size());
+        items.emplace_back(list.substr(0, length));
+        list.remove_prefix(std::min(length + 1, list.size()));
+    }
+    return items;
+}
+
+/// The paths that the user named, as git names them.
+class Selection {
+public:
+    Selection(const Git& git, const std::vector<std::string>& paths)
+        : top(git.getTop()), folder(fs::current_path()) {
+        for (const std::string& path : paths) {
+            named.push_back({path, getPathInTree(path)});
+        }
+    }
+
+    /// What git has to look at. It matches names in all folders, so that a file that was moved here from
+    /// another folder is known to have been moved.
+    std::vector<std::string> getPathspecs() const {
+        std::vector<std::string> patterns{"--", fmt::format("*{}", extension)};
+        for (const Named& name : named) {
+            if (!fs::is_directory(name.path)) {
+                patterns.push_back(getLiteralPathspec(name.pathInTree));
+            }
+        }
+        return patterns;
+    }
+
+    bool contains(const std::string& pathInTree) const {
+        return named.empty() ? pathInTree.ends_with(extension)
+                             : std::any_of(named.begin(), named.end(),
+                                           [&](const Named& name) { return isIn(pathInTree, name); });
+    }
+
+    /// A path that is misspelt would otherwise look like one without changes.
+    void checkExistence(const std::vector<ChangedFile>& files) const {
+        for (const Named& name : named) {
+            const auto isMeant = [&](const ChangedFile& file) { return isIn(file.pathInTree, name); };
+            if (!fs::exists(fs::symlink_status(name.path)) &&
+                std::none_of(files.begin(), files.end(), isMeant)) {
+                throw GitError(fmt::format("{}: there is no such file or folder", name.path));
+            }
+        }
+    }
+
+    std::string getShownPath(const std::string& pathInTree) const {
+        return (fs::path(top) / pathInTree).lexically_relative(folder);
+    }
+
+    bool isRegular(const std::string& pathInTree) const {
+        std::error_code error;
+        return fs::is_regular_file(fs::symlink_status(fs::path(top) / pathInTree, error));
+    }
+
+private:
+    struct Named {
+        std::string path;
+        std::string pathInTree; ///< "." for the top
+    };
+
+    std::string getPathInTree(const std::string& path) const {
+        std::error_code error;
+        const fs::path absolute = fs::weakly_canonical(folder / path, error);
+        fs::path inTree = absolute.lexically_relative(top);
+        if (inTree.filename().empty()) {
+            inTree = inTree.parent_path();
+        }
+        if (error || inTree.empty() || *inTree.begin() == "..") {
+            throw GitError(fmt::format("{}: this is outside of the repository {}", path, top));
+        }
+        return inTree;
+    }
+
+    static bool isIn(const std::string& pathInTree, const Named& name) {
+        const bool isBelow = name.pathInTree == "." || pathInTree.starts_with(name.pathInTree + '/');
+        return pathInTree == name.pathInTree || (isBelow && pathInTree.ends_with(extension));
+    }
+
+    std::string top;
+    fs::path folder;
+    std::vector<Named> named;
+};
+
+/// What the changes are compared with. A branch without a commit has the empty tree behind it.
+std::string findBase(const Git& git, const ChangeOptions& options) {
+    constexpr std::string_view dots = "...";
+    std::string revision = options.isStaged ? "HEAD" : options.since;
+    const bool wantsFork = revision.ends_with(dots);
+    if (wantsFork) {
+        revision.resize(revision.size() - dots.size());
+    }
+    if (git.hasCommit(revision)) {
+        return wantsFork ? git.runForWord({"merge-base", revision, "HEAD"})
+                         : git.runForWord({"rev-parse", revision + "^{commit}"});
+    }
+    if (revision != "HEAD") {
+        throw GitError(fmt::format("--since {}: git knows no such revision", options.since));
+    }
+    return git.runForWord({"hash-object", "-t", "tree", "--stdin"});
+}
+
+class Search {
+public:
+    Search(const Git& git, const ChangeOptions& options, const std::vector<std::string>& paths)
+        : git(git), options(options), selection(git, paths) {}
+
+    ChangedFiles run() {
+        findUnmerged();
+        findDifferent();
+        if (!options.isStaged) {
+            findUntracked();
+        } else {
+            leaveFilteredOut();
+        }
+        selection.checkExistence(result.files);
+        std::sort(result.files.begin(), result.files.end(),
+                  [](const ChangedFile& a, const ChangedFile& b) { return a.pathInTree < b.pathInTree; });
+        return std::move(result);
+    }
+
+private:
+    std::string list(std::vector<std::string> words) const {
+        const auto pathspecs = selection.getPathspecs();
+        words.insert(words.end(), pathspecs.begin(), pathspecs.end());
+        return git.run(words);
+    }
+
+    void findUnmerged() {
+        // Each item is "mode id stage TAB path", one for each side of the conflict.
+        for (const std::string& item : splitAtNul(list({"ls-files", "-z", "--unmerged"}))) {
+            const std::string path = item.substr(item.find('\t') + 1);
+            if (selection.contains(path) && unmerged.insert(path).second) {
+                leaveOut(path, "left out: it has unresolved conflicts");
+            }
+        }
+    }
+
+    void findDifferent() {
+        std::vector<std::string> words{"diff-index"};
+        words.insert(words.end(), getDiffOptions().begin(), getDiffOptions().end());
+        if (options.isStaged) {
+            words.emplace_back("--cached");
+        }
+        words.push_back(findBase(git, options));
+        for (const FileDiff& file : parseDiff(list(std::move(words)))) {
+            const bool isWanted = file.isRegular && !unmerged.contains(file.path);
+            if (isWanted && selection.contains(file.path)) {
+                addDifferent(file);
+            }
+        }
+    }
+
+    void addDifferent(const FileDiff& file) {
+        std::vector<LineRange> lines = getNewLines(file);
+        if (options.takesWhole) {
+            add(file.path, file.blob, std::nullopt);
+        } else if (!lines.empty()) {
+            add(file.path, file.blob, std::move(lines));
+        }
+    }
+
+    void findUntracked() {
+        for (const std::string& path :
+             splitAtNul(list({"ls-files", "-z", "--others", "--exclude-standard"}))) {
+            if (selection.contains(path) && selection.isRegular(path)) {
+                add(path, {}, std::nullopt);
+            }
+        }
+    }
+
+    void leaveFilteredOut() {
+        std::string paths;
+        for (const ChangedFile& file : result.files) {
+            paths += file.pathInTree + '\0';
+        }
+        if (paths.empty()) {
+            return;
+        }
+        // Three items for each path: itself, the attribute's name, its value.
+        const auto items = splitAtNul(git.run({"check-attr", "-z", "--stdin", "filter"}, paths));
+        std::set<std::string> filtered;
+        for (std::size_t i = 0; i + 2 < items.size(); i += 3) {
+            if (items[i + 2] != "unspecified" && items[i + 2] != "unset") {
+                filtered.insert(items[i]);
+                leaveOut(items[i], "left out: what is staged went through the filter " + items[i + 2]);
+            }
+        }
+        std::erase_if(result.files,
+                      [&](const ChangedFile& file) { return filtered.contains(file.pathInTree); });
+    }
+
+    void add(const std::string& path, const std::string& blob, std::optional<std::vector<LineRange>> lines) {
+        result.files.push_back({selection.getShownPath(path), path, blob, std::move(lines)});
+    }
+
+    void leaveOut(const std::string& path, std::string reason) {
+        result.notes.push_back({selection.getShownPath(path), std::move(reason)});
+    }
+
+    const Git& git;
+    const ChangeOptions& options;
+    Selection selection;
+    std::set<std::string> unmerged;
+    ChangedFiles result;
+};
+
+} // namespace
+
+ChangedFiles findChangedFiles(const Git& git, const ChangeOptions& options,
+                              const std::vector<std::string>& paths) {
+    return Search(git, options, paths).run();
+}
+
+std::vector<LineRange> countAllLineEnds(std::u16string_view text, const std::vector<LineRange>& lines) {
+    std::vector<LineRange> counted;
+    counted.reserve(lines.size());
+    LineSplitter splitter(text);
+    std::uint32_t feedLine = 1; // the line that `all` is a part of, as git counts
+    std::uint32_t all = 1;
+    std::optional<Line> line = splitter.getNext();
+    const auto advance = [&] {
+        feedLine += line->end.ends_with(u'\n') ? 1 : 0;
+        ++all;
+        line = splitter.getNext();
+    };
+    for (const LineRange& range : lines) {
+        while (line && feedLine < range.first) {
+            advance();
+        }
+        const std::uint32_t first = all;
+        while (line && feedLine <= range.last) {
+            advance();
+        }
+        counted.push_back({first, std::max(first, all - 1)});
+    }
+    return counted;
+}
+
+} // namespace ombrel
