@@ -245,6 +245,15 @@ TEST_F(Changes, StagedWritesTheIndexAndNothingElse) {
             put f.omb 'x\n'; git add .; format --staged; show :f.omb; show :a.omb)",
          "f.omb: note: left out: what is staged went through the filter f\n...x|\n"
          "if a|    p|    if b|        q|    end|end|\n"},
+        {"files that a sparse work tree leaves out", R"(save; put a.omb 'if a\nx\n'; git add .; rm a.omb
+            git update-index --skip-worktree a.omb; format --staged; show :a.omb; git status --short)",
+         "if a|    x|\nM  a.omb\n"},
+        {"a merge: only what neither side has", R"(put b.omb 'b\n'; save; git checkout -qb o; put b.omb ' o\n'
+            put a.omb 'if a\no\nif b\no\nend\n'; put n.omb ' n\n'; save; git checkout -q main
+            put a.omb 'if a\nm\nif b\nq\nend\n'; save; git merge -q o > /dev/null 2>&1
+            put a.omb 'if a\nx\nif b\no\nend\n'; git add .; status format --check --staged --whole-files
+            format --staged; show :a.omb; show :b.omb)",
+         "a.omb\n1\nif a|    x|if b|o|end|\n o|\n"},
         {"somebody else holds the index",
          R"(git add .; touch .git/index.lock; cp a.omb ../a; git ls-files -s > ../before
             status format --staged 2>&1 | sed 's/ .[^ ]*index.lock./ LOCK/'; git ls-files -s | cmp - ../before; cmp a.omb ../a)",
@@ -310,22 +319,51 @@ TEST_F(Changes, ErrorsSayWhatIsWrong) {
     expectAll(cases);
 }
 
+/// Goes to a folder, and back at the end.
+class Visit {
+public:
+    explicit Visit(const std::filesystem::path& folder) : before(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder);
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+    ~Visit() { std::filesystem::current_path(before); }
+
+private:
+    std::filesystem::path before;
+};
+
 TEST_F(Changes, WhatWasStagedMeanwhileStays) {
-    expect({"", "git add .; git rev-parse :a.omb > ../id; put a.omb 'new\\n'; git add .", ""});
-    const auto before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.getPath() / "r");
+    expect({"", "git add .; git rev-parse :a.omb | tr -d '\\n' > ../id; put a.omb 'new\\n'; git add .", ""});
+    const Visit visit(folder.getPath() / "r");
     const Git git;
     DiskFileSystem disk;
-    std::string id = folder.read("id");
-    id.pop_back();
-    StagedFiles staged(git, {{"a.omb", "a.omb", id, {}}}, Engine::Line, disk);
+    StagedFiles staged(git, {{"a.omb", "a.omb", folder.read("id"), {}}}, Engine::Line, disk);
     const std::string text = staged.read("a.omb", 1000);
     EXPECT_EQ(text, "if a\np\nif b\nq\nend\nend\n");
     EXPECT_THROW(staged.read("a.omb", 3), FileError);
     EXPECT_THROW(staged.replace("a.omb", text, "formatted"), FileError);
     EXPECT_EQ(git.run({"cat-file", "blob", ":a.omb"}), "new\n");
     EXPECT_EQ(folder.read("r/a.omb"), "new\n");
-    std::filesystem::current_path(before);
+}
+
+TEST_F(Changes, TheTreeEngineTouchesOnlyWorkTreesThatAreTheSame) {
+    expect({"",
+            "put b.omb 'b;c'; put c.omb 'b;c'; git add .; git rev-parse :b.omb | tr -d '\\n' > ../id; put "
+            "c.omb 'b;c;d'",
+            ""});
+    const Visit visit(folder.getPath() / "r");
+    const Git git;
+    DiskFileSystem disk;
+    const std::string id = folder.read("id");
+    StagedFiles staged(git, {{"b.omb", "b.omb", id, {}}, {"c.omb", "c.omb", id, {}}}, Engine::Tree, disk);
+    staged.replace("b.omb", "b;c", "b;\nc");
+    staged.replace("c.omb", "b;c", "b;\nc");
+    EXPECT_EQ(git.run({"cat-file", "blob", ":b.omb"}) + git.run({"cat-file", "blob", ":c.omb"}),
+              "b;\ncb;\nc");
+    EXPECT_EQ(folder.read("r/b.omb") + folder.read("r/c.omb"), "b;\ncb;c;d");
+    ASSERT_EQ(staged.getNotes().size(), 1U);
+    EXPECT_EQ(staged.getNotes()[0].path, "c.omb");
 }
 
 TEST(GitDiffText, LinesOfCodeAreNeverTakenForHeaders) {

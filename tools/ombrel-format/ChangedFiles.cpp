@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 
@@ -114,14 +115,25 @@ std::string findBase(const Git& git, const ChangeOptions& options) {
     if (wantsFork) {
         revision.resize(revision.size() - dots.size());
     }
-    if (git.hasCommit(revision)) {
-        return wantsFork ? git.runForWord({"merge-base", revision, "HEAD"})
-                         : git.runForWord({"rev-parse", revision + "^{commit}"});
+    if (const auto commit = git.findCommit(revision)) {
+        return wantsFork ? git.runForWord({"merge-base", *commit, "HEAD"}) : *commit;
     }
     if (revision != "HEAD") {
         throw GitError(fmt::format("--since {}: git knows no such revision", options.since));
     }
     return git.runForWord({"hash-object", "-t", "tree", "--stdin"});
+}
+
+/// The lines that are in both lists, which are ascending.
+std::vector<LineRange> intersect(const std::vector<LineRange>& a, const std::vector<LineRange>& b) {
+    std::vector<LineRange> common;
+    for (auto i = a.begin(), j = b.begin(); i != a.end() && j != b.end(); ++(i->last < j->last ? i : j)) {
+        const LineRange range{std::max(i->first, j->first), std::min(i->last, j->last)};
+        if (range.first <= range.last) {
+            common.push_back(range);
+        }
+    }
+    return common;
 }
 
 class Search {
@@ -160,19 +172,42 @@ private:
         }
     }
 
-    void findDifferent() {
+    std::vector<FileDiff> compareWith(const std::string& base) const {
         std::vector<std::string> words{"diff-index"};
         words.insert(words.end(), getDiffOptions().begin(), getDiffOptions().end());
         if (options.isStaged) {
             words.emplace_back("--cached");
         }
-        words.push_back(findBase(git, options));
-        for (const FileDiff& file : parseDiff(list(std::move(words)))) {
+        words.push_back(base);
+        return parseDiff(list(std::move(words)));
+    }
+
+    void findDifferent() {
+        for (const FileDiff& file : compareWith(findBase(git, options))) {
             const bool isWanted = file.isRegular && !unmerged.contains(file.path);
             if (isWanted && selection.contains(file.path)) {
                 addDifferent(file);
             }
         }
+        const auto merged = options.isStaged ? git.findCommit("MERGE_HEAD") : std::nullopt;
+        if (merged) {
+            leaveMergedOut(compareWith(*merged));
+        }
+    }
+
+    /// What comes from the merged branch as it is there is nobody's change in this commit.
+    void leaveMergedOut(std::vector<FileDiff> differences) {
+        std::map<std::string, FileDiff> byPath;
+        for (FileDiff& file : differences) {
+            byPath.emplace(file.path, std::move(file));
+        }
+        std::erase_if(result.files, [&](ChangedFile& file) {
+            const auto different = byPath.find(file.pathInTree);
+            if (different != byPath.end() && file.lines) {
+                file.lines = intersect(*file.lines, getNewLines(different->second));
+            }
+            return different == byPath.end() || (file.lines && file.lines->empty());
+        });
     }
 
     void addDifferent(const FileDiff& file) {

@@ -92,11 +92,13 @@ std::string Git::runForWord(const std::vector<std::string>& words, std::string_v
     return withoutLineEnd(run(words, input));
 }
 
-bool Git::hasCommit(const std::string& revision) const {
-    return !revision.starts_with('-') &&
-           start({"git", "-C", top, "rev-parse", "--verify", "--quiet", revision + "^{commit}"}, environment,
-                 {})
-                   .status == 0;
+std::optional<std::string> Git::findCommit(const std::string& revision) const {
+    if (revision.starts_with('-')) {
+        return std::nullopt;
+    }
+    ProcessResult result = start(
+        {"git", "-C", top, "rev-parse", "--verify", "--quiet", revision + "^{commit}"}, environment, {});
+    return result.status == 0 ? std::optional(withoutLineEnd(std::move(result.out))) : std::nullopt;
 }
 
 Git Git::withIndex(const std::string& path) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -31,7 +32,8 @@ public:
     /// The same for a command that prints one word.
     std::string runForWord(const std::vector<std::string>& words, std::string_view input = {}) const;
 
-    bool hasCommit(const std::string& revision) const;
+    /// The id of a commit, nothing if there is none of this name.
+    std::optional<std::string> findCommit(const std::string& revision) const;
 
     /// The same repository with the index of another file. A path that isn't absolute starts at the top.
     Git withIndex(const std::string& path) const;

@@ -32,6 +32,21 @@ std::string findOtherIndex() {
     return isForOneCommit ? (index.parent_path() / "index.lock").string() : std::string();
 }
 
+/// What makes git look away from the file in the work tree. A new object in the index takes that from a file,
+/// and one of those that a sparse work tree leaves out would look deleted.
+std::vector<std::string> getIndexFlags(const Git& git, const std::string& path) {
+    // The first letter says it: S, or s, is left out, and lower case means that it counts as unchanged.
+    const std::string entry = git.run({"ls-files", "-v", "-z", "--", getLiteralPathspec(path)});
+    std::vector<std::string> flags;
+    if (entry.starts_with('S') || entry.starts_with('s')) {
+        flags.emplace_back("--skip-worktree");
+    }
+    if (entry.starts_with('h') || entry.starts_with('s')) {
+        flags.emplace_back("--assume-unchanged");
+    }
+    return flags;
+}
+
 } // namespace
 
 /// A file as it is in the work tree before its staged content is replaced.
@@ -146,7 +161,11 @@ void StagedFiles::exchange(const ChangedFile& file, const std::string& after) {
         // their turn.
         const std::string id = git.runForWord({"hash-object", "-w", "--stdin", "--no-filters"}, after);
         const std::string diff = makeExchange(file.pathInTree, file.blob, id);
+        const std::vector<std::string> flags = getIndexFlags(git, file.pathInTree);
         git.run({"apply", "--cached"}, diff);
+        for (const std::string& flag : flags) {
+            git.run({"update-index", flag, "-z", "--stdin"}, file.pathInTree + '\0');
+        }
         if (!otherIndex.empty()) {
             git.withIndex(otherIndex).run({"apply", "--cached"}, diff);
         }
