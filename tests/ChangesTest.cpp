@@ -291,6 +291,17 @@ TEST_F(Changes, StagedServesEveryKindOfCommit) {
     }
 }
 
+TEST_F(Changes, HooksOfThePreCommitFrameworkFormat) {
+    expect({"",
+            R"(save; put .ombrel-format-ignore 'b.omb\n'; put b.omb ' b\n'
+            sed -n 's/^  entry: ombrel-format //p' ")" OMBREL_SOURCE_DIR
+            R"(/.pre-commit-hooks.yaml" > ../entries
+            while read -r words; do
+                put a.omb 'if a\nx\nif b\nq\nend\n'; format $words a.omb b.omb; show a.omb; show b.omb
+            done < ../entries)",
+            "if a|    x|    if b|        q|    end|\n b|\nif a|    x|if b|q|end|\n b|\n"});
+}
+
 TEST_F(Changes, ErrorsSayWhatIsWrong) {
     const Case cases[] = {
         {"no git", R"(PATH=/nowhere; status format --staged)",
