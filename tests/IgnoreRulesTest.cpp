@@ -167,6 +167,7 @@ TEST_F(IgnoreRulesTest, MeansWhatGitMeans) {
         "**/b/c",
         "a/**/**/c",
         "**/**",
+        "***/**/",
         "a/**/",
         ".*",
         "[a-]",

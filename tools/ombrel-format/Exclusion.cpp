@@ -1,6 +1,5 @@
 #include "Exclusion.h"
 
-#include "Message.h"
 #include "TextEncoding.h"
 
 #include <filesystem>
@@ -134,8 +133,8 @@ Exclusion::Decision Exclusion::decideFromTop(const std::string& path, bool isFol
 std::vector<std::string> Exclusion::getWarnings() const {
     std::vector<std::string> warnings = unreadable;
     for (const std::string& repository : git.getFailures()) {
-        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is",
-                                       getPrintableName(getShownPath(repository))));
+        warnings.push_back(
+            fmt::format("git can't say what is ignored in {}, so nothing is", getShownPath(repository)));
     }
     return warnings;
 }

@@ -4,33 +4,19 @@
 #include "Process.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <system_error>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 namespace ombrel {
 
 namespace {
 
 /// Variables that give paths or diffs another meaning.
-constexpr std::array<std::string_view, 6> unwanted{
-    "GIT_LITERAL_PATHSPECS=", "GIT_GLOB_PATHSPECS=", "GIT_NOGLOB_PATHSPECS=",
-    "GIT_ICASE_PATHSPECS=",   "GIT_EXTERNAL_DIFF=",  "GIT_DIFF_OPTS="};
-
-std::vector<std::string> getEnvironment() {
-    std::vector<std::string> lines;
-    for (char** line = environ; *line != nullptr; ++line) {
-        const std::string_view view = *line;
-        if (std::none_of(unwanted.begin(), unwanted.end(),
-                         [&](std::string_view name) { return view.starts_with(name); })) {
-            lines.emplace_back(view);
-        }
-    }
-    return lines;
-}
+const std::vector<std::string_view> unwanted{"GIT_LITERAL_PATHSPECS", "GIT_GLOB_PATHSPECS",
+                                             "GIT_NOGLOB_PATHSPECS",  "GIT_ICASE_PATHSPECS",
+                                             "GIT_EXTERNAL_DIFF",     "GIT_DIFF_OPTS"};
 
 /// git's messages name files, so each line is made fit for a terminal.
 std::string getPrintableLines(std::string_view text) {
@@ -63,7 +49,7 @@ ProcessResult start(const std::vector<std::string>& words, const std::vector<std
 
 } // namespace
 
-Git::Git() : environment(getEnvironment()) {
+Git::Git() : environment(getEnvironmentWithout(unwanted)) {
     ProcessResult result = start({"git", "rev-parse", "--show-toplevel"}, environment, {});
     if (result.status != 0) {
         throw GitError(

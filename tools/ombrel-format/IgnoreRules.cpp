@@ -55,6 +55,10 @@ std::optional<Parts> splitPattern(std::string_view pattern) {
     return parts;
 }
 
+bool isAnyParts(const std::string& pattern) {
+    return pattern.size() >= 2 && pattern.find_first_not_of('*') == std::string::npos;
+}
+
 Parts splitPath(std::string_view path) {
     Parts parts;
     for (std::size_t first = 0; first <= path.size();) {
@@ -78,7 +82,7 @@ bool matchesParts(const Parts& pattern, const Parts& path) {
     std::size_t restartPath = 0;
     std::size_t i = 0;
     while (i < path.size()) {
-        if (p < pattern.size() && pattern[p] == "**") {
+        if (p < pattern.size() && isAnyParts(pattern[p])) {
             if (p + 1 == pattern.size()) {
                 return true;
             }

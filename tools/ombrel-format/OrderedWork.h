@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <stop_token>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -26,8 +27,8 @@ class OrderedWork {
 public:
     OrderedWork(std::size_t count, std::size_t threadCount, std::function<Result(std::size_t)> work)
         : work(std::move(work)), count(count), slots(8 * threadCount) {
-        for (std::size_t i = 0; threadCount > 1 && i < threadCount; ++i) {
-            threads.emplace_back([this](const std::stop_token& stop) { workUntil(stop); });
+        if (threadCount > 1) {
+            startThreads(threadCount);
         }
     }
     OrderedWork(const OrderedWork&) = delete;
@@ -62,6 +63,16 @@ public:
     }
 
 private:
+    /// Makes do with fewer, or none, if the system gives no more.
+    void startThreads(std::size_t threadCount) {
+        try {
+            for (std::size_t i = 0; i < threadCount; ++i) {
+                threads.emplace_back([this](const std::stop_token& stop) { workUntil(stop); });
+            }
+        } catch (const std::system_error&) {
+        }
+    }
+
     std::future<Result>& getSlot(std::size_t index) { return slots[index % slots.size()]; }
 
     void workUntil(const std::stop_token& stop) {

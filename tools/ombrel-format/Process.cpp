@@ -1,5 +1,6 @@
 #include "Process.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -148,6 +149,17 @@ int waitFor(pid_t process) {
 }
 
 } // namespace
+
+std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names) {
+    std::vector<std::string> lines;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        const std::string_view line = *variable;
+        if (std::find(names.begin(), names.end(), line.substr(0, line.find('='))) == names.end()) {
+            lines.emplace_back(line);
+        }
+    }
+    return lines;
+}
 
 ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
                          std::string_view input) {

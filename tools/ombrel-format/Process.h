@@ -13,6 +13,9 @@ struct ProcessResult {
     std::string err;
 };
 
+/// Our own environment, but for the variables of these names: lines NAME=VALUE.
+std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names);
+
 /// Runs a program found on the PATH, without a shell: feeds it `input` (nothing: the null device, never our
 /// own standard input), and reads what it writes until it ends, however much of both there is. `words` are
 /// its arguments, its name the first of them; `environment` has lines NAME=VALUE.

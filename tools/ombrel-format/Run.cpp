@@ -105,6 +105,7 @@ private:
         }
         progress.erase();
         if (!arguments.isPrinting() && !arguments.quiet && (hasFolder || inputs.size() > 1)) {
+            flush();
             console.err << summary.describe(arguments) << '\n';
         }
     }
@@ -136,8 +137,16 @@ private:
         if (console.isErrTerminal && !bytes.empty()) {
             console.out.flush();
         }
-        outError = outError == 0 && !console.out ? errno : outError;
+        noteFailure();
     }
+
+    void flush() {
+        errno = 0;
+        console.out.flush();
+        noteFailure();
+    }
+
+    void noteFailure() { outError = outError == 0 && !console.out ? errno : outError; }
 
     ExitStatus fail(const std::string& path, const std::string& text) {
         console.err << formatter.fail(path, {ExitStatus::Usage, text}).messages;
@@ -152,18 +161,17 @@ private:
     void warn(const std::vector<std::string>& warnings) {
         for (const std::string& warning : warnings) {
             if (!arguments.quiet) {
-                console.err << "ombrel-format: warning: " << warning << '\n';
+                console.err << "ombrel-format: warning: " << getPrintableName(warning) << '\n';
             }
         }
     }
 
     /// Ends the run with the status that it has come to.
     ExitStatus finish() {
-        errno = 0;
-        if (console.out.flush()) {
+        flush();
+        if (console.out) {
             return status;
         }
-        outError = outError == 0 ? errno : outError;
         const std::string reason = outError == 0 ? "" : ": " + std::generic_category().message(outError);
         printUsageError(console.err, "ombrel-format", "can't write standard output" + reason,
                         console.getErrColor(arguments.color));

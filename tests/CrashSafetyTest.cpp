@@ -1,0 +1,156 @@
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+const std::string ugly = "if a\nx\nend\n";
+const std::string tidy = "if a\n    x\nend\n";
+
+/// One system call of a run, as `when` of a tracer counts it.
+struct Call {
+    std::string name;
+    int ordinal;
+    std::string line;
+};
+
+/// Breaks a replacement at each system call that it makes, from the opening of the file on.
+class CrashSafety : public testing::Test {
+protected:
+    CrashSafety() {
+        ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+    } // leaks can't be looked for under a tracer
+
+    void SetUp() override {
+        if (trace("") != 0) {
+            GTEST_SKIP() << "can't trace: " << disk.read("out/log");
+        }
+        std::map<std::string, int> counts;
+        std::istringstream log(disk.read("out/log"));
+        bool hasBegun = false;
+        for (std::string line; std::getline(log, line);) {
+            const std::string name = line.substr(0, line.find('('));
+            const int ordinal = ++counts[name];
+            hasBegun = hasBegun || line.starts_with("openat(AT_FDCWD, \"in/a.omb\"");
+            if (hasBegun && name.find_first_of(" +-") == std::string::npos && name != "exit_group") {
+                calls.push_back({name, ordinal, line});
+            }
+        }
+        ASSERT_GT(calls.size(), 15U);
+    }
+
+    int trace(const std::string& injection) const {
+        disk.write("in/a.omb", ugly);
+        disk.write("out/log", "");
+        return disk.shell("strace -o out/log " + injection + " \"$program\" -i in/a.omb > out/messages 2>&1");
+    }
+
+    /// A file that isn't ours would have to be named by the kill.
+    std::string listFolder() const {
+        disk.shell("ls -A in > out/names");
+        return disk.read("out/names");
+    }
+
+    TemporaryFolder disk;
+    std::vector<Call> calls;
+};
+
+TEST_F(CrashSafety, AKillLeavesTheOldFileOrTheNewOneWhole) {
+    std::set<std::string> results;
+    int leftovers = 0;
+    for (const Call& call : calls) {
+        EXPECT_EQ(trace("-e inject=" + call.name + ":signal=KILL:when=" + std::to_string(call.ordinal)), 137)
+            << call.line;
+        const std::string result = disk.read("in/a.omb");
+        EXPECT_TRUE(result == ugly || result == tidy) << call.line;
+        results.insert(result);
+        if (listFolder() != "a.omb\n") {
+            EXPECT_EQ(call.name, "rename") << "only in the moment between two names: " << call.line;
+            ++leftovers;
+            disk.shell("rm in/.ombrel-format-*.tmp");
+            EXPECT_EQ(listFolder(), "a.omb\n");
+        }
+    }
+    EXPECT_EQ(results.size(), 2U);
+    EXPECT_LE(leftovers, 1);
+}
+
+TEST_F(CrashSafety, AFailingCallLeavesTheOldFileAndNothingElse) {
+    const std::set<std::string> needed = {"write", "fsync", "fchmod", "linkat", "rename"};
+    for (const char* error : {"ENOSPC", "EIO"}) {
+        std::set<std::string> failed;
+        for (const Call& call : calls) {
+            if (call.name == "munmap" || call.name == "exit_group" || call.name == "futex") {
+                continue;
+            }
+            const int status =
+                trace("-e inject=" + call.name + ":error=" + error + ":when=" + std::to_string(call.ordinal));
+            EXPECT_EQ(disk.read("in/a.omb"), status == 0 ? tidy : ugly) << status << ' ' << call.line;
+            EXPECT_TRUE(status == 0 || status == 6 || (status == 2 && failed.empty()))
+                << status << ' ' << call.line;
+            EXPECT_EQ(listFolder(), "a.omb\n") << call.line;
+            if (status == 6) {
+                failed.insert(call.name);
+                EXPECT_NE(disk.read("out/messages").find("in/a.omb: error: "), std::string::npos)
+                    << call.line;
+            }
+        }
+        for (const std::string& name : needed) {
+            EXPECT_TRUE(failed.contains(name)) << name << " failed unnoticed";
+        }
+    }
+}
+
+/// Where the file system can't make a file without a name, one with a name serves.
+TEST_F(CrashSafety, WorksWithoutUnnamedFiles) {
+    for (const Call& call : calls) {
+        if (call.line.find("O_TMPFILE") != std::string::npos) {
+            const std::string inject =
+                "-e inject=openat:error=EOPNOTSUPP:when=" + std::to_string(call.ordinal);
+            EXPECT_EQ(trace(inject), 0);
+            EXPECT_EQ(disk.read("in/a.omb"), tidy);
+            EXPECT_EQ(trace(inject + " -e inject=fsync:error=ENOSPC"), 6);
+            EXPECT_EQ(disk.read("in/a.omb"), ugly);
+            EXPECT_EQ(listFolder(), "a.omb\n");
+        }
+    }
+}
+
+/// Makes a replacement so slow that signals come in its middle.
+TEST_F(CrashSafety, ASignalLetsARunningReplacementFinishAndStartsNoOther) {
+    const std::string run = "env --default-signal=INT strace -o out/log -e inject=fsync:delay_enter=2000000 "
+                            "\"$program\" -i -j1 in & tracer=$!; "
+                            "until grep -q flistxattr out/log; do sleep 0.05; done; p=$(cat "
+                            "/proc/$tracer/task/$tracer/children); ";
+    const auto call = [&](const std::string& signals) {
+        disk.write("in/a.omb", ugly);
+        disk.write("in/b.omb", ugly);
+        disk.write("out/log", "");
+        return disk.shell(run + signals + "wait $tracer");
+    };
+    EXPECT_EQ(call("kill -INT $p; "), 130);
+    EXPECT_EQ(disk.read("in/a.omb") + disk.read("in/b.omb"), tidy + ugly);
+    EXPECT_GT(call("kill -INT $p; kill -TERM $p; "), 128);
+    EXPECT_EQ(disk.read("in/a.omb") + disk.read("in/b.omb"), ugly + ugly)
+        << "the second signal ends it at once";
+    EXPECT_EQ(listFolder(), "a.omb\nb.omb\n");
+}
+
+/// Reading what never comes, there is nothing to finish.
+TEST_F(CrashSafety, ASignalEndsAtOnceWhenNothingIsBeingReplaced) {
+    for (const auto& [name, status] :
+         {std::pair("INT", 130), std::pair("TERM", 143), std::pair("HUP", 129)}) {
+        const std::string kill = std::string("kill -") + name;
+        EXPECT_EQ(disk.shell("mkfifo pipe; env --default-signal=INT \"$program\" pipe & p=$!; sleep 0.2; " +
+                             kill + " $p; wait $p; s=$?; rm pipe; exit $s"),
+                  status);
+    }
+}
+
+} // namespace

@@ -1,0 +1,136 @@
+#include <ombrel-format/OrderedWork.h>
+#include <ombrel-format/Progress.h>
+#include <ombrel-format/Summary.h>
+
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+
+using namespace ombrel;
+using namespace std::chrono_literals;
+
+TEST(OrderedWork, HandsResultsOutInOrderAndLetsOnlyAFewWait) {
+    for (const std::size_t threads : {1U, 2U, 7U}) {
+        std::atomic<std::size_t> begun = 0;
+        OrderedWork<std::size_t> work(300, threads, [&](std::size_t i) {
+            ++begun;
+            std::this_thread::sleep_for(i % 10 == 0 ? 2ms : 0ms);
+            return i;
+        });
+        for (std::size_t expected = 0; expected < 300; ++expected) {
+            if (expected == 100) {
+                std::this_thread::sleep_for(20ms);
+            }
+            EXPECT_LE(begun, expected + 8 * threads);
+            ASSERT_EQ(work.getNext([] {}), expected);
+        }
+        EXPECT_EQ(work.getNext([] {}), std::nullopt);
+    }
+}
+
+TEST(OrderedWork, PassesErrorsOnCallsBackWhileItWaitsAndStopsEarly) {
+    std::atomic<int> begun = 0;
+    int waits = 0;
+    {
+        OrderedWork<int> work(1000, 2, [&](std::size_t i) -> int {
+            ++begun;
+            std::this_thread::sleep_for(i == 0 ? 250ms : 1ms);
+            return i == 1 ? throw std::runtime_error("no") : 7;
+        });
+        EXPECT_EQ(work.getNext([&] { ++waits; }), 7);
+        EXPECT_THROW(work.getNext([] {}), std::runtime_error);
+    }
+    EXPECT_GE(waits, 1);
+    EXPECT_LT(begun, 50);
+}
+
+TEST(Progress, ShowsALineAfterASecondAndErasesIt) {
+    std::chrono::steady_clock::time_point now;
+    std::ostringstream stream;
+    {
+        Progress progress(&stream, 2140, [&] { return now; });
+        now += 999ms;
+        progress.show(1);
+        progress.erase();
+        EXPECT_EQ(stream.str(), "");
+        now += 1ms;
+        progress.show(1234);
+        now += 99ms;
+        progress.show(1235);
+        EXPECT_EQ(stream.str(), "\r\033[K1,234 of 2,140 files");
+    }
+    EXPECT_EQ(stream.str(), "\r\033[K1,234 of 2,140 files\r\033[K");
+}
+
+TEST(Summary, CountsInWords) {
+    const auto count = [](const Arguments& arguments, int changed, int unparsable, int failed,
+                          int unchanged) {
+        Summary summary;
+        for (int i = 0; i < changed + unparsable + failed + unchanged; ++i) {
+            summary.count(i < changed                         ? ExitStatus::Done
+                          : i < changed + unparsable          ? ExitStatus::Unparsable
+                          : i < changed + unparsable + failed ? ExitStatus::WriteFailed
+                                                              : ExitStatus::Done,
+                          i < changed);
+        }
+        return summary.describe(arguments);
+    };
+    Arguments writing;
+    writing.inPlace = true;
+    Arguments parsing;
+    parsing.checkSyntax = true;
+    EXPECT_EQ(count({}, 3, 0, 0, 2137), "3 of 2,140 files would change");
+    EXPECT_EQ(count(writing, 1000, 1, 1, 0), "1,000 of 1,002 files formatted, 2 failed");
+    EXPECT_EQ(count(writing, 0, 0, 0, 1), "0 of 1 file formatted");
+    EXPECT_EQ(count(parsing, 0, 1, 2, 0), "1 of 3 files doesn't parse, 2 failed");
+    EXPECT_EQ(groupDigits(999), "999");
+    EXPECT_EQ(groupDigits(1234567), "1,234,567");
+}
+
+class ManyFiles : public testing::Test {
+protected:
+    TemporaryFolder disk;
+};
+
+TEST_F(ManyFiles, ComeOutAlikeWhateverTheNumberOfThreads) {
+    for (int i = 0; i < 300; ++i) {
+        std::string text = i % 3 == 0 ? "\xFF" : "if a\nx\n";
+        text += std::string(i % 7 == 0 ? 20000 : 10, 'y');
+        disk.write("in/" + std::to_string(i) + ".omb", text);
+    }
+    for (const std::string mode : {"", "--diff", "--check -v", "--check-syntax", "-i -v"}) {
+        const std::string run = "cp -r in copy; format copy " + mode + " -j";
+        EXPECT_EQ(
+            disk.shell(run + "1 > one 2> one-err; mv copy copy-1; " + run +
+                       "5 > five 2> five-err; s=$?; "
+                       "cmp one five && cmp one-err five-err && diff -r copy copy-1 && rm -r copy copy-1 && "
+                       "grep -q copy/0.omb one-err && exit $s"),
+            mode == "--check-syntax" ? 4 : 3)
+            << mode;
+    }
+}
+
+/// The tool shows its progress on a terminal only, and not if it is to be quiet.
+TEST_F(ManyFiles, ShowProgressOnATerminal) {
+    if (disk.shell("mkdir in && script -qec true typescript > empty") != 0) {
+        GTEST_SKIP() << "can't make a terminal";
+    }
+    const std::string slow = "mkfifo a.omb; (sleep 1.6; echo x > a.omb) & printf x > b.omb; ";
+    EXPECT_EQ(
+        disk.shell(slow + "script -qec \"'$program' --check a.omb b.omb\" typescript > shown; rm a.omb"), 0);
+    EXPECT_NE(disk.read("shown").find("\r\033[K0 of 2 files"), std::string::npos) << disk.read("shown");
+    EXPECT_NE(disk.read("shown").find("\r\033[K0 of 2 files would change"), std::string::npos);
+    EXPECT_EQ(disk.shell(slow + "script -qec \"'$program' -q --check a.omb b.omb\" typescript > shown"), 0);
+    EXPECT_EQ(disk.read("shown"), "");
+}
+
+} // namespace
