@@ -187,9 +187,9 @@ TEST_F(Changes, StagedNeverTouchesUnstagedWork) {
         {"not UTF-8", "put a.omb 'if a\\nx\\n\\377'", index + "if a|    x|\377\n"},
         {"deleted", "rm a.omb", index + "cat: a.omb: No such file or directory\n\n"},
         {"a link now", "rm a.omb; put b 'b'; ln -s b a.omb",
-         alone + "it is no regular file\n" + index + "b\n"},
+         alone + "it is no regular file there\n" + index + "b\n"},
         {"a folder now", "rm a.omb; mkdir a.omb; put a.omb/b 'b'",
-         alone + "it is no regular file\n" + index + "cat: a.omb: Is a directory\n\n"},
+         alone + "it is no regular file there\n" + index + "cat: a.omb: Is a directory\n\n"},
         {"read-only", "chmod a-w a.omb",
          alone + "not replaced: it is read-only; --force-read-only replaces it\n" + index +
              "if a|x|if b|q|end|end|\n"},
@@ -202,6 +202,11 @@ TEST_F(Changes, StagedNeverTouchesUnstagedWork) {
         {"git looks away", "git update-index --assume-unchanged a.omb; put a.omb 'y\\nz\\nif b\\n'",
          index + "y|z|if b|\n"},
     };
+    expect(
+        {"a file in a folder that is a link now",
+         R"(mkdir s; put s/a.omb 'if a\nx\n'; git add .; mv s t; ln -s t s; format --staged; show :s/a.omb
+                show t/a.omb)",
+         "s/" + alone + "it is no regular file there\nif a|    x|\nif a|x|\n"});
     for (const Case& test : cases) {
         const std::string script = stage + test.script + show;
         expect({test.name, script.c_str(), test.out});

@@ -15,7 +15,7 @@ namespace {
 void print(const std::vector<Note>& notes, const Arguments& arguments, Console& console) {
     for (const Note& note : notes) {
         if (!arguments.quiet) {
-            console.err << getPrintableName(note.path) << ": note: " << note.text << '\n';
+            console.err << getPrintableName(note.path) << ": note: " << getPrintableName(note.text) << '\n';
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "GitDiff.h"
 #include "LineSplitter.h"
+#include "Message.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -36,7 +37,7 @@ public:
     Selection(const Git& git, const std::vector<std::string>& paths)
         : top(git.getTop()), folder(fs::current_path()) {
         for (const std::string& path : paths) {
-            named.push_back({path, getPathInTree(path)});
+            named.emplace(getPathInTree(path), path);
         }
     }
 
@@ -44,27 +45,31 @@ public:
     /// another folder is known to have been moved.
     std::vector<std::string> getPathspecs() const {
         std::vector<std::string> patterns{"--", fmt::format("*{}", extension)};
-        for (const Named& name : named) {
-            if (!fs::is_directory(name.path)) {
-                patterns.push_back(getLiteralPathspec(name.pathInTree));
+        for (const auto& [pathInTree, path] : named) {
+            std::error_code error;
+            if (!pathInTree.ends_with(extension) && !fs::is_directory(path, error)) {
+                patterns.push_back(getLiteralPathspec(pathInTree));
             }
         }
         return patterns;
     }
 
+    /// Asks for a file.
     bool contains(const std::string& pathInTree) const {
-        return named.empty() ? pathInTree.ends_with(extension)
-                             : std::any_of(named.begin(), named.end(),
-                                           [&](const Named& name) { return isIn(pathInTree, name); });
+        const bool isOmbrel = pathInTree.ends_with(extension);
+        return named.empty() ? isOmbrel : named.contains(pathInTree) || (isOmbrel && isBelow(pathInTree));
     }
 
     /// A path that is misspelt would otherwise look like one without changes.
     void checkExistence(const std::vector<ChangedFile>& files) const {
-        for (const Named& name : named) {
-            const auto isMeant = [&](const ChangedFile& file) { return isIn(file.pathInTree, name); };
-            if (!fs::exists(fs::symlink_status(name.path)) &&
+        for (const auto& [pathInTree, path] : named) {
+            std::error_code error;
+            const auto isMeant = [&name = pathInTree](const ChangedFile& file) {
+                return file.pathInTree == name || file.pathInTree.starts_with(name + '/');
+            };
+            if (!fs::exists(fs::symlink_status(path, error)) &&
                 std::none_of(files.begin(), files.end(), isMeant)) {
-                throw GitError(fmt::format("{}: there is no such file or folder", name.path));
+                throw GitError(fmt::format("{}: there is no such file or folder", getPrintableName(path)));
             }
         }
     }
@@ -79,11 +84,6 @@ public:
     }
 
 private:
-    struct Named {
-        std::string path;
-        std::string pathInTree; ///< "." for the top
-    };
-
     std::string getPathInTree(const std::string& path) const {
         std::error_code error;
         const fs::path absolute = fs::weakly_canonical(folder / path, error);
@@ -92,19 +92,26 @@ private:
             inTree = inTree.parent_path();
         }
         if (error || inTree.empty() || *inTree.begin() == "..") {
-            throw GitError(fmt::format("{}: this is outside of the repository {}", path, top));
+            throw GitError(fmt::format("{}: this is outside of the repository {}", getPrintableName(path),
+                                       getPrintableName(top)));
         }
         return inTree;
     }
 
-    static bool isIn(const std::string& pathInTree, const Named& name) {
-        const bool isBelow = name.pathInTree == "." || pathInTree.starts_with(name.pathInTree + '/');
-        return pathInTree == name.pathInTree || (isBelow && pathInTree.ends_with(extension));
+    /// Whether one of the folders that a file is in was named.
+    bool isBelow(std::string_view pathInTree) const {
+        for (std::size_t end = pathInTree.rfind('/'); end != std::string_view::npos;
+             end = pathInTree.rfind('/', end - 1)) {
+            if (named.contains(std::string(pathInTree.substr(0, end)))) {
+                return true;
+            }
+        }
+        return named.contains(".");
     }
 
     std::string top;
     fs::path folder;
-    std::vector<Named> named;
+    std::map<std::string, std::string> named; ///< by path in the tree, "." for the top: as the user wrote it
 };
 
 /// What the changes are compared with. A branch without a commit has the empty tree behind it.
@@ -119,7 +126,8 @@ std::string findBase(const Git& git, const ChangeOptions& options) {
         return wantsFork ? git.runForWord({"merge-base", *commit, "HEAD"}) : *commit;
     }
     if (revision != "HEAD") {
-        throw GitError(fmt::format("--since {}: git knows no such revision", options.since));
+        throw GitError(
+            fmt::format("--since {}: git knows no such revision", getPrintableName(options.since)));
     }
     return git.runForWord({"hash-object", "-t", "tree", "--stdin"});
 }

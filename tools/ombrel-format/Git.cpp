@@ -13,10 +13,11 @@ namespace ombrel {
 
 namespace {
 
-/// Variables that give paths or diffs another meaning.
-const std::vector<std::string_view> unwanted{"GIT_LITERAL_PATHSPECS", "GIT_GLOB_PATHSPECS",
-                                             "GIT_NOGLOB_PATHSPECS",  "GIT_ICASE_PATHSPECS",
-                                             "GIT_EXTERNAL_DIFF",     "GIT_DIFF_OPTS"};
+/// Without the variables that give paths or diffs another meaning.
+std::vector<std::string> getEnvironment() {
+    return getEnvironmentWithout({"GIT_LITERAL_PATHSPECS", "GIT_GLOB_PATHSPECS", "GIT_NOGLOB_PATHSPECS",
+                                  "GIT_ICASE_PATHSPECS", "GIT_EXTERNAL_DIFF", "GIT_DIFF_OPTS"});
+}
 
 /// git's messages name files, so each line is made fit for a terminal.
 std::string getPrintableLines(std::string_view text) {
@@ -49,7 +50,7 @@ ProcessResult start(const std::vector<std::string>& words, const std::vector<std
 
 } // namespace
 
-Git::Git() : environment(getEnvironmentWithout(unwanted)) {
+Git::Git() : environment(getEnvironment()) {
     ProcessResult result = start({"git", "rev-parse", "--show-toplevel"}, environment, {});
     if (result.status != 0) {
         throw GitError(

@@ -58,11 +58,13 @@ public:
         if (!fs::exists(status)) {
             return;
         }
-        if (!fs::is_regular_file(status)) {
-            leaveAlone("it is no regular file");
-            return;
+        // A folder above it may have become a link to another one, and git wouldn't look there.
+        const fs::path place = fs::path(files.git.getTop()) / file.pathInTree;
+        if (fs::is_regular_file(status) && fs::canonical(file.path, error) == place) {
+            readText();
+        } else {
+            leaveAlone("it is no regular file there");
         }
-        readText();
     }
 
     /// Does to it what turned the staged content from `before` into `after`.
