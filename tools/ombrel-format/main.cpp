@@ -9,6 +9,7 @@
 #include <exception>
 #include <iostream>
 
+#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -27,6 +28,15 @@ ExitStatus finish(const EarlyExit& exit) {
     }
     std::cout << exit.text << std::flush;
     return std::cout ? ExitStatus::Done : ExitStatus::WriteFailed;
+}
+
+/// Keeps memory that one file has used for the next: giving it back after each takes longer than formatting.
+void keepFreedMemory() {
+#ifdef __GLIBC__
+    constexpr int most = 16 << 20; // bytes that each thread keeps, and the smallest block that stands alone
+    ::mallopt(M_TRIM_THRESHOLD, most);
+    ::mallopt(M_MMAP_THRESHOLD, most);
+#endif
 }
 
 ExitStatus runProgram(int argc, char** argv) {
@@ -51,6 +61,7 @@ int main(int argc, char** argv) {
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
     handleInterruptions();
+    keepFreedMemory();
     try {
         return static_cast<int>(runProgram(argc, argv));
     } catch (const std::bad_alloc&) {
