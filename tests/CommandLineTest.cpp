@@ -209,7 +209,6 @@ TEST_F(CommandLine, ExplainsUsageErrors) {
     expectUsageError({"-i", "--check", "a"}, "--in-place");
     expectUsageError({"-", "-"}, "only once");
     expectUsageError({"--lines", "1:2", "a", "b"}, "one file");
-    expectUsageError({"--engine", "tree", "a"}, "libca_formatting_devtools.so");
     expectUsageError({"none"}, "none: error: can't open it");
 }
 

@@ -170,6 +170,23 @@ void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& pat
     app.add_flag("--allow-no-files", options.allowsNoFiles, "Having nothing to do is no error");
 }
 
+void addChangeOptions(CLI::App& app, ChangeOptions& options) {
+    const auto store = [&options](const std::string& revision) {
+        if (revision.empty()) {
+            throw CLI::ValidationError("--since needs a revision");
+        }
+        options.since = revision;
+    };
+    app.add_option_function<std::string>(
+           "--since", store,
+           "Format only the lines changed since this revision of git; REV...: since HEAD left it")
+        ->type_name("REV");
+    app.add_flag("--staged", options.isStaged,
+                 "Format only the staged lines, in the index; without --check and --diff, write them back");
+    app.add_flag("--whole-files", options.takesWhole,
+                 "With --since and --staged: format all lines of files that have changed");
+}
+
 void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
     app.add_flag("--allow-hard-links", rules.allowsHardLinks,
                  "Replace files that have other names too, which keep the old text");
@@ -250,6 +267,26 @@ bool isFormattingAsked(const Arguments& arguments) {
     return arguments.inPlace || arguments.check || arguments.diff || !arguments.lines.empty();
 }
 
+/// What speaks against formatting changes with these options; empty if nothing does.
+std::string findChangeContradiction(const Arguments& arguments) {
+    const ChangeOptions& changes = arguments.changes;
+    if (!changes.isAsked()) {
+        return changes.takesWhole ? "--whole-files goes with --since or --staged" : "";
+    }
+    if (changes.isStaged && !changes.since.empty()) {
+        return "--since looks at the work tree, --staged at the index: use one or the other";
+    }
+    if (!arguments.lines.empty()) {
+        return "--lines doesn't go with --since and --staged, which find the lines by themselves";
+    }
+    if (!arguments.search.pathList.empty() ||
+        std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
+        return "--since and --staged go with files and folders: neither with standard input nor with "
+               "--files-from";
+    }
+    return {};
+}
+
 /// A message if the options are fine one by one but not together; empty if they are.
 std::string findContradiction(const Arguments& arguments) {
     const SearchOptions& search = arguments.search;
@@ -285,6 +322,9 @@ std::string findContradiction(const Arguments& arguments) {
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
     }
+    if (const std::string message = findChangeContradiction(arguments); !message.empty()) {
+        return message;
+    }
     return findReporterConflict(arguments);
 }
 
@@ -315,6 +355,7 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     PatternOptions patterns;
     addOptionFlags(app, arguments.options);
     addSearchOptions(app, arguments.search, patterns);
+    addChangeOptions(app, arguments.changes);
     addReplacementRules(app, arguments.replacement);
     addGeneralOptions(app, arguments);
     refuseFlagValues(app);
@@ -335,7 +376,7 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
         return refuse(message);
     }
-    if (arguments.paths.empty() && arguments.search.pathList.empty()) {
+    if (arguments.paths.empty() && arguments.search.pathList.empty() && !arguments.changes.isAsked()) {
         const bool isFolderMeant = arguments.printConfig && app.count("--stdin-filename") == 0;
         arguments.paths.emplace_back(isFolderMeant ? "." : "-");
     }

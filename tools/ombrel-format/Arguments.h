@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChangeOptions.h"
 #include "ExitStatus.h"
 #include "FileSystem.h"
 #include "Options.h"
@@ -8,6 +9,7 @@
 #include "options/OptionsResolver.h"
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -18,8 +20,9 @@ enum class ColorChoice { Auto, Always, Never };
 
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
-    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless there is a list of paths
+    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless a list or git knows more
     SearchOptions search;
+    ChangeOptions changes;
     bool inPlace = false;
     bool check = false;
     bool diff = false;
@@ -29,6 +32,8 @@ struct Arguments {
     bool printConfig = false;     ///< say which options hold for the paths, and stop
     bool init = false;            ///< write an options file to begin with, and stop
     std::vector<LineRange> lines; ///< none: all lines
+    std::map<std::string, std::vector<LineRange>>
+        changedLines; ///< by path, instead of `lines`; counted by line feeds
     OptionsRequest options;
     MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
     std::string stdinName = "<stdin>";

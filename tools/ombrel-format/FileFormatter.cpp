@@ -1,5 +1,6 @@
 #include "FileFormatter.h"
 
+#include "ChangedFiles.h"
 #include "Companion.h"
 #include "Diff.h"
 #include "InputReader.h"
@@ -16,7 +17,8 @@ namespace ombrel {
 
 namespace {
 
-constexpr const char* linesWithTree = "--lines goes with the line engine";
+constexpr const char* linesWithTree = "the tree engine lays out whole files: --lines doesn't go with it, and "
+                                      "--since and --staged need --whole-files";
 
 ExitStatus getStatus(FileError::Kind kind) {
     switch (kind) {
@@ -106,7 +108,7 @@ private:
 
     Outcome layOutLines(const std::u16string& text, const FileOptions& options,
                         const Suppression& suppression) const {
-        auto formatted = formatLines(text, options.line, arguments.lines, suppression);
+        auto formatted = formatLines(text, options.line, getLines(text), suppression);
         if (auto* problem = std::get_if<Problem>(&formatted)) {
             return std::vector<Problem>{std::move(*problem)};
         }
@@ -116,7 +118,7 @@ private:
     Outcome layOutTree(const std::u16string& text, const FileOptions& options,
                        const Suppression& suppression) const {
         static const TreeFormatter treeFormatter = findTreeFormatter();
-        if (!arguments.lines.empty()) {
+        if (!arguments.lines.empty() || arguments.changedLines.contains(path)) {
             return std::vector<Problem>{{ExitStatus::Usage, linesWithTree}};
         }
         if (!treeFormatter) {
@@ -125,6 +127,12 @@ private:
         const TreeOptions treeOptions{options.formattingJson, options.indentationEnabled,
                                       arguments.mixedLineEnds};
         return formatTree(text, treeOptions, treeFormatter, suppression);
+    }
+
+    std::vector<LineRange> getLines(std::u16string_view text) const {
+        const auto changed = arguments.changedLines.find(path);
+        return changed == arguments.changedLines.end() ? arguments.lines
+                                                       : countAllLineEnds(text, changed->second);
     }
 
     void deliverUnchanged(std::string bytes) {

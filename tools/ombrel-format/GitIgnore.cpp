@@ -1,8 +1,9 @@
 #include "GitIgnore.h"
 
-#include "Subprocess.h"
+#include "Process.h"
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -39,6 +40,17 @@ std::vector<std::string> makeCommand(const std::string& repository, const std::v
     return command;
 }
 
+/// Nothing if git can't be started. A hook's variables would lead it to the hook's repository, whichever
+/// folder it is called in.
+std::optional<ProcessResult> ask(const std::vector<std::string>& command) {
+    try {
+        return runProcess(
+            command, getEnvironmentWithout({"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_PREFIX"}), {});
+    } catch (const std::system_error&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 std::string GitIgnore::findRepository(const std::string& folder) {
@@ -73,9 +85,7 @@ const GitIgnore::Paths& GitIgnore::getIgnored(const std::string& repository) {
     if (!isNew) {
         return known->second;
     }
-    // A hook's variables would lead git to the hook's repository, whichever folder it is called in.
-    const auto answer = runCommand(makeCommand(repository, getScopeIn(repository)),
-                                   {"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_PREFIX"});
+    const auto answer = ask(makeCommand(repository, getScopeIn(repository)));
     if (!answer) {
         return known->second;
     }

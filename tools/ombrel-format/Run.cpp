@@ -1,5 +1,6 @@
 #include "Run.h"
 
+#include "ChangeRun.h"
 #include "FileFormatter.h"
 #include "FileSearch.h"
 #include "InputReader.h"
@@ -249,6 +250,9 @@ private:
 } // namespace
 
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
+    if (arguments.changes.isAsked()) {
+        return runOnChanges(arguments, console, files);
+    }
     return Run(arguments, console, files).processAll();
 }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+/// How another program ended.
+struct ProcessResult {
+    int status; ///< its exit status; 128 + number if a signal ended it
+    std::string out;
+    std::string err;
+};
+
+/// Our own environment, but for the variables of these names: lines NAME=VALUE.
+std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names);
+
+/// Runs a program found on the PATH, without a shell: feeds it `input` (nothing: the null device, never our
+/// own standard input), and reads what it writes until it ends, however much of both there is. `words` are
+/// its arguments, its name the first of them; `environment` has lines NAME=VALUE.
+///
+/// Throws std::system_error if it can't be started, with no_such_file_or_directory if it isn't there. May be
+/// called on several threads at once.
+ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
+                         std::string_view input);
+
+} // namespace ombrel
