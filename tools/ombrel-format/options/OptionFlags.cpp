@@ -19,11 +19,14 @@ namespace {
 /// `given` is what the user wrote behind the flag.
 void addSetting(OptionsRequest& request, const Option& option, const std::string& flag,
                 const std::string& given, const std::string& text) {
-    auto value = parseValue(option, text);
+    const auto value = parseValue(option, text);
     if (const auto* message = std::get_if<std::string>(&value)) {
         throw CLI::ValidationError(fmt::format("{} {}: {}", flag, given, *message));
     }
-    request.settings.push_back({{&option, std::get<ca::utils::JsonValue>(std::move(value))}, flag});
+    CommandLineSetting& added = request.settings.emplace_back();
+    added.flag = flag;
+    added.setting.option = &option;
+    added.setting.value = std::get<ca::utils::JsonValue>(value);
 }
 
 std::string getTypeName(const Option& option) {
