@@ -1,9 +1,9 @@
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/ChangedFiles.h>
-#include <ombrel-format/GitDiff.h>
-#include <ombrel-format/Process.h>
-#include <ombrel-format/StagedFiles.h>
+#include <ombrel-format/git/ChangedFiles.h>
+#include <ombrel-format/git/GitDiff.h>
+#include <ombrel-format/git/Process.h>
+#include <ombrel-format/git/StagedFiles.h>
 
 #include <gtest/gtest.h>
 
@@ -323,13 +323,16 @@ TEST_F(Changes, ErrorsSayWhatIsWrong) {
          "ombrel-format: error: nix: there is no such file or folder\n2\n"
          "ombrel-format: error: ..: this is outside of the repository\n2\n"},
         {"options", R"(for o in '--since A --staged' '--whole-files' '--staged --lines 1:1 a' '--staged -' \
-                '--staged --engine tree' "--since="; do format $o 2>&1 | sed -n '1s/.*error: //p'; done)",
+                "--since="; do format $o 2>&1 | sed -n '1s/.*error: //p'; done)",
          "--since looks at the work tree, --staged at the index: use one or the other\n"
          "--whole-files goes with --since or --staged\n"
          "--lines doesn't go with --since and --staged, which find the lines by themselves\n"
          "--since and --staged go with files and folders: neither with standard input nor with --files-from\n"
-         "the tree engine lays out whole files: --since and --staged need --whole-files with it\n"
          "--since needs a value\n"},
+        {"the tree engine", R"(save; put a.omb 'c;\n'; git add a.omb; status format --staged --engine tree)",
+         "a.omb: error: the tree engine lays out whole files: --lines doesn't go with it, and --since and "
+         "--staged "
+         "need --whole-files\n2\n"},
     };
     expectAll(cases);
 }

@@ -1,4 +1,4 @@
-#include <ombrel-format/IgnoreRules.h>
+#include <ombrel-format/files/IgnoreRules.h>
 
 #include "support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include <ombrel-format/IndentationGuard.h>
+#include <ombrel-format/engines/IndentationGuard.h>
 
 #include <ca/lexer/lex.h>
 

@@ -1,6 +1,6 @@
 #include <ombrel-format/OrderedWork.h>
-#include <ombrel-format/Progress.h>
-#include <ombrel-format/Summary.h>
+#include <ombrel-format/reports/Progress.h>
+#include <ombrel-format/reports/Summary.h>
 
 #include "support/TemporaryFolder.h"
 

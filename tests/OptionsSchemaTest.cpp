@@ -1,11 +1,11 @@
 #include "config/FormattingFactoryConfig.h"
 #include "config/FormattingSection.h"
 
-#include <ombrel-format/TextEncoding.h>
 #include <ombrel-format/options/FileOptions.h>
 #include <ombrel-format/options/OptionsFile.h>
 #include <ombrel-format/options/OptionsSchema.h>
 #include <ombrel-format/options/StarterFile.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <ca/config/Config.h>
 

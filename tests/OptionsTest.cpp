@@ -1,9 +1,9 @@
 #include "support/TemporaryFolder.h"
 
 #include <ombrel-format/Run.h>
-#include <ombrel-format/TextEncoding.h>
 #include <ombrel-format/options/OptionsFile.h>
 #include <ombrel-format/options/OptionsResolver.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <gtest/gtest.h>
 
@@ -316,7 +316,10 @@ TEST_F(OptionsTest, FormatsEachFileByItsOwnOptions) {
     EXPECT_EQ(call({"--stdin-filename", "p/c.omb"}, ugly).out, "if a\n x\nend\n");
     const Outcome withLines = call({"--lines=1:2", "q/b.omb"});
     EXPECT_EQ(withLines.status, 2);
-    EXPECT_EQ(withLines.err, "q/b.omb: error: --lines goes with the line engine\n");
+    EXPECT_EQ(
+        withLines.err,
+        "q/b.omb: error: the tree engine lays out whole files: --lines doesn't go with it, and --since and "
+        "--staged need --whole-files\n");
 }
 
 TEST_F(OptionsTest, LooksOnceIntoEachFolder) {

@@ -1,4 +1,4 @@
-#include <ombrel-format/Message.h>
+#include <ombrel-format/reports/Message.h>
 
 #include <gtest/gtest.h>
 

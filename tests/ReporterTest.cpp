@@ -1,10 +1,10 @@
 #include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/GithubReporter.h>
-#include <ombrel-format/HumanReporter.h>
-#include <ombrel-format/JsonReporter.h>
-#include <ombrel-format/SarifReporter.h>
+#include <ombrel-format/reports/GithubReporter.h>
+#include <ombrel-format/reports/HumanReporter.h>
+#include <ombrel-format/reports/JsonReporter.h>
+#include <ombrel-format/reports/SarifReporter.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <ombrel-format/SafetyCheck.h>
+#include <ombrel-format/engines/SafetyCheck.h>
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 #include "support/GoldenSuite.h"
 #include "support/TreeFormatting.h"
 
-#include <ombrel-format/TextEncoding.h>
-#include <ombrel-format/TreeEngine.h>
-#include <ombrel-format/TreeSafetyCheck.h>
+#include <ombrel-format/engines/TreeEngine.h>
+#include <ombrel-format/engines/TreeSafetyCheck.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <ca/config/ConfigManager.h>
 #include <config/FormattingSection.h>
 #include <fl/i18n/MessageCatalog.h>
-#include <ombrel-format/TextEncoding.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <algorithm>
 #include <array>

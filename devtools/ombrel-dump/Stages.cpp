@@ -4,7 +4,7 @@
 #include "SyntaxDump.h"
 
 #include <ca/lexer/lex.h>
-#include <ombrel-format/TextEncoding.h>
+#include <ombrel-format/text/TextEncoding.h>
 #include <pass/FormattingExplorerBridgeImpl.h>
 #include <tree/FormatTree.h>
 

@@ -2,7 +2,7 @@
 
 #include <ca/Analyzer.h>
 #include <lf/astapi/visitFields.h>
-#include <ombrel-format/TextEncoding.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <algorithm>
 #include <ostream>

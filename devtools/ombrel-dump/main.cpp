@@ -1,11 +1,11 @@
 #include "Stages.h"
 
 #include <ca/SyntaxError.h>
-#include <ombrel-format/FileSystem.h>
-#include <ombrel-format/Message.h>
-#include <ombrel-format/Suggestion.h>
-#include <ombrel-format/SyntaxCheck.h>
-#include <ombrel-format/TextEncoding.h>
+#include <ombrel-format/engines/SyntaxCheck.h>
+#include <ombrel-format/files/FileSystem.h>
+#include <ombrel-format/reports/Message.h>
+#include <ombrel-format/text/Suggestion.h>
+#include <ombrel-format/text/TextEncoding.h>
 
 #include <exception>
 #include <iomanip>

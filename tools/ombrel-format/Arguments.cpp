@@ -1,9 +1,9 @@
 #include "Arguments.h"
 
-#include "Message.h"
-#include "Suggestion.h"
 #include "options/OptionFlags.h"
 #include "options/OptionsSchema.h"
+#include "reports/Message.h"
+#include "text/Suggestion.h"
 
 #include <algorithm>
 #include <charconv>

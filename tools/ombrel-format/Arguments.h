@@ -1,12 +1,12 @@
 #pragma once
 
-#include "ChangeOptions.h"
 #include "ExitStatus.h"
-#include "FileSystem.h"
 #include "Options.h"
-#include "ReporterOption.h"
-#include "SearchOptions.h"
+#include "files/FileSystem.h"
+#include "files/SearchOptions.h"
+#include "git/ChangeOptions.h"
 #include "options/OptionsResolver.h"
+#include "reports/ReporterOption.h"
 
 #include <cstdint>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Arguments.h"
-#include "Message.h"
+#include "reports/Message.h"
 
 #include <iosfwd>
 

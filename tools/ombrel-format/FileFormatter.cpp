@@ -1,13 +1,13 @@
 #include "FileFormatter.h"
 
-#include "ChangedFiles.h"
-#include "Companion.h"
-#include "Diff.h"
-#include "InputReader.h"
-#include "LineEngine.h"
-#include "Suppression.h"
-#include "SyntaxCheck.h"
-#include "TextEncoding.h"
+#include "engines/Companion.h"
+#include "engines/LineEngine.h"
+#include "engines/Suppression.h"
+#include "engines/SyntaxCheck.h"
+#include "files/InputReader.h"
+#include "git/ChangedFiles.h"
+#include "reports/Diff.h"
+#include "text/TextEncoding.h"
 
 #include <new>
 #include <sstream>

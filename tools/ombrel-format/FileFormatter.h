@@ -3,8 +3,8 @@
 #include "Arguments.h"
 #include "Console.h"
 #include "ExitStatus.h"
-#include "FileSystem.h"
-#include "Reporter.h"
+#include "files/FileSystem.h"
+#include "reports/Reporter.h"
 
 #include <string>
 

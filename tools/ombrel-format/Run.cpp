@@ -1,17 +1,17 @@
 #include "Run.h"
 
-#include "ChangeRun.h"
 #include "FileFormatter.h"
-#include "FileSearch.h"
-#include "InputReader.h"
-#include "Message.h"
 #include "OrderedWork.h"
-#include "PathList.h"
-#include "Progress.h"
-#include "ReporterSet.h"
-#include "Summary.h"
+#include "files/FileSearch.h"
+#include "files/InputReader.h"
+#include "files/PathList.h"
+#include "git/ChangeRun.h"
 #include "options/OptionsReport.h"
 #include "options/StarterFile.h"
+#include "reports/Message.h"
+#include "reports/Progress.h"
+#include "reports/ReporterSet.h"
+#include "reports/Summary.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,7 +3,7 @@
 #include "Arguments.h"
 #include "Console.h"
 #include "ExitStatus.h"
-#include "FileSystem.h"
+#include "files/FileSystem.h"
 
 namespace ombrel {
 

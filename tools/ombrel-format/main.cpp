@@ -1,8 +1,8 @@
 #include "Arguments.h"
-#include "FileSystem.h"
-#include "Interruption.h"
-#include "Message.h"
 #include "Run.h"
+#include "files/FileSystem.h"
+#include "files/Interruption.h"
+#include "reports/Message.h"
 
 #include <csignal>
 #include <cstdlib>

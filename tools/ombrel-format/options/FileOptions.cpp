@@ -1,7 +1,7 @@
 #include "options/FileOptions.h"
 
-#include "TextEncoding.h"
 #include "options/OptionValue.h"
+#include "text/TextEncoding.h"
 
 #include <iterator>
 

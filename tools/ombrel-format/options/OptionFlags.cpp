@@ -1,8 +1,8 @@
 #include "options/OptionFlags.h"
 
-#include "Suggestion.h"
 #include "options/OptionTable.h"
 #include "options/OptionsResolver.h"
+#include "text/Suggestion.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Message.h"
 #include "options/OptionTable.h"
+#include "reports/Message.h"
 
 #include <ca/utils/JsonValue.h>
 

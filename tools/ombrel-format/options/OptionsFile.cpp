@@ -1,7 +1,7 @@
 #include "options/OptionsFile.h"
 
-#include "Suggestion.h"
-#include "TextEncoding.h"
+#include "text/Suggestion.h"
+#include "text/TextEncoding.h"
 
 #include <ca/utils/JsonDocument.h>
 #include <fl/i18n/MessageCatalog.h>

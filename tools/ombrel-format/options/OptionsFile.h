@@ -1,8 +1,8 @@
 #pragma once
 
-#include "IgnoreRules.h"
-#include "Message.h"
+#include "files/IgnoreRules.h"
 #include "options/OptionValue.h"
+#include "reports/Message.h"
 
 #include <ca/utils/JsonValue.h>
 

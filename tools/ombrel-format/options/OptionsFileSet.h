@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileSystem.h"
+#include "files/FileSystem.h"
 #include "options/OptionsFile.h"
 
 #include <memory>

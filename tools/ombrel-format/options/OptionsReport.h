@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Message.h"
 #include "options/OptionsResolver.h"
+#include "reports/Message.h"
 
 #include <iosfwd>
 #include <string>

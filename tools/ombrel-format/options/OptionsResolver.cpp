@@ -1,7 +1,7 @@
 #include "options/OptionsResolver.h"
 
-#include "TextEncoding.h"
 #include "options/EditorConfig.h"
+#include "text/TextEncoding.h"
 
 #include <ca/utils/JsonDocument.h>
 

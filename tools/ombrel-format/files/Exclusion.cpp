@@ -1,0 +1,142 @@
+#include "files/Exclusion.h"
+
+#include "text/TextEncoding.h"
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+constexpr const char* ignoreFileName = ".ombrel-format-ignore";
+
+bool isThere(const std::filesystem::path& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
+std::string getPathFrom(const std::string& folder, const std::string& path) {
+    return std::filesystem::path(path).lexically_relative(folder);
+}
+
+bool isBelow(const std::string& folder, std::string_view path) {
+    return folder == "/" || (path.starts_with(folder) && path.substr(folder.size()).starts_with('/'));
+}
+
+} // namespace
+
+Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope)
+    : files(files), honorsGitignore(options.honorsGitignore), git(std::move(scope)) {
+    std::error_code error;
+    currentFolder = std::filesystem::current_path(error);
+    for (const std::string& pattern : options.patterns) {
+        commandLine.add(pattern);
+    }
+}
+
+void Exclusion::begin(const std::string& folder) {
+    levels.clear();
+    const std::string repository = GitIgnore::findRepository(folder);
+    const std::string top = repository.empty() ? "/" : repository;
+    std::filesystem::path path = top;
+    levels.push_back({top, repository, readRules(top)});
+    if (folder == top) {
+        return;
+    }
+    for (const std::filesystem::path& part : std::filesystem::path(getPathFrom(top, folder))) {
+        path /= part;
+        levels.push_back({path, repository, readRules(path)});
+    }
+}
+
+void Exclusion::enter(const std::string& folder) {
+    const bool isRepository = isThere(std::filesystem::path(folder) / ".git");
+    levels.push_back({folder, isRepository ? folder : levels.back().repository, readRules(folder)});
+}
+
+IgnoreRules Exclusion::readRules(const std::string& folder) {
+    const std::filesystem::path path = std::filesystem::path(folder) / ignoreFileName;
+    if (!isThere(path)) {
+        return {};
+    }
+    try {
+        return IgnoreRules(files.read(path, maximalByteCount));
+    } catch (const FileError& error) {
+        unreadable.push_back(
+            fmt::format("{}: {}, so its rules don't count", getShownPath(path), error.what()));
+        return {};
+    }
+}
+
+std::string Exclusion::getShownPath(const std::string& path) const {
+    return isBelow(currentFolder, path) ? getPathFrom(currentFolder, path) : path;
+}
+
+std::optional<Exclusion::Decision> Exclusion::askCommandLine(const std::string& path, bool isFolder) const {
+    if (commandLine.isEmpty()) {
+        return std::nullopt;
+    }
+    const auto match = commandLine.match(getPathFrom(currentFolder, path), isFolder);
+    if (!match) {
+        return std::nullopt;
+    }
+    if (match->isIgnored) {
+        return Decision{true, false, "--exclude " + match->pattern};
+    }
+    return Decision{false, true, "--include " + match->pattern.substr(1)};
+}
+
+std::optional<Exclusion::Decision> Exclusion::askIgnoreFiles(const std::string& path, bool isFolder) const {
+    for (auto level = levels.rbegin(); level != levels.rend(); ++level) {
+        if (level->rules.isEmpty() || !isBelow(level->folder, path)) {
+            continue;
+        }
+        if (const auto match = level->rules.match(getPathFrom(level->folder, path), isFolder)) {
+            const auto file = std::filesystem::path(level->folder) / ignoreFileName;
+            return Decision{match->isIgnored, false,
+                            fmt::format("{}:{}: {}", getShownPath(file), match->line, match->pattern)};
+        }
+    }
+    return std::nullopt;
+}
+
+Exclusion::Decision Exclusion::decide(const std::string& path, bool isFolder) {
+    if (auto decision = askCommandLine(path, isFolder)) {
+        return *decision;
+    }
+    if (auto decision = askIgnoreFiles(path, isFolder)) {
+        return *decision;
+    }
+    const std::string& repository = levels.back().repository;
+    const bool isIgnored = honorsGitignore && !repository.empty() && isBelow(repository, path) &&
+                           git.isIgnored(repository, path, isFolder);
+    return {isIgnored, false, isIgnored ? "ignored by git" : ""};
+}
+
+Exclusion::Decision Exclusion::decideFromTop(const std::string& path, bool isFolder) {
+    begin(std::filesystem::path(path).parent_path());
+    std::filesystem::path part = levels.front().folder;
+    for (const std::filesystem::path& name : std::filesystem::path(getPathFrom(part, path))) {
+        part /= name;
+        Decision decision = decide(part, part != path || isFolder);
+        if (decision.isExcluded || part == path) {
+            return decision;
+        }
+    }
+    return {};
+}
+
+std::vector<std::string> Exclusion::getWarnings() const {
+    std::vector<std::string> warnings = unreadable;
+    for (const std::string& repository : git.getFailures()) {
+        warnings.push_back(
+            fmt::format("git can't say what is ignored in {}, so nothing is", getShownPath(repository)));
+    }
+    return warnings;
+}
+
+} // namespace ombrel

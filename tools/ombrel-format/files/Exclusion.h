@@ -1,0 +1,68 @@
+#pragma once
+
+#include "files/FileSystem.h"
+#include "files/IgnoreRules.h"
+#include "files/SearchOptions.h"
+#include "git/GitIgnore.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// Decides what a search leaves out. The first of these that has a word for a path has the last one: the
+/// patterns of the command line, the ignore files of the folders above it from the innermost to the
+/// outermost, git.
+///
+/// All paths are absolute and without symbolic links. Ignore files count up to the folder of the repository
+/// that the search began in, or up to the root if there is none.
+class Exclusion {
+public:
+    struct Decision {
+        bool isExcluded;
+        bool isWanted;      ///< a pattern of the command line takes this very path, whatever its name ends in
+        std::string reason; ///< empty if nothing has a word for the path
+    };
+
+    /// `scope` is what GitIgnore wants to know.
+    Exclusion(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope);
+
+    /// Begins a search in a folder: the ignore files of the folder and of those above it count from now on.
+    void begin(const std::string& folder);
+
+    /// Goes on to a folder in the innermost one, and back.
+    void enter(const std::string& folder);
+    void leave() { levels.pop_back(); }
+
+    /// Asks for something in the innermost folder.
+    Decision decide(const std::string& path, bool isFolder);
+
+    /// Asks for a path and everything above it, as far as ignore files count. Begins a search.
+    Decision decideFromTop(const std::string& path, bool isFolder);
+
+    /// Ignore files that can't be read, and repositories that git can't tell about, as sentences.
+    std::vector<std::string> getWarnings() const;
+
+private:
+    struct Level {
+        std::string folder;
+        std::string repository; ///< its folder; empty if there is none
+        IgnoreRules rules;
+    };
+
+    IgnoreRules readRules(const std::string& folder);
+    std::string getShownPath(const std::string& path) const;
+    std::optional<Decision> askCommandLine(const std::string& path, bool isFolder) const;
+    std::optional<Decision> askIgnoreFiles(const std::string& path, bool isFolder) const;
+
+    FileSystem& files;
+    bool honorsGitignore;
+    std::string currentFolder;
+    IgnoreRules commandLine;
+    GitIgnore git;
+    std::vector<Level> levels; ///< from the outermost to the innermost folder
+    std::vector<std::string> unreadable;
+};
+
+} // namespace ombrel

@@ -1,0 +1,36 @@
+#include "files/File.h"
+
+#include <system_error>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace ombrel {
+
+FileError makeFileError(FileError::Kind kind, const char* what, int errorNumber) {
+    return {kind, fmt::format("{}: {}", what, std::generic_category().message(errorNumber))};
+}
+
+void writeAll(int descriptor, const std::string& bytes) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+        if (count >= 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            throw makeFileError(FileError::Kind::Unwritable, "can't write it", errno);
+        }
+    }
+}
+
+File::File(int descriptor, FileError::Kind kind, const char* what) : descriptor(descriptor) {
+    if (descriptor < 0) {
+        throw makeFileError(kind, what, errno);
+    }
+}
+
+File::~File() {
+    ::close(descriptor);
+}
+
+} // namespace ombrel

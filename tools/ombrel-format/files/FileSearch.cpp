@@ -1,0 +1,211 @@
+#include "files/FileSearch.h"
+
+#include "files/Exclusion.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <unordered_set>
+
+namespace ombrel {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Verdict = Candidate::Verdict;
+
+/// Without symbolic links; as it is if it doesn't exist.
+std::string getRealPath(const std::string& path) {
+    std::error_code error;
+    const fs::path real = fs::canonical(path, error);
+    return error ? path : real.string();
+}
+
+/// What stands in front of the names found in a folder; nothing for the current one.
+std::string getShownFolder(std::string path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.pop_back();
+    }
+    return path == "." ? "" : path;
+}
+
+/// A file with the name that means standard input is shown as what it is.
+std::string getShownPath(const std::string& folder, const std::string& name) {
+    if (folder.empty()) {
+        return name == "-" ? "./-" : name;
+    }
+    return folder + (folder.ends_with('/') ? "" : "/") + name;
+}
+
+struct Entry {
+    enum class Kind { Folder, File, LinkToFolder, DeadLink, Other };
+
+    std::string name;
+    Kind kind;
+    bool isLink;
+};
+
+Entry::Kind getKind(const fs::directory_entry& entry) {
+    std::error_code error;
+    const bool isLink = entry.is_symlink(error);
+    if (entry.is_directory(error)) {
+        return isLink ? Entry::Kind::LinkToFolder : Entry::Kind::Folder;
+    }
+    if (entry.is_regular_file(error)) {
+        return Entry::Kind::File;
+    }
+    return isLink && !entry.exists(error) ? Entry::Kind::DeadLink : Entry::Kind::Other;
+}
+
+/// By name, in the order of bytes.
+std::vector<Entry> readFolder(const fs::path& folder, std::error_code& error) {
+    std::vector<Entry> entries;
+    for (fs::directory_iterator next(folder, error); !error && next != fs::directory_iterator();
+         next.increment(error)) {
+        std::error_code ignored;
+        entries.push_back({next->path().filename(), getKind(*next), next->is_symlink(ignored)});
+    }
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
+}
+
+class Search {
+public:
+    Search(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope)
+        : options(options), exclusion(options, files, std::move(scope)) {}
+
+    void addStandardInput() { add("-", Verdict::Taken, "named"); }
+
+    void addFile(const std::string& path) {
+        std::error_code error;
+        if (options.listsOnly && !fs::exists(path, error)) {
+            add(path, Verdict::Unreadable, "there is no such file");
+        } else if (!isForcedOut(path, false)) {
+            take(path, getRealPath(path), "named");
+        }
+    }
+
+    void addFolder(const std::string& path) {
+        result.hasFolder = true;
+        if (isForcedOut(path, true)) {
+            return;
+        }
+        const std::string real = getRealPath(path);
+        exclusion.begin(real);
+        walk(real, getShownFolder(path));
+    }
+
+    SearchResult finish() {
+        result.warnings = exclusion.getWarnings();
+        return std::move(result);
+    }
+
+private:
+    bool isForcedOut(const std::string& path, bool isFolder) {
+        if (!options.forcesExclusion) {
+            return false;
+        }
+        const auto decision = exclusion.decideFromTop(getRealPath(path), isFolder);
+        if (decision.isExcluded) {
+            add(path, Verdict::Left, decision.reason);
+        }
+        return decision.isExcluded;
+    }
+
+    /// Looks through a folder that the exclusion has just begun with or entered.
+    void walk(const std::string& real, const std::string& shown) {
+        std::error_code error;
+        for (const Entry& entry : readFolder(real, error)) {
+            if (entry.name != ".git") {
+                visit(entry, (fs::path(real) / entry.name).string(), getShownPath(shown, entry.name));
+            }
+        }
+        if (error) {
+            add(shown.empty() ? "." : shown, Verdict::Unreadable,
+                "can't read this folder: " + error.message());
+        }
+    }
+
+    void visit(const Entry& entry, const std::string& real, const std::string& shown) {
+        if (entry.kind == Entry::Kind::Folder) {
+            visitFolder(real, shown);
+        } else if (entry.kind == Entry::Kind::LinkToFolder) {
+            add(shown, Verdict::Left, "a symbolic link to a folder");
+        } else if (entry.name.ends_with(".omb") || !options.patterns.empty()) {
+            visitFile(entry, real, shown);
+        }
+    }
+
+    void visitFolder(const std::string& real, const std::string& shown) {
+        const auto decision = exclusion.decide(real, true);
+        if (decision.isExcluded) {
+            add(shown + '/', Verdict::Left, decision.reason);
+            return;
+        }
+        exclusion.enter(real);
+        walk(real, shown);
+        exclusion.leave();
+    }
+
+    void visitFile(const Entry& entry, const std::string& real, const std::string& shown) {
+        const auto decision = exclusion.decide(real, false);
+        if (!decision.isWanted && !entry.name.ends_with(".omb")) {
+            return;
+        }
+        if (decision.isExcluded) {
+            add(shown, Verdict::Left, decision.reason);
+        } else if (entry.kind == Entry::Kind::DeadLink) {
+            add(shown, Verdict::Left, "a symbolic link to nothing");
+        } else if (entry.kind == Entry::Kind::Other) {
+            add(shown, Verdict::Left, "not a regular file");
+        } else {
+            take(shown, entry.isLink ? getRealPath(real) : real,
+                 decision.reason.empty() ? "found" : decision.reason);
+        }
+    }
+
+    void take(const std::string& path, const std::string& real, const std::string& reason) {
+        if (taken.insert(real).second) {
+            add(path, Verdict::Taken, reason);
+        } else {
+            add(path, Verdict::Left, "taken before");
+        }
+    }
+
+    void add(const std::string& path, Verdict verdict, const std::string& reason) {
+        result.candidates.push_back({path, verdict, reason});
+    }
+
+    const SearchOptions& options;
+    Exclusion exclusion;
+    std::unordered_set<std::string> taken; ///< real paths
+    SearchResult result;
+};
+
+} // namespace
+
+SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options,
+                       FileSystem& files) {
+    std::vector<bool> isFolder;
+    std::vector<std::string> scope;
+    for (const std::string& path : paths) {
+        isFolder.push_back(path != "-" && files.isFolder(path));
+        if (isFolder.back() || options.forcesExclusion) {
+            scope.push_back(getRealPath(path));
+        }
+    }
+    Search search(options, files, std::move(scope));
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (paths[i] == "-") {
+            search.addStandardInput();
+        } else if (isFolder[i]) {
+            search.addFolder(paths[i]);
+        } else {
+            search.addFile(paths[i]);
+        }
+    }
+    return search.finish();
+}
+
+} // namespace ombrel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "files/FileSystem.h"
+#include "files/SearchOptions.h"
+
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// A file that a search came across, or a folder that it didn't enter.
+struct Candidate {
+    enum class Verdict { Taken, Left, Unreadable };
+
+    std::string path; ///< as the user wrote it, or what it was found through; "-" is standard input
+    Verdict verdict;
+    std::string reason; ///< for people; what is wrong if it is unreadable
+};
+
+struct SearchResult {
+    std::vector<Candidate> candidates; ///< as named, within a folder by name, and no file taken twice
+    bool hasFolder = false;            ///< a folder was among the paths
+    std::vector<std::string> warnings; ///< sentences
+};
+
+/// Finds the files that a run takes: those of `paths` that are no folders, and below the folders everything
+/// named
+/// `*.omb` that nothing leaves out. Symbolic links to folders are not followed, and nothing below a `.git`
+/// counts. A path that doesn't exist is taken for a file.
+SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options,
+                       FileSystem& files);
+
+} // namespace ombrel

@@ -1,0 +1,190 @@
+#include "files/FileSystem.h"
+
+#include "files/File.h"
+#include "files/Interruption.h"
+#include "files/TemporaryFile.h"
+#include "text/TextEncoding.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ombrel {
+
+namespace {
+
+using Kind = FileError::Kind;
+
+/// Reads at most so many bytes, fewer only at the end of the file.
+std::size_t readSome(int descriptor, char* buffer, std::size_t size, Kind kind) {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = ::read(descriptor, buffer + done, size - done);
+        if (count == 0) {
+            break;
+        }
+        if (count < 0 && errno != EINTR) {
+            throw makeFileError(kind, "can't read it", errno);
+        }
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return done;
+}
+
+/// Reads up to the end of the file; its size is only a hint, since pipes have none.
+std::string readAll(int descriptor, std::size_t sizeHint, std::uint64_t limit) {
+    std::string bytes(sizeHint + 1, '\0');
+    std::size_t done = 0;
+    while (true) {
+        done += readSome(descriptor, bytes.data() + done, bytes.size() - done, Kind::Unreadable);
+        if (done > limit) {
+            throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+        }
+        if (done < bytes.size()) {
+            break;
+        }
+        bytes.resize(2 * bytes.size() + 4096);
+    }
+    bytes.resize(done);
+    return bytes;
+}
+
+struct stat getStatus(const std::filesystem::path& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0) {
+        throw makeFileError(Kind::Unwritable, "can't write it", errno);
+    }
+    return status;
+}
+
+bool isWritable(const std::filesystem::path& path, const struct stat& status) {
+    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    return (status.st_mode & anyWrite) != 0 && ::access(path.c_str(), W_OK) == 0;
+}
+
+void checkReplaceable(const std::filesystem::path& path, const struct stat& status, ReplacementRules rules) {
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError(Kind::Unwritable, "can't replace it: not a regular file");
+    }
+    if (status.st_nlink > 1 && !rules.allowsHardLinks) {
+        throw FileError(Kind::Unwritable,
+                        fmt::format("not replaced: it has {} names (hard links), and the others would keep "
+                                    "the old text; --allow-hard-links replaces it",
+                                    status.st_nlink));
+    }
+    if (!rules.allowsReadOnly && !isWritable(path, status)) {
+        throw FileError(Kind::Unwritable, "not replaced: it is read-only; --force-read-only replaces it");
+    }
+}
+
+bool hasContent(const std::filesystem::path& path, std::string_view content) {
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unwritable, "can't read it again");
+    std::array<char, 1 << 16> buffer;
+    while (true) {
+        const std::size_t size = readSome(file.get(), buffer.data(), buffer.size(), Kind::Unwritable);
+        if (content.substr(0, size) != std::string_view(buffer.data(), size)) {
+            return false;
+        }
+        content.remove_prefix(size);
+        if (size < buffer.size()) {
+            return content.empty();
+        }
+    }
+}
+
+/// Makes the new name last through a power failure. By now the file is whole in any case, old or new, and
+/// some file systems can't sync folders, so a failure is no error.
+void syncFolder(const std::filesystem::path& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        ::fsync(descriptor);
+        ::close(descriptor);
+    }
+}
+
+} // namespace
+
+bool DiskFileSystem::isFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+}
+
+bool DiskFileSystem::isFile(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
+std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unreadable, "can't open it");
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) {
+        throw makeFileError(Kind::Unreadable, "can't read it", errno);
+    }
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (S_ISREG(status.st_mode) && size > limit) {
+        throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+    }
+    return readAll(file.get(), S_ISREG(status.st_mode) ? size : 0, limit);
+}
+
+void DiskFileSystem::replace(const std::string& path, const std::string& before, const std::string& after) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::canonical(path, error);
+    if (error) {
+        throw makeFileError(Kind::Unwritable, "can't write it", error.value());
+    }
+    const ReplacementGuard guard;
+    const struct stat status = getStatus(target);
+    checkReplaceable(target, status, rules);
+
+    TemporaryFile temporary(target.parent_path());
+    temporary.write(after);
+    temporary.takeProperties(target, status);
+    temporary.sync();
+    if (!hasContent(target, before)) {
+        throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
+    }
+    temporary.replace(target);
+    syncFolder(target.parent_path());
+}
+
+void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
+    const auto fail = [] {
+        throw FileError(Kind::Unwritable, "can't make it: " + std::generic_category().message(errno));
+    };
+    std::FILE* file = std::fopen(path.c_str(), "wxe");
+    if (file == nullptr) {
+        fail();
+    }
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (std::fclose(file) != 0 || !isWritten) {
+        const int reason = std::exchange(errno, 0);
+        ::unlink(path.c_str());
+        errno = reason;
+        fail();
+    }
+}
+
+void DiskFileSystem::write(const std::string& path, const std::string& bytes) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        create(path, bytes);
+    } else if (S_ISREG(status.st_mode)) {
+        replace(path, read(path, maximalByteCount), bytes);
+    } else {
+        const File file(::open(path.c_str(), O_WRONLY | O_CLOEXEC), Kind::Unwritable, "can't write it");
+        writeAll(file.get(), bytes);
+    }
+}
+
+} // namespace ombrel

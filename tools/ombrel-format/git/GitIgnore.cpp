@@ -1,0 +1,110 @@
+#include "git/GitIgnore.h"
+
+#include "git/Process.h"
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace ombrel {
+
+namespace {
+
+/// The path of something below a folder, relative to it.
+std::string_view getPathBelow(std::string_view folder, std::string_view path) {
+    return path.substr(folder == "/" ? 1 : folder.size() + 1);
+}
+
+bool isBelow(std::string_view folder, std::string_view path) {
+    return folder == "/" || (path.starts_with(folder) && path.substr(folder.size()).starts_with('/'));
+}
+
+/// Folders that are ignored as a whole are one name with a slash at its end. Repositories can set commands
+/// that git runs to learn what has changed; none of them is wanted here.
+std::vector<std::string> makeCommand(const std::string& repository, const std::vector<std::string>& scope) {
+    std::vector<std::string> command = {"git",
+                                        "-C",
+                                        repository,
+                                        "-c",
+                                        "core.fsmonitor=false",
+                                        "--literal-pathspecs",
+                                        "ls-files",
+                                        "--others",
+                                        "--ignored",
+                                        "--exclude-standard",
+                                        "--directory",
+                                        "-z",
+                                        "--"};
+    command.insert(command.end(), scope.begin(), scope.end());
+    return command;
+}
+
+/// Nothing if git can't be started. A hook's variables would lead it to the hook's repository, whichever
+/// folder it is called in.
+std::optional<ProcessResult> ask(const std::vector<std::string>& command) {
+    try {
+        return runProcess(
+            command, getEnvironmentWithout({"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_PREFIX"}), {});
+    } catch (const std::system_error&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+std::string GitIgnore::findRepository(const std::string& folder) {
+    for (std::filesystem::path path = folder;; path = path.parent_path()) {
+        std::error_code error;
+        if (std::filesystem::exists(path / ".git", error)) {
+            return path;
+        }
+        if (!path.has_relative_path()) {
+            return {};
+        }
+    }
+}
+
+/// What git has to look at: nothing special means all of it, which serves many paths better than a long list.
+std::vector<std::string> GitIgnore::getScopeIn(const std::string& repository) const {
+    constexpr std::size_t longestList = 100;
+    std::vector<std::string> paths;
+    for (const std::string& path : scope) {
+        if (path == repository || isBelow(path, repository) || paths.size() == longestList) {
+            return {};
+        }
+        if (isBelow(repository, path)) {
+            paths.emplace_back(getPathBelow(repository, path));
+        }
+    }
+    return paths;
+}
+
+const GitIgnore::Paths& GitIgnore::getIgnored(const std::string& repository) {
+    const auto [known, isNew] = repositories.try_emplace(repository);
+    if (!isNew) {
+        return known->second;
+    }
+    const auto answer = ask(makeCommand(repository, getScopeIn(repository)));
+    if (!answer) {
+        return known->second;
+    }
+    if (answer->status != 0) {
+        failures.push_back(repository);
+    }
+    std::string_view names = answer->out;
+    while (!names.empty()) {
+        const std::size_t end = std::min(names.find('\0'), names.size() - 1);
+        known->second.emplace(names.substr(0, end));
+        names.remove_prefix(end + 1);
+    }
+    return known->second;
+}
+
+bool GitIgnore::isIgnored(const std::string& repository, const std::string& path, bool isFolder) {
+    std::string name(getPathBelow(repository, path));
+    name += isFolder ? "/" : "";
+    return getIgnored(repository).contains(name);
+}
+
+} // namespace ombrel

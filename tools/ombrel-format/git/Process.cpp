@@ -1,0 +1,192 @@
+#include "git/Process.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace ombrel {
+
+namespace {
+
+void check(int errorNumber, const char* what) {
+    if (errorNumber != 0) {
+        throw std::system_error(errorNumber, std::generic_category(), what);
+    }
+}
+
+/// Owns one end of a channel; negative when it is closed.
+class End {
+public:
+    explicit End(int descriptor) : descriptor(descriptor) {}
+    End(End&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+    End& operator=(End&&) = delete;
+    ~End() { close(); }
+
+    int get() const { return descriptor; }
+
+    void close() {
+        if (descriptor >= 0) {
+            ::close(std::exchange(descriptor, -1));
+        }
+    }
+
+private:
+    int descriptor;
+};
+
+struct Channel {
+    End ours;
+    End theirs;
+};
+
+/// For the other program's input: unlike a pipe, a socket can be written without a signal when nobody reads
+/// it any more.
+Channel makeInput() {
+    std::array<int, 2> ends{};
+    check(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0 ? 0 : errno,
+          "can't talk to a process");
+    return {End(ends[0]), End(ends[1])};
+}
+
+/// For its output: unlike a socket, a pipe can be opened again as /dev/stderr, as scripts do.
+Channel makeOutput() {
+    std::array<int, 2> ends{};
+    check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "can't talk to a process");
+    return {End(ends[0]), End(ends[1])};
+}
+
+/// What the new process's standard descriptors are.
+class Actions {
+public:
+    Actions() { check(::posix_spawn_file_actions_init(&actions), "can't start a process"); }
+    Actions(const Actions&) = delete;
+    Actions& operator=(const Actions&) = delete;
+    ~Actions() { ::posix_spawn_file_actions_destroy(&actions); }
+
+    void connect(int target, const End& end) {
+        check(::posix_spawn_file_actions_adddup2(&actions, end.get(), target), "can't start a process");
+    }
+
+    void readNothing() {
+        check(::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0),
+              "can't start a process");
+    }
+
+    const posix_spawn_file_actions_t* get() const { return &actions; }
+
+private:
+    posix_spawn_file_actions_t actions{};
+};
+
+std::vector<char*> getPointers(const std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
+    for (const std::string& word : words) {
+        pointers.push_back(const_cast<char*>(word.c_str()));
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Sends what fits; closes the end when all is sent, or nobody reads any more.
+void send(End& end, std::string_view& bytes) {
+    const ssize_t count = ::send(end.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count >= 0) {
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    const bool isGone = count < 0 && errno != EINTR && errno != EAGAIN;
+    if (bytes.empty() || isGone) {
+        end.close();
+    }
+}
+
+/// Appends what is there; closes the end when nothing more will come.
+void receive(End& end, std::string& bytes) {
+    std::array<char, 1 << 16> buffer;
+    const ssize_t count = ::read(end.get(), buffer.data(), buffer.size());
+    if (count > 0) {
+        bytes.append(buffer.data(), static_cast<std::size_t>(count));
+    } else if (count == 0 || errno != EINTR) {
+        end.close();
+    }
+}
+
+/// Serves all three ends as they get ready, so that neither side waits for the other.
+void exchange(End& in, std::string_view input, End& out, End& err, ProcessResult& result) {
+    while (in.get() >= 0 || out.get() >= 0 || err.get() >= 0) {
+        std::array<pollfd, 3> ends{{{in.get(), POLLOUT, 0}, {out.get(), POLLIN, 0}, {err.get(), POLLIN, 0}}};
+        if (::poll(ends.data(), ends.size(), -1) < 0) {
+            check(errno == EINTR ? 0 : errno, "can't wait for a process");
+            continue;
+        }
+        if (ends[0].revents != 0) {
+            send(in, input);
+        }
+        if (ends[1].revents != 0) {
+            receive(out, result.out);
+        }
+        if (ends[2].revents != 0) {
+            receive(err, result.err);
+        }
+    }
+}
+
+int waitFor(pid_t process) {
+    int status = 0;
+    while (::waitpid(process, &status, 0) < 0) {
+        check(errno == EINTR ? 0 : errno, "can't wait for a process");
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+} // namespace
+
+std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names) {
+    std::vector<std::string> lines;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        const std::string_view line = *variable;
+        if (std::find(names.begin(), names.end(), line.substr(0, line.find('='))) == names.end()) {
+            lines.emplace_back(line);
+        }
+    }
+    return lines;
+}
+
+ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
+                         std::string_view input) {
+    Channel in = makeInput();
+    Channel out = makeOutput();
+    Channel err = makeOutput();
+    Actions actions;
+    if (input.empty()) {
+        actions.readNothing();
+        in.ours.close();
+    } else {
+        actions.connect(STDIN_FILENO, in.theirs);
+    }
+    actions.connect(STDOUT_FILENO, out.theirs);
+    actions.connect(STDERR_FILENO, err.theirs);
+
+    pid_t process = 0;
+    check(::posix_spawnp(&process, words.front().c_str(), actions.get(), nullptr, getPointers(words).data(),
+                         getPointers(environment).data()),
+          words.front().c_str());
+    in.theirs.close();
+    out.theirs.close();
+    err.theirs.close();
+    ProcessResult result{};
+    exchange(in.ours, input, out.ours, err.ours, result);
+    result.status = waitFor(process);
+    return result;
+}
+
+} // namespace ombrel

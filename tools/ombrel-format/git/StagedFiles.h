@@ -1,0 +1,63 @@
+#pragma once
+
+#include "files/FileSystem.h"
+#include "git/ChangedFiles.h"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// Staged files. Reading one gives what is staged; replacing it puts the formatted text into the index, with
+/// the file's mode, and does to the file in the work tree what was done to the index:
+///
+///     staged       work tree           staged       work tree
+///     if a         if a                if a         if a
+///     x=1;         x=1;          →         x=1;         x=1;      the same line: reindented too
+///     end          y=2;                end          y=2;          not staged: stays as it is
+///                  end                              end
+///
+/// Lines that are only in the work tree stay byte for byte. Where the lines can't be told from one another,
+/// the file in the work tree is left alone, and a note says so: it never keeps the index from being written.
+///
+/// Members may be called on several threads at once. `git` and `workTree` are the caller's and have to
+/// outlive it.
+class StagedFiles : public FileSystem {
+public:
+    StagedFiles(const Git& git, const std::vector<ChangedFile>& staged, FileSystem& workTree);
+
+    /// What is staged is a file, whatever the work tree has in its place.
+    bool isFolder(const std::string& path) override {
+        return !staged.contains(path) && workTree.isFolder(path);
+    }
+    bool isFile(const std::string& path) override { return workTree.isFile(path); }
+    std::string read(const std::string& path, std::uint64_t limit) override;
+
+    /// Refuses a file that has been staged anew since the changes were asked for, and does nothing while
+    /// another process holds the index.
+    void replace(const std::string& path, const std::string& before, const std::string& after) override;
+
+    /// To the work tree: no source is written that way.
+    void write(const std::string& path, const std::string& bytes) override { workTree.write(path, bytes); }
+
+    /// What became of files in the work tree, sorted by path.
+    std::vector<Note> getNotes() const;
+
+private:
+    class WorkTreeFile;
+
+    void exchange(const ChangedFile& file, const std::string& after);
+    void addNote(const std::string& path, const std::string& text);
+
+    const Git& git;
+    std::map<std::string, ChangedFile> staged; ///< by ChangedFile::path
+    FileSystem& workTree;
+    std::string
+        otherIndex; ///< that of the repository, if a commit of named files works on an index of its own
+    mutable std::mutex mutex; ///< held while the index is written, guards `notes`
+    std::vector<Note> notes;
+};
+
+} // namespace ombrel

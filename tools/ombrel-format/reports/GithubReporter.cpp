@@ -1,0 +1,54 @@
+#include "reports/GithubReporter.h"
+
+#include <ostream>
+#include <string_view>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+/// Text with the given characters and the `%` of the escapes themselves as `%0A`, say.
+std::string escape(std::string_view text, std::string_view special) {
+    std::string escaped;
+    for (const char c : text) {
+        const bool isSpecial = c == '%' || special.find(c) != special.npos;
+        escaped += isSpecial ? fmt::format("%{:02X}", static_cast<unsigned char>(c)) : std::string(1, c);
+    }
+    return escaped;
+}
+
+std::string describe(std::string_view path, const Problem& problem) {
+    std::string command =
+        fmt::format("::{} file={}", problem.isWarning() ? "warning" : "error", escape(path, "\r\n:,"));
+    if (problem.line != 0) {
+        command += fmt::format(",line={}", problem.line);
+    }
+    if (problem.column != 0) {
+        command += fmt::format(",col={}", problem.column);
+    }
+    return command + "::" + escape(problem.text, "\r\n");
+}
+
+class GithubReporter : public Reporter {
+public:
+    explicit GithubReporter(std::ostream& stream) : stream(stream) {}
+
+    void add(const FileOutcome& outcome) override {
+        for (const Problem& problem : getFindings(outcome)) {
+            stream << describe(outcome.path, problem) << '\n';
+        }
+    }
+
+private:
+    std::ostream& stream;
+};
+
+} // namespace
+
+std::unique_ptr<Reporter> makeGithubReporter(std::ostream& stream) {
+    return std::make_unique<GithubReporter>(stream);
+}
+
+} // namespace ombrel

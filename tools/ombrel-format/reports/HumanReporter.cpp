@@ -1,0 +1,33 @@
+#include "reports/HumanReporter.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace ombrel {
+
+namespace {
+
+/// "would-change" is a word for programs.
+std::string getReadableWord(FileStatus status) {
+    std::string word = getWord(status);
+    std::replace(word.begin(), word.end(), '-', ' ');
+    return word;
+}
+
+} // namespace
+
+void HumanReporter::add(const FileOutcome& outcome) {
+    for (const Message& message : outcome.messages) {
+        if (style.printsWarnings || !message.problem.isWarning()) {
+            printMessage(err, outcome.path, message, style.color);
+        }
+    }
+    if (style.printsStatus && outcome.status != FileStatus::Failed) {
+        err << getPrintableName(outcome.path) << ": " << getReadableWord(outcome.status) << '\n';
+    }
+    if (style.printsNames && outcome.status == FileStatus::WouldChange) {
+        out << outcome.path << '\n';
+    }
+}
+
+} // namespace ombrel

@@ -1,0 +1,81 @@
+#include "reports/JsonReporter.h"
+
+#include <cstdint>
+#include <ostream>
+
+#include <nlohmann/json.hpp>
+
+namespace ombrel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json describePlace(std::uint32_t number) {
+    return number == 0 ? Json(nullptr) : Json(number);
+}
+
+Json describe(const Problem& problem) {
+    return {{"severity", problem.isWarning() ? "warning" : "error"},
+            {"line", describePlace(problem.line)},
+            {"column", describePlace(problem.column)},
+            {"text", problem.text}};
+}
+
+class JsonReporter : public Reporter {
+public:
+    explicit JsonReporter(std::ostream& stream);
+
+    void add(const FileOutcome& outcome) override;
+    void finish() override;
+
+private:
+    void increment(const char* total);
+
+    std::ostream& stream;
+    Json files;
+    Json totals;
+};
+
+JsonReporter::JsonReporter(std::ostream& stream)
+    : stream(stream), files(Json::array()), totals({{"files", 0},
+                                                    {"unchanged", 0},
+                                                    {"formatted", 0},
+                                                    {"would-change", 0},
+                                                    {"failed", 0},
+                                                    {"errors", 0},
+                                                    {"warnings", 0}}) {}
+
+void JsonReporter::increment(const char* total) {
+    auto& number = totals[total];
+    number = number.get<std::uint64_t>() + 1;
+}
+
+void JsonReporter::add(const FileOutcome& outcome) {
+    Json file = {{"path", outcome.path}, {"status", getWord(outcome.status)}};
+    if (outcome.status == FileStatus::WouldChange) {
+        file["firstChangedLine"] = outcome.firstChangedLine;
+    }
+    Json messages = Json::array();
+    for (const Message& message : outcome.messages) {
+        messages.push_back(describe(message.problem));
+        increment(message.problem.isWarning() ? "warnings" : "errors");
+    }
+    file["messages"] = std::move(messages);
+    files.push_back(std::move(file));
+    increment("files");
+    increment(getWord(outcome.status));
+}
+
+void JsonReporter::finish() {
+    const Json document = {{"files", std::move(files)}, {"totals", std::move(totals)}};
+    stream << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+} // namespace
+
+std::unique_ptr<Reporter> makeJsonReporter(std::ostream& stream) {
+    return std::make_unique<JsonReporter>(stream);
+}
+
+} // namespace ombrel

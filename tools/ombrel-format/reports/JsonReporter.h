@@ -1,0 +1,21 @@
+#pragma once
+
+#include "reports/Reporter.h"
+
+#include <iosfwd>
+#include <memory>
+
+namespace ombrel {
+
+/// One JSON document for programs, written by finish():
+///
+///     {"files": [{"path": "a.omb", "status": "would-change", "firstChangedLine": 2, "messages": []},
+///                {"path": "b.omb", "status": "failed", "messages":
+///                    [{"severity": "error", "line": 2, "column": 5, "text": "…"}]}],
+///      "totals": {"files": 2, "unchanged": 0, "formatted": 0, "would-change": 1, "failed": 1,
+///                 "errors": 1, "warnings": 0}}
+///
+/// `firstChangedLine` stands only with "would-change". Line and column are null where a message has no place.
+std::unique_ptr<Reporter> makeJsonReporter(std::ostream& stream);
+
+} // namespace ombrel

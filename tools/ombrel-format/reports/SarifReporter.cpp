@@ -1,0 +1,110 @@
+#include "reports/SarifReporter.h"
+
+#include <array>
+#include <ostream>
+#include <string_view>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace ombrel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Rule {
+    const char* id;
+    const char* description;
+};
+
+/// By the exit status that a finding leads to.
+constexpr std::array<Rule, 7> rules = {{
+    {"comment", "A comment to the formatter has no effect or an unusual one."},
+    {"not-formatted", "The file is not formatted."},
+    {"input", "The file can't be read, or an option doesn't fit it."},
+    {"refused", "The file is not UTF-8, too large, or its indentation would get out of hand."},
+    {"syntax", "The file doesn't parse."},
+    {"unsafe", "The result failed the safety check and was thrown away."},
+    {"write", "The result could not be written."},
+}};
+
+Json describeRules() {
+    Json list = Json::array();
+    for (const Rule& rule : rules) {
+        list.push_back({{"id", rule.id}, {"shortDescription", {{"text", rule.description}}}});
+    }
+    return list;
+}
+
+/// A path as a URI reference. Its colons are escaped too, so that none is taken for the end of a scheme.
+std::string makeUri(std::string_view path) {
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    std::string uri(path.starts_with('/') ? "file://" : "");
+    for (const char c : path) {
+        const bool isPlain = plain.find(c) != plain.npos;
+        uri += isPlain ? std::string(1, c) : fmt::format("%{:02X}", static_cast<unsigned char>(c));
+    }
+    return uri;
+}
+
+Json describePlace(const std::string& uri, const Problem& problem) {
+    Json place = {{"artifactLocation", {{"uri", uri}}}};
+    if (problem.line != 0) {
+        place["region"]["startLine"] = problem.line;
+    }
+    if (problem.column != 0) {
+        place["region"]["startColumn"] = problem.column;
+    }
+    return {{"physicalLocation", std::move(place)}};
+}
+
+Json describe(const std::string& uri, const Problem& problem) {
+    const auto rule = static_cast<std::size_t>(problem.status);
+    return {{"ruleId", rules.at(rule).id},
+            {"ruleIndex", rule},
+            {"level", problem.isWarning() ? "warning" : "error"},
+            {"message", {{"text", problem.text}}},
+            {"locations", Json::array({describePlace(uri, problem)})}};
+}
+
+class SarifReporter : public Reporter {
+public:
+    SarifReporter(std::ostream& stream, std::string version)
+        : stream(stream), version(std::move(version)), results(Json::array()) {}
+
+    void add(const FileOutcome& outcome) override;
+    void finish() override;
+
+private:
+    std::ostream& stream;
+    std::string version;
+    Json results;
+};
+
+void SarifReporter::add(const FileOutcome& outcome) {
+    const std::string uri = makeUri(outcome.path);
+    for (const Problem& problem : getFindings(outcome)) {
+        results.push_back(describe(uri, problem));
+    }
+}
+
+void SarifReporter::finish() {
+    const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", describeRules()}};
+    const Json run = {{"tool", {{"driver", driver}}},
+                      {"columnKind", "utf16CodeUnits"},
+                      {"newlineSequences", {"\r\n", "\n", "\r"}},
+                      {"results", std::move(results)}};
+    const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                      {"version", "2.1.0"},
+                      {"runs", Json::array({run})}};
+    stream << log.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+} // namespace
+
+std::unique_ptr<Reporter> makeSarifReporter(std::ostream& stream, std::string version) {
+    return std::make_unique<SarifReporter>(stream, std::move(version));
+}
+
+} // namespace ombrel
