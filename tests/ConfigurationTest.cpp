@@ -4,6 +4,7 @@
 
 #include <ca/config/ConfigManager.h>
 #include <ca/config/ConfigSource.h>
+#include <ca/config/getIssueSeverity.h>
 #include <ca/utils/JsonReader.h>
 
 #include <gtest/gtest.h>
@@ -364,6 +365,21 @@ protected:
     fs::path folder;
     std::shared_ptr<ca::config::ConfigManager> manager = std::make_shared<ca::config::ConfigManager>();
 };
+
+TEST(Configuration, WarnsOfWhatIsSaidTwiceOnly) {
+    using ca::config::Severity;
+    const std::map<std::u16string, Severity> severities = {
+        {u"{\"a\": 1, \"a\": 2}", Severity::Warning},
+        {u"{\"extends\": 1}", Severity::Error},
+        {u"{", Severity::Error},
+    };
+    for (const auto& [text, severity] : severities) {
+        const Issues issues = makeLayers(Path(u"top"), text)->getSourceIssues();
+        ASSERT_EQ(issues.size(), 1U) << showText(text);
+        EXPECT_EQ(issues.begin()->severity, severity) << showText(text);
+    }
+    EXPECT_EQ(ca::config::getIssueSeverity(nullptr), Severity::Error);
+}
 
 } // namespace
 

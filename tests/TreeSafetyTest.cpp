@@ -1,4 +1,3 @@
-#include "support/ExampleFiles.h"
 #include "support/GoldenSuite.h"
 #include "support/TreeFormatting.h"
 
@@ -185,7 +184,8 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     EXPECT_EQ(mixed[0].line, 2u);
     EXPECT_EQ(mixed[0].column, 3u);
 
-    const auto unsafe = getProblems(u"a;", [](const auto&...) { return u"b;"; });
+    const auto unsafe =
+        getProblems(u"a;", [](const auto& text, const auto&) { return text.empty() ? u"" : u"b;"; });
     ASSERT_EQ(unsafe.size(), 1u);
     EXPECT_EQ(unsafe[0].status, ExitStatus::Unsafe);
 
@@ -252,35 +252,33 @@ TEST(TreeEngine, BreaksLinesBehindABlockCommentInTheSameWayTwice) {
     }
 }
 
-std::vector<TestOptions> makeOptionSets() {
-    using Behavior = ca::formatting::FormattingConfig::LineBreakBehavior;
-    using Placement = ca::formatting::FormattingConfig::SeparatorPlacement;
-    std::vector<TestOptions> sets = {{.indentation = true}, {.trim = true, .indentation = true}};
-    for (const Behavior behavior :
-         {Behavior::SeparateLines, Behavior::AllowSingleLine, Behavior::AllowMultiplePerLine}) {
-        sets.push_back({.indentation = true, .lineBreaking = true, .columnLimit = 60});
-        sets.back().lineBreakBehavior = behavior;
-        sets.back().separatorPlacement = Placement::EndOfLine;
-    }
-    sets.push_back({.trim = true, .lineBreaking = true});
-    return sets;
+std::string describeFirst(const TreeFormatter& formatter, const std::u16string& text = u"a;") {
+    const auto problems = getProblems(text, formatter);
+    return problems.empty() ? "formatted"
+                            : std::to_string(static_cast<int>(problems[0].status)) + " " + problems[0].text;
 }
 
-/// Trimming joins the rows of a matrix, so it is refused for most examples; nothing else is.
-TEST(TreeEngine, FormatsTheExamplesOnce) {
-    int trimmed = 0;
-    for (const auto& [path, text] : readExamples()) {
-        for (const TestOptions& options : makeOptionSets()) {
-            const std::u16string once = format(text, options, MixedLineEnds::UseFirst);
-            if (options.trim && once.ends_with(toText(std::string(notice)))) {
-                continue;
-            }
-            trimmed += options.trim ? 1 : 0;
-            EXPECT_EQ(compare(text, once), "") << path;
-            EXPECT_EQ(once, format(once, options)) << path;
-        }
-    }
-    EXPECT_GT(trimmed, 0);
+/// The formatter answers with its reasons as with a text.
+TEST(TreeEngine, TakesNoReasonForAText) {
+    const auto refuseOptions = [](const auto&...) { return u"b: no such option\n  line: 1\n"; };
+    const char* options = "2 the tree formatter doesn't take these options: b: no such option";
+    EXPECT_EQ(describeFirst(refuseOptions), options);
+    EXPECT_EQ(describeFirst(refuseOptions, u""), options);
+    EXPECT_EQ(describeFirst([](const auto&...) { return u"x"; }, u"x"),
+              "2 the tree formatter doesn't take these "
+              "options: x");
+    EXPECT_EQ(describeFirst([](const auto&...) { return u" \n"; }, u""), "formatted");
+
+    const auto findErrors = [](const auto& text, const auto&) {
+        return text.empty() ? u"" : u"Syntax errors:\n   why line: 1 column: 2\n";
+    };
+    const char* errors = "5 the tree formatter finds syntax errors where there are none";
+    EXPECT_EQ(describeFirst(findErrors), errors);
+    EXPECT_EQ(describeFirst(findErrors, u"if a\r\n%{\r\n%}\r\nend"), errors);
+    EXPECT_EQ(describeFirst(findErrors, u"% ombrel-format off\nx\n% ombrel-format on\n"), errors);
+    EXPECT_EQ(describeFirst(echo, u"Syntax errors:\n"), "formatted") << "a command";
+    EXPECT_EQ(describeFirst(findErrors, u"Syntax errors:"),
+              "5 the formatter would turn the end of the text into 'why'; nothing was written");
 }
 
 } // namespace

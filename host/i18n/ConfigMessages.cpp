@@ -68,11 +68,14 @@ static_assert(areInOrder(), "each message has its entry, at its number, with wor
 
 } // namespace
 
+const char* getConfigKey(ConfigMessage message) {
+    return entries[static_cast<std::size_t>(message)].key;
+}
+
 std::shared_ptr<resource_core::BaseMsgID>
 makeMessage(ConfigMessage message, std::vector<resource_core::BaseMsgID::Argument> arguments) {
-    return std::make_shared<resource_core::BaseMsgID>(
-        resource_core::BaseMsgID{std::move(arguments), CodeAnalyzer::caConfig::catalogName,
-                                 entries[static_cast<std::size_t>(message)].key});
+    return std::make_shared<resource_core::BaseMsgID>(resource_core::BaseMsgID{
+        std::move(arguments), CodeAnalyzer::caConfig::catalogName, getConfigKey(message)});
 }
 
 std::u16string_view getConfigWords(std::string_view key) {

@@ -46,6 +46,9 @@ enum class ConfigMessage {
 std::shared_ptr<resource_core::BaseMsgID>
 makeMessage(ConfigMessage message, std::vector<resource_core::BaseMsgID::Argument> arguments = {});
 
+/// The key of a message, which names it in its catalog.
+const char* getConfigKey(ConfigMessage message);
+
 /// The words of the message with this key, with {0}, {1} where arguments go; empty if there is no such
 /// message.
 std::u16string_view getConfigWords(std::string_view key);

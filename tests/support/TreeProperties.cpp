@@ -38,14 +38,6 @@ std::u16string withoutLeadingBlanks(const std::u16string& text) {
     return stripped;
 }
 
-/// What no run of the formatter may touch, which leaves out the dots of `...` and with them all others.
-std::u16string getCode(std::u16string text) {
-    std::erase_if(text, [](char16_t c) {
-        return std::u16string_view(u" \t\r\n;,.").find(c) != std::u16string_view::npos;
-    });
-    return text;
-}
-
 std::size_t countLeaves(const FormatTree& tree) {
     std::size_t count = 0;
     for (auto leaf = tree.getFirstLeaf(); leaf; leaf = (*leaf)->getNext()) {
@@ -68,6 +60,13 @@ std::string findFaultOfTree(const std::u16string& text, const FormatTree& tree) 
 }
 
 } // namespace
+
+std::u16string getCode(std::u16string text) {
+    std::erase_if(text, [](char16_t c) {
+        return std::u16string_view(u" \t\r\n;,.").find(c) != std::u16string_view::npos;
+    });
+    return text;
+}
 
 std::string findTreeFault(const std::u16string& text, const TestOptions& options) {
     const auto tree = std::make_shared<FormatTree>(text);

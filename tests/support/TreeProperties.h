@@ -4,6 +4,10 @@
 
 #include <string>
 
+/// The characters that no run of the formatter may touch, which leaves out the dots of `...` and with them
+/// all others.
+std::u16string getCode(std::u16string text);
+
 /// Names the first of these that doesn't hold for a text that parses; empty if all do:
 ///
 /// - The claims of its syntax tree hold on its tokens.

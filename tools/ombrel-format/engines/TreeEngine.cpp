@@ -4,7 +4,9 @@
 #include "engines/LineSplitter.h"
 #include "engines/SyntaxCheck.h"
 #include "engines/TreeSafetyCheck.h"
+#include "text/TextEncoding.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <optional>
@@ -61,6 +63,33 @@ std::u16string withLineEnd(std::u16string text, std::u16string_view end) {
     return result;
 }
 
+std::u16string_view withoutLeadingBlanks(std::u16string_view text) {
+    return text.substr(std::min(text.find_first_not_of(u" \t\r\n"), text.size()));
+}
+
+std::string getFirstLine(std::u16string_view text) {
+    return encodeLossy(text.substr(0, text.find(u'\n')));
+}
+
+/// The formatter's reasons come in the place of a text and can't be told from one by their looks. But of the
+/// empty text it makes blanks at most, so any words are about the options.
+std::optional<Problem> checkOptions(const TreeOptions& options, const TreeFormatter& formatter) {
+    const std::u16string answer = formatter({}, options.json);
+    const std::u16string_view words = withoutLeadingBlanks(answer);
+    if (words.empty()) {
+        return std::nullopt;
+    }
+    return Problem{ExitStatus::Usage,
+                   fmt::format("the tree formatter doesn't take these options: {}", getFirstLine(words))};
+}
+
+/// Whether the formatter found syntax errors in the text, which the tool's own parser didn't. A program that
+/// starts with the same word can't be told from them here, and the safety check looks after it.
+bool isListOfSyntaxErrors(std::u16string_view answer, std::u16string_view text) {
+    constexpr std::u16string_view heading = u"Syntax errors:";
+    return answer.starts_with(heading) && !withoutLeadingBlanks(text).starts_with(u"Syntax");
+}
+
 /// The first run over a text with a block comment shows where its opening line goes.
 std::u16string layOutIndented(const ParsedText& source, const TreeOptions& options,
                               const TreeFormatter& formatter) {
@@ -80,6 +109,24 @@ std::u16string layOut(const ParsedText& source, const TreeOptions& options, cons
     return withLineEnd(std::move(result), getFirstLineEnd(source.text));
 }
 
+/// What the formatter makes of the text, or why it makes nothing of it.
+Outcome callFormatter(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
+    try {
+        if (auto problem = checkOptions(options, formatter)) {
+            return fail(std::move(*problem));
+        }
+        std::u16string result = layOut(source, options, formatter);
+        if (isListOfSyntaxErrors(result, source.text)) {
+            return fail({ExitStatus::Unsafe, "the tree formatter finds syntax errors where there are none"});
+        }
+        return result;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        return fail({ExitStatus::Unsafe, fmt::format("the tree formatter failed: {}", error.what())});
+    }
+}
+
 Outcome format(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter,
                const Suppression& suppression) {
     if (options.mixedLineEnds == MixedLineEnds::Refuse) {
@@ -87,21 +134,15 @@ Outcome format(const ParsedText& source, const TreeOptions& options, const TreeF
             return fail(*problem);
         }
     }
-    std::u16string result;
-    try {
-        result = layOut(source, options, formatter);
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& error) {
-        return fail({ExitStatus::Unsafe, fmt::format("the tree formatter failed: {}", error.what())});
+    Outcome outcome = callFormatter(source, options, formatter);
+    if (std::holds_alternative<std::vector<Problem>>(outcome)) {
+        return outcome;
     }
-    if (!suppression.regions.empty()) {
-        auto restored = restoreSuppressed(source.text, suppression, std::move(result));
-        if (auto* problem = std::get_if<Problem>(&restored)) {
-            return fail(std::move(*problem));
-        }
-        result = std::get<std::u16string>(std::move(restored));
+    auto restored = restoreSuppressed(source.text, suppression, std::get<std::u16string>(std::move(outcome)));
+    if (auto* problem = std::get_if<Problem>(&restored)) {
+        return fail(std::move(*problem));
     }
+    std::u16string result = std::get<std::u16string>(std::move(restored));
     if (result == source.text) {
         return result;
     }

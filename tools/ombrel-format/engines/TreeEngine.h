@@ -11,8 +11,8 @@
 
 namespace ombrel {
 
-/// Lays out a text, the first argument, by the options in a JSON text, the second. The text parses and the
-/// options are acceptable. What it throws is reported as a problem of the text.
+/// Lays out a text, the first argument, by the options in a JSON text, the second. May answer with words of
+/// its own where it doesn't take one of them. What it throws is reported as a problem of the text.
 using TreeFormatter = std::function<std::u16string(const std::u16string&, const std::u16string&)>;
 
 struct TreeOptions {
@@ -27,8 +27,9 @@ struct TreeOptions {
 /// Suppressed lines are laid out like all others and then put back as they were, so that what they would have
 /// come to is never looked at.
 ///
-/// Gives problems if the text doesn't parse (all its syntax errors), if its line ends are mixed, if
-/// suppressed lines can't be found again, or if the result isn't the same program.
+/// Gives problems if the text doesn't parse (all its syntax errors), if its line ends are mixed, if the
+/// formatter doesn't take the options, if suppressed lines can't be found again, or if the result isn't the
+/// same program.
 std::variant<std::u16string, std::vector<Problem>> formatTree(const std::u16string& text,
                                                               const TreeOptions& options,
                                                               const TreeFormatter& formatter,

@@ -1,0 +1,95 @@
+#include "pass/FormattingExplorerBridgeImpl.h"
+#include "support/ConfigText.h"
+#include "support/ExampleFiles.h"
+#include "support/GoldenFile.h"
+
+#include <ombrel-format/engines/TreeEngine.h>
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+
+// The examples under many options, through the tool's engine and the bridge, with the check of the result on.
+
+namespace {
+
+using namespace ombrel;
+
+/// The options of a set, but for trimming.
+const char* const optionSets[] = {
+    R"()",
+    R"("indentationEnabled": true)",
+    R"("indentationEnabled": true, "indentWidth": 2, "functionIndentStyle": "Classic")",
+    R"("indentationEnabled": true, "indentWidth": 1, "indentCharacter": "Tab", "indentBlankLines": true)",
+    R"("indentationEnabled": true, "functionIndentStyle": "IndentNested", "indentCaseBlocks": false)",
+    R"("lineBreakingEnabled": true, "columnLimit": 60)",
+    R"("indentationEnabled": true, "lineBreakingEnabled": true, "lineBreakBehavior": "SeparateLines")",
+    R"("indentationEnabled": true, "lineBreakingEnabled": true, "lineBreakBehavior": "AllowSingleLine",
+       "separatorPlacement": "EndOfLine", "columnLimit": 40)",
+    R"("indentationEnabled": true, "lineBreakingEnabled": true, "lineBreakBehavior": "AllowMultiplePerLine",
+       "separatorPlacement": "StartOfLine", "columnLimit": 72)",
+    R"("indentationEnabled": true, "lineBreakingEnabled": true, "indentCharacter": "Tab", "indentWidth": 1,
+       "lineBreakBehavior": {"Lists": "AllowMultiplePerLine", "Inheritance": "SeparateLines",
+       "Expressions": "AllowSingleLine", "Statements": "SeparateLines"})",
+};
+
+std::u16string makeJson(const char* options, bool trims) {
+    const std::string trimming = trims ? R"("trimUnnecessaryWhitespace": true)" : R"("enabled": true)";
+    return decodeLossy(R"({"formatting": {)" + trimming + (*options == '\0' ? "" : ", ") + options + "}}");
+}
+
+/// What a difference is about, without the names: "put node into the matrix row before it".
+std::string getShape(const std::string& difference) {
+    std::string shape =
+        std::regex_replace(difference, std::regex(R"(^\d+:\d+ |^the formatter would |;.*)"), "");
+    shape = std::regex_replace(shape, std::regex("'.*'"), "token");
+    return std::regex_replace(shape, std::regex("this [a-z ]+ (into|out of)"), "node $1");
+}
+
+/// The shapes of all that the formatter's rules are known to do to a program's meaning.
+std::set<std::string> readKnownShapes() {
+    std::set<std::string> shapes;
+    for (const GoldenFile& file : readGoldenFolder(OMBREL_SOURCE_DIR "/tests/golden/tree-meaning")) {
+        for (const GoldenCase& golden : file.cases) {
+            for (const GoldenResult& result : golden.results) {
+                shapes.insert(getShape(showText(result.text.substr(0, result.text.find(u'\n')))));
+            }
+        }
+    }
+    return shapes;
+}
+
+TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
+    const std::set<std::string> known = readKnownShapes();
+    const TreeFormatter formatter = [](const std::u16string& text, const std::u16string& json) {
+        return FormattingExplorerBridgeImpl().format(text, json);
+    };
+    std::size_t formatted[2] = {};
+    const std::vector<ExampleFile> examples = readExamples();
+    for (const auto& [path, text] : examples) {
+        for (const bool trims : {false, true}) {
+            for (const char* options : optionSets) {
+                SCOPED_TRACE(path.filename().string() + " {" + options +
+                             "}, trimming: " + (trims ? "yes" : "no"));
+                const bool indents =
+                    std::string_view(options).find("indentationEnabled") != std::string_view::npos;
+                const TreeOptions tree{makeJson(options, trims), indents, MixedLineEnds::UseFirst};
+                const auto once = formatTree(text, tree, formatter);
+                if (const auto* problems = std::get_if<std::vector<Problem>>(&once)) {
+                    EXPECT_TRUE(trims) << problems->front().text;
+                    EXPECT_EQ(problems->front().status, ExitStatus::Unsafe);
+                    EXPECT_TRUE(known.contains(getShape(problems->front().text))) << problems->front().text;
+                    continue;
+                }
+                ++formatted[trims];
+                EXPECT_EQ(once, formatTree(std::get<std::u16string>(once), tree, formatter));
+            }
+        }
+    }
+    const std::size_t count = examples.size() * std::size(optionSets);
+    EXPECT_EQ(formatted[false], count);
+    EXPECT_EQ(formatted[true], count);
+}
+
+} // namespace
