@@ -41,7 +41,7 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
          u"extends: paths count from the file that they stand in, and this text is in none\n"
          u"  line: 1\n  column: 13\n"},
         {"a warning, which stops it like an error", u"x", uR"({"formatting": {}, "formatting": {}})",
-         u"formatting is there twice, and only the last one counts\n  line: 1\n  column: 20\n"},
+         u"\"formatting\" is there twice, and only the last one counts\n  line: 1\n  column: 20\n"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(row.wanted, callBridge(row.source, row.json)) << row.what;

@@ -42,7 +42,7 @@ std::u16string makeJson(const char* options, bool trims) {
 /// What a difference is about, without the names: "put node into the matrix row before it".
 std::string getShape(const std::string& difference) {
     std::string shape =
-        std::regex_replace(difference, std::regex(R"(^\d+:\d+ |^the formatter would |;.*)"), "");
+        std::regex_replace(difference, std::regex(R"(^(\d+:\d+ )?the formatter would |;.*)"), "");
     shape = std::regex_replace(shape, std::regex("'.*'"), "token");
     return std::regex_replace(shape, std::regex("this [a-z ]+ (into|out of)"), "node $1");
 }
@@ -67,7 +67,7 @@ TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
     };
     std::size_t formatted[2] = {};
     const std::vector<ExampleFile> examples = readExamples();
-    for (const auto& [path, text] : examples) {
+    for (const auto& [path, source] : examples) {
         for (const bool trims : {false, true}) {
             for (const char* options : optionSets) {
                 SCOPED_TRACE(path.filename().string() + " {" + options +
@@ -75,7 +75,7 @@ TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
                 const bool indents =
                     std::string_view(options).find("indentationEnabled") != std::string_view::npos;
                 const TreeOptions tree{makeJson(options, trims), indents, MixedLineEnds::UseFirst};
-                const auto once = formatTree(text, tree, formatter);
+                const auto once = formatTree(source, tree, formatter);
                 if (const auto* problems = std::get_if<std::vector<Problem>>(&once)) {
                     EXPECT_TRUE(trims) << problems->front().text;
                     EXPECT_EQ(problems->front().status, ExitStatus::Unsafe);
@@ -83,13 +83,16 @@ TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
                     continue;
                 }
                 ++formatted[trims];
-                EXPECT_EQ(once, formatTree(std::get<std::u16string>(once), tree, formatter));
+                const auto& text = std::get<std::u16string>(once);
+                const auto twice = formatTree(text, tree, formatter);
+                ASSERT_TRUE(std::holds_alternative<std::u16string>(twice));
+                EXPECT_EQ(showText(std::get<std::u16string>(twice)), showText(text));
             }
         }
     }
     const std::size_t count = examples.size() * std::size(optionSets);
     EXPECT_EQ(formatted[false], count);
-    EXPECT_EQ(formatted[true], count);
+    EXPECT_GE(formatted[true] * 5, count) << "most examples have a matrix with rows, which trimming joins";
 }
 
 } // namespace
