@@ -15,6 +15,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
@@ -35,8 +36,7 @@ set(exactly "(= ${PROJECT_VERSION})")
 ombrel_package(library libca-formatting0 libs
     "source-code formatter for Ombrel (libraries)"
     "The formatter of Ombrel source that tools load, and the host library with the
-tokenizer, the parser and the configuration that it stands on."
-    GENERATE_SHLIBS ON)
+tokenizer, the parser and the configuration that it stands on.")
 ombrel_package(development libca-formatting-dev libdevel
     "source-code formatter for Ombrel (development files)"
     "Headers, a CMake package and a pkg-config file for programs that format Ombrel
