@@ -16,11 +16,17 @@ _ombrel_format_revisions() {
     compadd -a revisions
 }
 
+# Keys first, then the values of the key.
 _ombrel_format_settings() {
     local -a settings=(
 @settings@
     )
-    _multi_parts = settings
+    local key=${PREFIX%%=*}
+    if compset -P '*='; then
+        compadd -- ${${(M)settings:#$key=*}#*=}
+    else
+        compadd -S = -- ${(u)settings%%=*}
+    fi
 }
 
 _arguments -s -S \
