@@ -3,6 +3,8 @@
 # <ca/formatting/ca_format.h> and <ca/lexer/Token.h> as we do.
 include(CMakePackageConfigHelpers)
 
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON) # packaging takes what has been built, and builds nothing
+
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ca_formatting)
 set(pkgConfigDir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

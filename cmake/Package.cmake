@@ -3,23 +3,28 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ca-formatting)
 set(CPACK_PACKAGE_VENDOR "The ca::formatting developers")
 set(CPACK_PACKAGE_CONTACT "The ca::formatting developers <ca-formatting@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL library development tool devtools)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
-# ombrel_package(COMPONENT NAME SECTION SUMMARY [FIELD VALUE]...)
-macro(ombrel_package component name section summary)
+# ombrel_package(COMPONENT NAME SECTION SUMMARY DESCRIPTION [FIELD VALUE]...)
+macro(ombrel_package component name section summary description)
     string(TOUPPER ${component} upper)
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
     set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
-    set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}")
+    set(CPACK_DEBIAN_${upper}_DESCRIPTION "${summary}\n${description}")
     set(fields ${ARGN})
     while(fields)
         list(POP_FRONT fields field value)
@@ -28,12 +33,23 @@ macro(ombrel_package component name section summary)
 endmacro()
 
 set(exactly "(= ${PROJECT_VERSION})")
-ombrel_package(library libca-formatting0 libs "source-code formatter for Ombrel (libraries)"
-    GENERATE_SHLIBS ON)
-ombrel_package(development libca-formatting-dev libdevel "source-code formatter for Ombrel (headers)"
+ombrel_package(library libca-formatting0 libs
+    "source-code formatter for Ombrel (libraries)"
+    "The formatter of Ombrel source that tools load, and the host library with the
+tokenizer, the parser and the configuration that it stands on.")
+ombrel_package(development libca-formatting-dev libdevel
+    "source-code formatter for Ombrel (development files)"
+    "Headers, a CMake package and a pkg-config file for programs that format Ombrel
+source with the library, or that are a host of it."
     DEPENDS "libca-formatting0 ${exactly}")
-ombrel_package(tool ombrel-format devel "source-code formatter for Ombrel (command line)"
-    DEPENDS "libca-formatting0 ${exactly}" SUGGESTS "ombrel-devtools, git")
-ombrel_package(devtools ombrel-devtools devel "source-code formatter for Ombrel (tree engine, ombrel-dump)"
-    DEPENDS "libca-formatting0 ${exactly}" ENHANCES "ombrel-format")
+ombrel_package(tool ombrel-format devel
+    "source-code formatter for Ombrel (command line)"
+    "Formats files, trees, and what has changed in a git repository, and checks them
+in continuous integration. The tree engine is in the package ombrel-devtools."
+    DEPENDS "libca-formatting0 ${exactly}" RECOMMENDS ombrel-devtools SUGGESTS git)
+ombrel_package(devtools ombrel-devtools devel
+    "source-code formatter for Ombrel (tree engine and ombrel-dump)"
+    "The companion library, through which ombrel-format reaches the tree engine, and
+ombrel-dump, which prints a stage of a text's way through the formatters."
+    DEPENDS "libca-formatting0 ${exactly}" ENHANCES ombrel-format)
 include(CPack)

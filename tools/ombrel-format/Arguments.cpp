@@ -343,22 +343,40 @@ EarlyExit refuse(const std::string& message) {
     return {ExitStatus::Usage, getPrintableName(message)};
 }
 
-} // namespace
-
-std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
-    Arguments arguments;
-    CLI::App app(description, "ombrel-format");
+/// What is read goes to `arguments` and `patterns`, which have to outlive the parser.
+void addOptions(CLI::App& app, Arguments& arguments, PatternOptions& patterns) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.allow_extras();
     app.footer(footer);
     addModes(app, arguments);
-    PatternOptions patterns;
     addOptionFlags(app, arguments.options);
     addSearchOptions(app, arguments.search, patterns);
     addChangeOptions(app, arguments.changes);
     addReplacementRules(app, arguments.replacement);
     addGeneralOptions(app, arguments);
     refuseFlagValues(app);
+}
+
+OptionDescription describe(const CLI::Option& option) {
+    OptionDescription description;
+    for (const std::string& name : option.get_snames()) {
+        description.names.push_back('-' + name);
+    }
+    for (const std::string& name : option.get_lnames()) {
+        description.names.push_back("--" + name);
+    }
+    description.value = option.get_expected_min() == 0 ? "" : option.get_type_name();
+    description.help = option.get_description();
+    return description;
+}
+
+} // namespace
+
+std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
+    Arguments arguments;
+    CLI::App app(description, "ombrel-format");
+    PatternOptions patterns;
+    addOptions(app, arguments, patterns);
     if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
         return refuse(message);
     }
@@ -388,6 +406,18 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
         return refuse(message);
     }
     return arguments;
+}
+
+std::vector<OptionDescription> describeCommandLine() {
+    Arguments arguments;
+    PatternOptions patterns;
+    CLI::App app(description, "ombrel-format");
+    addOptions(app, arguments, patterns);
+    std::vector<OptionDescription> descriptions;
+    for (const CLI::Option* option : std::as_const(app).get_options()) {
+        descriptions.push_back(describe(*option));
+    }
+    return descriptions;
 }
 
 } // namespace ombrel

@@ -57,4 +57,14 @@ struct EarlyExit {
 /// Reads the command line of the program, `argv[0]` included.
 std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv);
 
+/// An option of the command line as people get to see it.
+struct OptionDescription {
+    std::vector<std::string> names; ///< with their dashes, the short one first
+    std::string value;              ///< what stands behind it: "N", "FILE", "line|tree"; empty for a flag
+    std::string help;               ///< what it does; a default stands in brackets at the end
+};
+
+/// All options, from which manual and completions are made, in the order of the help.
+std::vector<OptionDescription> describeCommandLine();
+
 } // namespace ombrel

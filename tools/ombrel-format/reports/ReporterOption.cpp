@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace ombrel {
 
@@ -99,9 +100,8 @@ void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices) {
         std::transform(texts.begin(), texts.end(), std::back_inserter(choices), parseChoice);
     };
     app.add_option_function<std::vector<std::string>>(
-           "--reporter", store,
-           "How to tell what happened: human, or json, github, sarif; repeatable [human]")
-        ->type_name("NAME[:FILE]")
+           "--reporter", store, "How to tell what happened, all but human in a file too; repeatable [human]")
+        ->type_name(fmt::format("{}[:FILE]", fmt::join(words, "|")))
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
