@@ -126,6 +126,23 @@ TEST_F(ReporterRun, ReportsGoToStandardOutputOrWholeToFiles) {
     EXPECT_NE(both.out.find("\"formatted\": 1,"), std::string::npos) << both.out;
 }
 
+TEST_F(ReporterRun, FaultsOfOptionsFilesAreReported) {
+    const std::string file = folder / "a.omb";
+    const std::string options = folder / ".ombrel-format.json";
+    std::ofstream(file) << ugly;
+    std::ofstream(options) << "{\n  \"engin\": \"line\",\n  \"line\": {\"indentSize\": 65}\n}\n";
+    const std::string json = folder / "report.json";
+    const ProgramOutcome check =
+        runProgram({"--check", "--reporter=github", "--reporter=json:" + json, file, file});
+    EXPECT_EQ(check.status, 2);
+    EXPECT_EQ(check.err, "");
+    EXPECT_EQ(check.out, "::error file=" + options +
+                             ",line=2,col=3::unknown option engin; did you mean engine?\n" +
+                             "::error file=" + options + ",line=3,col=26::expected a number from 0 to 64\n");
+    EXPECT_NE(readFile(json).find("\"failed\": 1,\n    \"errors\": 2"), std::string::npos);
+    EXPECT_EQ(runProgram({"--print-config", "-q", file}).err.find(options + ":2:3: error: "), 0U);
+}
+
 TEST_F(ReporterRun, RefusesTwoWritersOfOnePlace) {
     struct Row {
         std::vector<std::string> words;

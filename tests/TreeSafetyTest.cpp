@@ -180,7 +180,7 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     EXPECT_EQ(mixed[0].status, ExitStatus::Refused);
     EXPECT_EQ(mixed[0].text,
               "this line ends in LF and the first one in CRLF: the tree engine can't keep line "
-              "ends that are mixed");
+              "ends that are mixed; --force gives all lines the first one's");
     EXPECT_EQ(mixed[0].line, 2u);
     EXPECT_EQ(mixed[0].column, 3u);
 

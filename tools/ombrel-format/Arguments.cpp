@@ -54,11 +54,12 @@ LineRange parseRange(const std::string& text) {
 /// `shownDefault` is for the help text; empty: the number that is in `target`.
 CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& target, std::uint32_t low,
                        std::uint32_t high, const std::string& help, const std::string& shownDefault = {}) {
+    const std::string longName = name.substr(name.rfind(',') + 1);
     const auto store = [=, &target](const std::string& text) {
         const auto number = parseNumber(text);
         if (!number || *number < low || *number > high) {
             throw CLI::ValidationError(
-                fmt::format("{} {}: expected a number from {} to {}", name, text, low, high));
+                fmt::format("{} {}: expected a number from {} to {}", longName, text, low, high));
         }
         target = *number;
     };

@@ -9,9 +9,12 @@
 #include "reports/Diff.h"
 #include "text/TextEncoding.h"
 
+#include <exception>
 #include <new>
 #include <sstream>
 #include <variant>
+
+#include <fmt/format.h>
 
 namespace ombrel {
 
@@ -52,6 +55,8 @@ public:
             report({getStatus(error.kind), error.what()}, {});
         } catch (const std::bad_alloc&) {
             report({ExitStatus::Refused, "not enough memory for this text"}, {});
+        } catch (const std::exception& error) { // a fault of ours, and no reason to leave out the other files
+            report({ExitStatus::Unsafe, fmt::format("formatting failed: {}", error.what())}, {});
         }
         return std::move(result);
     }

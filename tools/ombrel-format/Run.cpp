@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <ostream>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -64,20 +63,21 @@ private:
         if (found.candidates.empty() && !arguments.search.allowsNoFiles) {
             return refuse(nothingToDo);
         }
-        if (!arguments.checkSyntax && !prepareOptions(getNames(found.candidates))) {
-            return ExitStatus::Usage;
-        }
-        if (!found.candidates.empty()) {
+        const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
+        if (isPrepared && !found.candidates.empty()) {
             process(found.candidates, found.hasFolder);
         }
-        status = getWorse(status, reporters.finish());
-        return finish();
+        return finishReports();
     }
 
     /// False if there is a fault in one of the options files. Then all faults have been reported.
     bool prepareOptions(const std::vector<std::string>& names) {
         const std::vector<OptionsFault> faults = resolver.prepare(names);
-        printFaults(console.err, faults, resolver, console.getErrColor(arguments.color));
+        for (const OptionsFault& fault : faults) {
+            status = ExitStatus::Usage;
+            reporters.add({resolver.getShownPath(fault.path), FileStatus::Failed, 0,
+                           makeMessages(fault.problems, fault.text)});
+        }
         return faults.empty();
     }
 
@@ -96,7 +96,7 @@ private:
             names.push_back(files.isFolder(path) ? path + '/' : arguments.getShownName(path));
         }
         if (!prepareOptions(names)) {
-            return ExitStatus::Usage;
+            return finishReports();
         }
         for (const std::string& name : names) {
             print(getPrintableName(name) + ":\n" + describeOptions(resolver.explain(name)));
@@ -224,15 +224,18 @@ private:
         }
     }
 
+    ExitStatus finishReports() {
+        status = getWorse(status, reporters.finish());
+        return finish();
+    }
+
     /// Ends the run with the status that it has come to.
     ExitStatus finish() {
         flush();
         if (console.out) {
             return status;
         }
-        const std::string reason = outError == 0 ? "" : ": " + std::generic_category().message(outError);
-        printUsageError(console.err, "ombrel-format", "can't write standard output" + reason,
-                        console.getErrColor(arguments.color));
+        printOutputFailure(console.err, "ombrel-format", outError, console.getErrColor(arguments.color));
         return ExitStatus::WriteFailed;
     }
 

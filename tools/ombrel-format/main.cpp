@@ -4,6 +4,7 @@
 #include "files/Interruption.h"
 #include "reports/Message.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
@@ -26,8 +27,13 @@ ExitStatus finish(const EarlyExit& exit) {
         printUsageError(std::cerr, "ombrel-format", exit.text + "\nTry ombrel-format --help.", Color::Off);
         return exit.status;
     }
+    errno = 0;
     std::cout << exit.text << std::flush;
-    return std::cout ? ExitStatus::Done : ExitStatus::WriteFailed;
+    if (std::cout) {
+        return ExitStatus::Done;
+    }
+    printOutputFailure(std::cerr, "ombrel-format", errno, Color::Off);
+    return ExitStatus::WriteFailed;
 }
 
 /// Keeps memory that one file has used for the next: giving it back after each takes longer than formatting.

@@ -40,11 +40,12 @@ std::optional<Problem> checkLineEnds(std::u16string_view text) {
     LineSplitter lines(text);
     for (std::uint32_t number = 1; const auto line = lines.getNext(); ++number) {
         if (!line->end.empty() && line->end != first) {
-            return Problem{ExitStatus::Refused,
-                           fmt::format("this line ends in {} and the first one in {}: the tree engine can't "
-                                       "keep line ends that are mixed",
-                                       describe(line->end), describe(first)),
-                           number, static_cast<std::uint32_t>(line->content.size() + 1)};
+            return Problem{
+                ExitStatus::Refused,
+                fmt::format("this line ends in {} and the first one in {}: the tree engine can't "
+                            "keep line ends that are mixed; --force gives all lines the first one's",
+                            describe(line->end), describe(first)),
+                number, static_cast<std::uint32_t>(line->content.size() + 1)};
         }
     }
     return std::nullopt;

@@ -1,5 +1,6 @@
 #include "files/Exclusion.h"
 
+#include "files/Paths.h"
 #include "text/TextEncoding.h"
 
 #include <filesystem>
@@ -17,14 +18,6 @@ constexpr const char* ignoreFileName = ".ombrel-format-ignore";
 bool isThere(const std::filesystem::path& path) {
     std::error_code error;
     return std::filesystem::exists(path, error);
-}
-
-std::string getPathFrom(const std::string& folder, const std::string& path) {
-    return std::filesystem::path(path).lexically_relative(folder);
-}
-
-bool isBelow(const std::string& folder, std::string_view path) {
-    return folder == "/" || (path.starts_with(folder) && path.substr(folder.size()).starts_with('/'));
 }
 
 } // namespace
@@ -67,13 +60,9 @@ IgnoreRules Exclusion::readRules(const std::string& folder) {
         return IgnoreRules(files.read(path, maximalByteCount));
     } catch (const FileError& error) {
         unreadable.push_back(
-            fmt::format("{}: {}, so its rules don't count", getShownPath(path), error.what()));
+            fmt::format("{}: {}, so its rules don't count", getShortPath(currentFolder, path), error.what()));
         return {};
     }
-}
-
-std::string Exclusion::getShownPath(const std::string& path) const {
-    return isBelow(currentFolder, path) ? getPathFrom(currentFolder, path) : path;
 }
 
 std::optional<Exclusion::Decision> Exclusion::askCommandLine(const std::string& path, bool isFolder) const {
@@ -97,8 +86,9 @@ std::optional<Exclusion::Decision> Exclusion::askIgnoreFiles(const std::string& 
         }
         if (const auto match = level->rules.match(getPathFrom(level->folder, path), isFolder)) {
             const auto file = std::filesystem::path(level->folder) / ignoreFileName;
-            return Decision{match->isIgnored, false,
-                            fmt::format("{}:{}: {}", getShownPath(file), match->line, match->pattern)};
+            return Decision{
+                match->isIgnored, false,
+                fmt::format("{}:{}: {}", getShortPath(currentFolder, file), match->line, match->pattern)};
         }
     }
     return std::nullopt;
@@ -133,8 +123,8 @@ Exclusion::Decision Exclusion::decideFromTop(const std::string& path, bool isFol
 std::vector<std::string> Exclusion::getWarnings() const {
     std::vector<std::string> warnings = unreadable;
     for (const std::string& repository : git.getFailures()) {
-        warnings.push_back(
-            fmt::format("git can't say what is ignored in {}, so nothing is", getShownPath(repository)));
+        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is",
+                                       getShortPath(currentFolder, repository)));
     }
     return warnings;
 }

@@ -52,7 +52,6 @@ private:
     };
 
     IgnoreRules readRules(const std::string& folder);
-    std::string getShownPath(const std::string& path) const;
     std::optional<Decision> askCommandLine(const std::string& path, bool isFolder) const;
     std::optional<Decision> askIgnoreFiles(const std::string& path, bool isFolder) const;
 

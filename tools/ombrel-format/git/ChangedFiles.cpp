@@ -3,6 +3,7 @@
 #include "engines/LineSplitter.h"
 #include "git/GitDiff.h"
 #include "reports/Message.h"
+#include "text/ListSplitter.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -19,17 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view extension = ".omb";
-
-/// The items of a list that git ended with NUL.
-std::vector<std::string> splitAtNul(std::string_view list) {
-    std::vector<std::string> items;
-    while (!list.empty()) {
-        const std::size_t length = std::min(list.find('\0'), list.size());
-        items.emplace_back(list.substr(0, length));
-        list.remove_prefix(std::min(length + 1, list.size()));
-    }
-    return items;
-}
 
 /// The paths that the user named, as git names them.
 class Selection {
@@ -57,7 +47,8 @@ public:
     /// Asks for a file.
     bool contains(const std::string& pathInTree) const {
         const bool isOmbrel = pathInTree.ends_with(extension);
-        return named.empty() ? isOmbrel : named.contains(pathInTree) || (isOmbrel && isBelow(pathInTree));
+        return named.empty() ? isOmbrel
+                             : named.contains(pathInTree) || (isOmbrel && isInNamedFolder(pathInTree));
     }
 
     /// A path that is misspelt would otherwise look like one without changes.
@@ -98,8 +89,7 @@ private:
         return inTree;
     }
 
-    /// Whether one of the folders that a file is in was named.
-    bool isBelow(std::string_view pathInTree) const {
+    bool isInNamedFolder(std::string_view pathInTree) const {
         for (std::size_t end = pathInTree.rfind('/'); end != std::string_view::npos;
              end = pathInTree.rfind('/', end - 1)) {
             if (named.contains(std::string(pathInTree.substr(0, end)))) {
@@ -172,7 +162,7 @@ private:
 
     void findUnmerged() {
         // Each item is "mode id stage TAB path", one for each side of the conflict.
-        for (const std::string& item : splitAtNul(list({"ls-files", "-z", "--unmerged"}))) {
+        for (const std::string& item : splitList(list({"ls-files", "-z", "--unmerged"}), '\0')) {
             const std::string path = item.substr(item.find('\t') + 1);
             if (selection.contains(path) && unmerged.insert(path).second) {
                 leaveOut(path, "left out: it has unresolved conflicts");
@@ -229,7 +219,7 @@ private:
 
     void findUntracked() {
         for (const std::string& path :
-             splitAtNul(list({"ls-files", "-z", "--others", "--exclude-standard"}))) {
+             splitList(list({"ls-files", "-z", "--others", "--exclude-standard"}), '\0')) {
             if (selection.contains(path) && selection.isRegular(path)) {
                 add(path, {}, std::nullopt);
             }
@@ -245,7 +235,7 @@ private:
             return;
         }
         // Three items for each path: itself, the attribute's name, its value.
-        const auto items = splitAtNul(git.run({"check-attr", "-z", "--stdin", "filter"}, paths));
+        const auto items = splitList(git.run({"check-attr", "-z", "--stdin", "filter"}, paths), '\0');
         std::set<std::string> filtered;
         for (std::size_t i = 0; i + 2 < items.size(); i += 3) {
             if (items[i + 2] != "unspecified" && items[i + 2] != "unset") {

@@ -2,6 +2,7 @@
 
 #include "git/Process.h"
 #include "reports/Message.h"
+#include "text/ListSplitter.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -22,10 +23,8 @@ std::vector<std::string> getEnvironment() {
 /// git's messages name files, so each line is made fit for a terminal.
 std::string getPrintableLines(std::string_view text) {
     std::string lines;
-    while (!text.empty()) {
-        const std::size_t length = std::min(text.find('\n'), text.size());
-        lines += (lines.empty() ? "" : "\n") + getPrintableName(text.substr(0, length));
-        text.remove_prefix(std::min(length + 1, text.size()));
+    for (const std::string& line : splitList(text, '\n')) {
+        lines += (lines.empty() ? "" : "\n") + getPrintableName(line);
     }
     return lines;
 }

@@ -1,24 +1,17 @@
 #include "git/GitIgnore.h"
 
+#include "files/Paths.h"
 #include "git/Process.h"
+#include "text/ListSplitter.h"
 
 #include <filesystem>
 #include <optional>
-#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace ombrel {
 
 namespace {
-
-/// The path of something below a folder, relative to it.
-std::string_view getPathBelow(std::string_view folder, std::string_view path) {
-    return path.substr(folder == "/" ? 1 : folder.size() + 1);
-}
-
-bool isBelow(std::string_view folder, std::string_view path) {
-    return folder == "/" || (path.starts_with(folder) && path.substr(folder.size()).starts_with('/'));
-}
 
 /// Folders that are ignored as a whole are one name with a slash at its end. Repositories can set commands
 /// that git runs to learn what has changed; none of them is wanted here.
@@ -74,7 +67,7 @@ std::vector<std::string> GitIgnore::getScopeIn(const std::string& repository) co
             return {};
         }
         if (isBelow(repository, path)) {
-            paths.emplace_back(getPathBelow(repository, path));
+            paths.push_back(getShortPath(repository, path));
         }
     }
     return paths;
@@ -92,17 +85,14 @@ const GitIgnore::Paths& GitIgnore::getIgnored(const std::string& repository) {
     if (answer->status != 0) {
         failures.push_back(repository);
     }
-    std::string_view names = answer->out;
-    while (!names.empty()) {
-        const std::size_t end = std::min(names.find('\0'), names.size() - 1);
-        known->second.emplace(names.substr(0, end));
-        names.remove_prefix(end + 1);
+    for (std::string& name : splitList(answer->out, '\0')) {
+        known->second.insert(std::move(name));
     }
     return known->second;
 }
 
 bool GitIgnore::isIgnored(const std::string& repository, const std::string& path, bool isFolder) {
-    std::string name(getPathBelow(repository, path));
+    std::string name = getShortPath(repository, path);
     name += isFolder ? "/" : "";
     return getIgnored(repository).contains(name);
 }

@@ -1,21 +1,12 @@
 #include "git/LineTransfer.h"
 
+#include "text/ListSplitter.h"
+
 #include <algorithm>
 
 namespace ombrel {
 
 namespace {
-
-/// One line, its line feed included.
-std::vector<std::string_view> splitAtLineFeeds(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t length = std::min(text.find('\n'), text.size() - 1) + 1;
-        lines.push_back(text.substr(0, length));
-        text.remove_prefix(length);
-    }
-    return lines;
-}
 
 std::string_view getContent(std::string_view line) {
     const std::size_t length = line.size() - (line.ends_with('\n') ? 1 : 0);
@@ -30,7 +21,7 @@ std::size_t getStart(std::uint32_t first, std::uint32_t count) {
 class Transfer {
 public:
     Transfer(std::string_view before, std::string_view after, std::string_view text)
-        : before(splitAtLineFeeds(before)), after(splitAtLineFeeds(after)), lines(splitAtLineFeeds(text)) {
+        : before(splitLines(before)), after(splitLines(after)), lines(splitLines(text)) {
         result.reserve(text.size() + after.size() - std::min(before.size(), after.size()));
     }
 

@@ -1,5 +1,7 @@
 #include "options/OptionsFileSet.h"
 
+#include "files/Paths.h"
+
 #include <ca/utils/JsonDocument.h>
 
 #include <algorithm>
@@ -84,11 +86,6 @@ void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& lay
     layers.push_back(&top);
     std::for_each(top.bases.rbegin(), top.bases.rend(),
                   [&](const OptionsLayer* base) { appendLayers(*base, layers); });
-}
-
-std::string getFolder(std::string_view path) {
-    const std::size_t slash = path.rfind('/');
-    return std::string(path.substr(0, slash == 0 ? 1 : slash));
 }
 
 } // namespace ombrel

@@ -51,7 +51,4 @@ private:
 /// The file and what it extends, the uppermost first, each once: where it lies uppermost.
 void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& layers);
 
-/// The folder that an absolute path is in; the root is in itself.
-std::string getFolder(std::string_view path);
-
 } // namespace ombrel

@@ -6,15 +6,6 @@
 
 namespace ombrel {
 
-void printFaults(std::ostream& stream, const std::vector<OptionsFault>& faults,
-                 const OptionsResolver& resolver, Color color) {
-    for (const OptionsFault& fault : faults) {
-        for (const Problem& problem : fault.problems) {
-            printProblem(stream, resolver.getShownPath(fault.path), problem, fault.text, color);
-        }
-    }
-}
-
 std::string describeOptions(const std::vector<OptionInForce>& options) {
     constexpr std::size_t widestValue = 24; // an object for constructs may be far longer
     std::size_t nameWidth = 0;

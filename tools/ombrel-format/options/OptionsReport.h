@@ -1,17 +1,11 @@
 #pragma once
 
 #include "options/OptionsResolver.h"
-#include "reports/Message.h"
 
-#include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace ombrel {
-
-/// Writes every problem with its place in its file.
-void printFaults(std::ostream& stream, const std::vector<OptionsFault>& faults,
-                 const OptionsResolver& resolver, Color color);
 
 /// All options for one file, as a table for people:
 ///

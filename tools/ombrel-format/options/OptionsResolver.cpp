@@ -1,5 +1,6 @@
 #include "options/OptionsResolver.h"
 
+#include "files/Paths.h"
 #include "options/EditorConfig.h"
 #include "text/TextEncoding.h"
 
@@ -40,13 +41,6 @@ std::string readText(FileSystem& files, const std::string& path) {
     } catch (const FileError&) {
         return {};
     }
-}
-
-/// `path` as seen from the folder.
-std::string getRelative(const std::string& path, const std::string& folder) {
-    const std::string prefix = join(folder, "");
-    return path.starts_with(prefix) ? path.substr(prefix.size())
-                                    : fs::path(path).lexically_relative(folder).string();
 }
 
 } // namespace
@@ -97,8 +91,7 @@ std::vector<OptionInForce> OptionsResolver::explain(const std::string& path) con
 }
 
 std::string OptionsResolver::getShownPath(const std::string& path) const {
-    const std::string prefix = join(currentFolder, "");
-    return path.starts_with(prefix) ? path.substr(prefix.size()) : path;
+    return getShortPath(currentFolder, path);
 }
 
 /// Links are followed only where the name can't be understood without: behind `..`.
@@ -160,7 +153,7 @@ void OptionsResolver::checkEditorConfig(const std::string& path) {
 
 void OptionsResolver::visitLayer(const OptionsLayer& layer, const std::string& absolutePath,
                                  const Visitor& visit) {
-    const std::string path = layer.file.overrides.empty() ? "" : getRelative(absolutePath, layer.folder);
+    const std::string path = layer.file.overrides.empty() ? "" : getPathFrom(layer.folder, absolutePath);
     for (const Setting& setting : layer.file.settings) {
         visit(setting, {&layer});
     }

@@ -1,5 +1,7 @@
 #include "reports/Diff.h"
 
+#include "text/ListSplitter.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -16,17 +18,6 @@ using Lines = std::vector<std::string_view>;
 using DiffOfLines = dtl::Diff<std::string_view, Lines>;
 using EditedLine = std::pair<std::string_view, dtl::elemInfo>;
 using Hunk = dtl::uniHunk<EditedLine>;
-
-/// The lines with their line ends, so that a last line without one differs from the same line with one.
-Lines splitLines(std::string_view bytes) {
-    Lines lines;
-    while (!bytes.empty()) {
-        const std::size_t length = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
-        lines.push_back(bytes.substr(0, length));
-        bytes.remove_prefix(length);
-    }
-    return lines;
-}
 
 /// The name as tools that apply diffs read it: a tab ends one with blanks, quotes stand round one with
 /// characters that would end the line or the quotes.
@@ -110,6 +101,7 @@ void printDiff(std::ostream& stream, std::string_view path, std::string_view bef
     if (before == after) {
         return;
     }
+    // With their ends, so that a last line without one differs from the same line with one.
     DiffOfLines diff(splitLines(before), splitLines(after));
     diff.onHuge();
     diff.compose();

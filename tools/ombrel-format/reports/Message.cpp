@@ -3,6 +3,7 @@
 #include "engines/LineSplitter.h"
 
 #include <ostream>
+#include <system_error>
 
 #include <fmt/format.h>
 
@@ -78,6 +79,11 @@ void printProblem(std::ostream& stream, std::string_view path, const Problem& pr
 
 void printUsageError(std::ostream& stream, std::string_view program, std::string_view text, Color color) {
     stream << program << ": " << getErrorWord(color) << ' ' << text << '\n';
+}
+
+void printOutputFailure(std::ostream& stream, std::string_view program, int errorNumber, Color color) {
+    const std::string reason = errorNumber == 0 ? "" : ": " + std::generic_category().message(errorNumber);
+    printUsageError(stream, program, "can't write standard output" + reason, color);
 }
 
 } // namespace ombrel

@@ -47,4 +47,7 @@ void printProblem(std::ostream& stream, std::string_view path, const Problem& pr
 /// Writes an error that belongs to the command line and to no input.
 void printUsageError(std::ostream& stream, std::string_view program, std::string_view text, Color color);
 
+/// Writes that standard output takes no more. `errorNumber` says why; 0: nobody knows.
+void printOutputFailure(std::ostream& stream, std::string_view program, int errorNumber, Color color);
+
 } // namespace ombrel

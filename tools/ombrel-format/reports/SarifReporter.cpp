@@ -22,7 +22,7 @@ struct Rule {
 constexpr std::array<Rule, 7> rules = {{
     {"comment", "A comment to the formatter has no effect or an unusual one."},
     {"not-formatted", "The file is not formatted."},
-    {"input", "The file can't be read, or an option doesn't fit it."},
+    {"input", "The file can't be read, an option doesn't fit it, or it is an options file with a fault."},
     {"refused", "The file is not UTF-8, too large, or its indentation would get out of hand."},
     {"syntax", "The file doesn't parse."},
     {"unsafe", "The result failed the safety check and was thrown away."},

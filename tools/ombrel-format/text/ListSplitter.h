@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+/// The items of a list, each ended by this character. Behind the last one it may be missing.
+std::vector<std::string> splitList(std::string_view list, char end);
+
+/// The lines of a text, as views into it that hold their line feeds too.
+std::vector<std::string_view> splitLines(std::string_view text);
+
+} // namespace ombrel
