@@ -82,8 +82,10 @@ TEST(JsonDocument, PlacesSyntaxErrors) {
         {u"{\"a\": \"b\\ud800\\u0041\"}", "1:9 half a surrogate pair is no character\n"},
         {u"{\"\U0001F600\xDC00\": 1}", "1:5 half a surrogate pair is no character\n"},
         {u"{\"\xD800", "1:3 half a surrogate pair is no character\n"},
-        {u"{} /* a *", "1:10 the comment is not closed by '*/'\n"},
-        {u"{} / a", "1:5 a comment starts with '//' or '/*'\n"},
+        {u"/**/{\"/*\\\\\\\"/*\": //*\n1} /* a\n*", "2:4 the comment is not closed by '*/'\n"},
+        {u"{} /*/", "1:4 the comment is not closed by '*/'\n"},
+        {u"{//\r\"/\"/ a", "2:4 a comment starts with '//' or '/*'\n"},
+        {u"/", "1:1 a comment starts with '//' or '/*'\n"},
         {u" [1]", "1:2 expected an object, found an array\n"},
         {u"null", "1:1 expected an object, found null\n"},
     };

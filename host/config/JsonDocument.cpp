@@ -42,6 +42,15 @@ std::size_t findWordStart(std::u16string_view text, std::size_t offset) {
     return offset;
 }
 
+/// Offset behind a string that starts at the offset and is well-formed.
+std::size_t findStringEnd(std::u16string_view text, std::size_t offset) {
+    do {
+        offset += text[offset] == u'\\' ? 2 : 1;
+        offset = text.find_first_of(u"\"\\", offset);
+    } while (text[offset] != u'"');
+    return offset + 1;
+}
+
 /// A string's fault at a character that may not stand there: an escape, a line end or another control
 /// character.
 ConfigMessage nameStringFault(char16_t c) {
@@ -49,6 +58,25 @@ ConfigMessage nameStringFault(char16_t c) {
         return ConfigMessage::InvalidEscape;
     }
     return c == u'\n' || c == u'\r' ? ConfigMessage::UnclosedString : ConfigMessage::ControlCharacter;
+}
+
+/// What is wrong with the first slash that starts no whole comment. All in front of it is well-formed.
+SyntaxFault nameCommentFault(std::u16string_view text) {
+    std::size_t offset = 0;
+    while ((offset = text.find_first_of(u"\"/", offset)) < text.size()) {
+        if (text[offset] == u'"') {
+            offset = findStringEnd(text, offset);
+        } else if (text.substr(offset).starts_with(u"//")) {
+            offset = text.find_first_of(u"\r\n", offset);
+        } else if (!text.substr(offset).starts_with(u"/*")) {
+            return {ConfigMessage::StraySlash, offset};
+        } else if (const std::size_t close = text.find(u"*/", offset + 2); close < text.size()) {
+            offset = close + 2;
+        } else {
+            return {ConfigMessage::UnclosedComment, offset};
+        }
+    }
+    return {ConfigMessage::StraySlash, text.size()};
 }
 
 SyntaxFault nameFault(std::u16string_view text, const rapidjson::ParseResult& result) {
@@ -82,7 +110,7 @@ SyntaxFault nameFault(std::u16string_view text, const rapidjson::ParseResult& re
     case rapidjson::kParseErrorNumberMissExponent:
         return {ConfigMessage::ExpectedDigit, offset};
     case rapidjson::kParseErrorUnspecificSyntaxError:
-        return {isAtEnd ? ConfigMessage::UnclosedComment : ConfigMessage::StraySlash, offset};
+        return nameCommentFault(text); // the only one that the reader has no name for
     default:
         return {ConfigMessage::ExpectedValue, findWordStart(text, offset)};
     }

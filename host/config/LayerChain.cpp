@@ -15,16 +15,16 @@ using fl::i18n::ConfigMessage;
 
 namespace {
 
-ConfigPosition toPosition(const ca::utils::JsonPosition& position) {
-    return {position.first, position.second};
+using Position = std::optional<ca::utils::JsonPosition>;
+
+std::optional<ConfigPosition> toPosition(const Position& position) {
+    return position ? std::optional(ConfigPosition(position->first, position->second)) : std::nullopt;
 }
 
 ConfigIssue makeIssue(std::shared_ptr<resource_core::BaseMsgID> message, const std::optional<path>& file,
-                      const ca::utils::JsonPosition& start,
-                      const std::optional<ca::utils::JsonPosition>& end) {
+                      const Position& start, const Position& end) {
     const Severity severity = getIssueSeverity(message);
-    return {std::move(message), severity, file, toPosition(start),
-            end ? std::optional(toPosition(*end)) : std::nullopt};
+    return {std::move(message), severity, file, toPosition(start), toPosition(end)};
 }
 
 bool isPath(const ca::utils::JsonValue& value) {
@@ -142,9 +142,10 @@ std::u16string LayerChain::getIdentity(const path& path) const {
 
 void LayerChain::recordIssue(std::size_t layer, const JsonValue& value, ConfigMessage message,
                              std::vector<resource_core::BaseMsgID::Argument> arguments) {
-    const ca::utils::JsonSpan& span = *value.getSpan();
-    layers[layer].issues.insert(
-        makeIssue(makeMessage(message, std::move(arguments)), layers[layer].path, span.start, span.end));
+    const auto& span = value.getSpan(); // a manager's own documents may have none
+    layers[layer].issues.insert(makeIssue(makeMessage(message, std::move(arguments)), layers[layer].path,
+                                          span ? Position(span->start) : std::nullopt,
+                                          span ? Position(span->end) : std::nullopt));
 }
 
 LayerChain::Issues LayerChain::collectIssues(std::size_t first) const {

@@ -12,6 +12,9 @@ namespace ca::formatting {
 
 /// The options of the tree formatter: all that it has a choice in is asked here and nowhere else.
 ///
+/// In a JSON text the answer of `getIndentWidth` is called "indentWidth", and so on; what holds where nobody
+/// says anything is what `FormattingFactoryConfig` answers.
+///
 /// An option set never changes, so the same question gets the same answer however often it is asked, on any
 /// thread. All answers are plain values.
 class FormattingConfig {
@@ -98,8 +101,10 @@ public:
     /// Columns that line breaking keeps lines within, in 16-bit characters.
     virtual std::uint32_t getColumnLimit() const = 0;
 
+    /// What may happen to the items of this kind of construct. The kind must not be `None`.
     virtual LineBreakBehavior getLineBreakBehavior(ContainerKind kind) const = 0;
 
+    /// On which side of a break the operators of this kind of chain stay. The kind must not be `None`.
     virtual SeparatorPlacement getSeparatorPlacement(ContainerKind kind) const = 0;
 
 protected:

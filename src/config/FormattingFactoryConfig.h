@@ -33,6 +33,8 @@ public:
     std::uint32_t getIndentWidth() const override;
     bool getLineBreakingEnabled() const override;
     std::uint32_t getColumnLimit() const override;
+
+    /// The kind doesn't matter to these two, so `None` gets an answer as well.
     LineBreakBehavior getLineBreakBehavior(ContainerKind kind) const override;
     SeparatorPlacement getSeparatorPlacement(ContainerKind kind) const override;
 };

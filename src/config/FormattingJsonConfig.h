@@ -37,7 +37,6 @@ public:
     bool getLineBreakingEnabled() const override;
     std::uint32_t getColumnLimit() const override;
 
-    /// The kind must not be `None`.
     LineBreakBehavior getLineBreakBehavior(ContainerKind kind) const override;
     SeparatorPlacement getSeparatorPlacement(ContainerKind kind) const override;
 

@@ -13,7 +13,7 @@
 namespace ca::utils {
 
 /// Longest text that is read, in 16-bit characters, and largest file, in bytes.
-inline constexpr std::size_t maximalJsonSize = 16 * 1024 * 1024;
+inline constexpr std::size_t maximalJsonSize = std::size_t{16} * 1024 * 1024;
 
 /// Arrays and objects inside each other, the outermost included.
 inline constexpr std::size_t maximalJsonDepth = 256;
@@ -35,7 +35,8 @@ struct JsonDocument {
 /// the last element or field are accepted, and a byte-order mark at the start, which takes no column.
 ///
 /// A syntax error ends the reading. So do half a surrogate pair, plain or as an escape, a number beyond the
-/// range of a double, and the two limits above. A name that comes twice in an object is a fault that doesn't:
+/// range of a double (or with more digits or a larger exponent than one inside it needs), and the two limits
+/// above. A name that comes twice in an object is a fault that doesn't:
 /// the last of its values counts. Time and memory are in proportion to the text; the call stack isn't used
 /// for depth.
 OMBREL_HOST_API JsonDocument readJson(const std::u16string& text);
