@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 // What the documents show is what the tools print. A comment in front of a fenced block says what the block
@@ -21,12 +20,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string readFile(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 /// What a command of the shell prints on both its streams, with the project's programs within reach.
 std::string run(const TemporaryFolder& folder, const std::string& command) {

@@ -17,7 +17,6 @@ namespace {
 
 using ombrel::DiskFileSystem;
 using ombrel::FileError;
-using ombrel::ReplacementRules;
 
 const std::string ugly = "if a\nx\nend\n";
 
@@ -25,36 +24,13 @@ class FileReplacement : public testing::Test {
 protected:
     FileReplacement() { disk.write("a.omb", ugly); }
 
-    void replace(const std::string& name, ReplacementRules rules = {}) const {
-        DiskFileSystem(rules).replace(file.parent_path() / name, ugly, "new");
-    }
-
-    void expectRefused(const char* message) const {
-        try {
-            replace("a.omb");
-            FAIL() << "should refuse: " << message;
-        } catch (const FileError& error) {
-            EXPECT_EQ(error.kind, FileError::Kind::Unwritable);
-            EXPECT_NE(std::string(error.what()).find(message), std::string::npos) << error.what();
-        }
-        EXPECT_EQ(disk.read("a.omb"), ugly);
+    void replace(const std::string& name) const {
+        DiskFileSystem().replace(file.parent_path() / name, ugly, "new");
     }
 
     TemporaryFolder disk;
     const fs::path file = disk.getPath() / "a.omb";
 };
-
-TEST_F(FileReplacement, KeepsModeAndLeavesNothingBehind) {
-    fs::permissions(file, fs::perms(0751));
-    const auto before = disk.getStatus("a.omb");
-    replace("a.omb");
-    const auto after = disk.getStatus("a.omb");
-    EXPECT_EQ(disk.read("a.omb"), "new");
-    EXPECT_EQ(after.st_mode, before.st_mode);
-    EXPECT_EQ(after.st_uid, before.st_uid);
-    EXPECT_NE(after.st_ino, before.st_ino);
-    EXPECT_EQ(disk.countFiles(), 1U);
-}
 
 TEST_F(FileReplacement, KeepsAttributesAndAccessListsAndAddsNone) {
     const std::string value("\0\xFF value", 8);
@@ -92,34 +68,6 @@ TEST_F(FileReplacement, KeepsAttributesAndAccessListsAndAddsNone) {
     EXPECT_EQ(disk.getStatus("b.omb").st_mode & 07777U, 0640U);
 }
 
-TEST_F(FileReplacement, ReplacesTheTargetOfASymbolicLink) {
-    fs::create_directory(disk.getPath() / "sub");
-    fs::create_symlink("../a.omb", disk.getPath() / "sub" / "link");
-    replace("sub/link");
-    EXPECT_TRUE(fs::is_symlink(disk.getPath() / "sub" / "link"));
-    EXPECT_FALSE(fs::is_symlink(file));
-    EXPECT_EQ(disk.read("a.omb"), "new");
-}
-
-TEST_F(FileReplacement, RefusesHardLinkedAndReadOnlyFilesUnlessAsked) {
-    fs::create_hard_link(file, disk.getPath() / "other");
-    expectRefused("hard links");
-    replace("a.omb", {.allowsHardLinks = true});
-    EXPECT_EQ(disk.read("a.omb") + disk.read("other"), "new" + ugly);
-    EXPECT_EQ(disk.getStatus("other").st_nlink, 1U);
-
-    disk.write("a.omb", ugly);
-    fs::permissions(file, fs::perms(0444));
-    expectRefused("read-only");
-    replace("a.omb", {.allowsReadOnly = true});
-    EXPECT_EQ(disk.read("a.omb"), "new");
-    EXPECT_EQ(disk.getStatus("a.omb").st_mode & 07777U, 0444U);
-    EXPECT_EQ(disk.countFiles(), 2U);
-    EXPECT_EQ(disk.shell("ln a.omb hard; format -i other; chmod u-w other; format -i other 2>> errors;"
-                         "format -i --force-read-only other"),
-              0);
-}
-
 /// An edit that neither size nor time of the file gives away.
 TEST_F(FileReplacement, KeepsAnEditMadeMeanwhile) {
     const std::string edited = "if b\nx\nend\n";
@@ -131,54 +79,25 @@ TEST_F(FileReplacement, KeepsAnEditMadeMeanwhile) {
     EXPECT_EQ(disk.countFiles(), 1U);
 }
 
-TEST_F(FileReplacement, SaysWhyAFileCannotBeRead) {
+TEST_F(FileReplacement, ReadsNoMoreThanTheLimit) {
     DiskFileSystem files;
-    EXPECT_THROW(files.read(disk.getPath() / "none", 100), FileError);
-    EXPECT_THROW(files.read(disk.getPath(), 100), FileError);
     EXPECT_EQ(files.read(file, 11), ugly);
-    try {
-        files.read(file, 10);
-        FAIL();
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.kind, FileError::Kind::TooLarge);
-    }
+    EXPECT_THROW(files.read(file, 10), FileError);
 }
 
-TEST_F(FileReplacement, LeavesUnchangedFilesAlone) {
-    EXPECT_EQ(disk.shell("format -i a.omb"), 0);
-    EXPECT_EQ(disk.read("a.omb"), "if a\n    x\nend\n");
-    const auto before = disk.getStatus("a.omb");
-    EXPECT_EQ(disk.shell("format -i a.omb && chmod a-w a.omb && format -i a.omb && chmod 644 a.omb"), 0);
-    const auto after = disk.getStatus("a.omb");
-    EXPECT_EQ(after.st_ino, before.st_ino);
-    EXPECT_EQ(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
-    EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
-}
-
-TEST_F(FileReplacement, KeepsTheOldFileWhereNothingCanBeWritten) {
-    const auto expectFailure = [&](const std::string& script, const char* words) {
-        EXPECT_EQ(disk.shell(script), 6) << script;
-        EXPECT_NE(disk.read("errors").find(words), std::string::npos) << disk.read("errors");
-    };
-    disk.write("long.omb", "if a\n" + std::string(4000, 'x') + "\nend\n");
-    expectFailure("ulimit -f 1; format -i long.omb 2> errors", "File too large");
-    EXPECT_EQ(disk.read("long.omb").find("if a\nx"), 0U);
-    EXPECT_EQ(disk.countFiles(), 3U);
-
-    const std::string asNobody = "chmod 777 .; touch errors; chmod 666 errors; mkdir ro; cp -p a.omb ro; "
-                                 "chmod 666 ro/a.omb; chmod 555 ro; ";
-    if (disk.shell(asNobody + "setpriv --reuid 65534 --clear-groups \"$program\" --version > errors 2>&1") ==
-        0) {
-        expectFailure("setpriv --reuid 65534 --clear-groups \"$program\" -i ro/a.omb 2> errors",
-                      "Permission denied");
-    } else if (::geteuid() != 0) {
-        expectFailure("format -i ro/a.omb 2> errors", "Permission denied");
+TEST_F(FileReplacement, KeepsTheOldFileInAFolderOfAnother) {
+    const std::string as = ::geteuid() == 0 ? "setpriv --reuid 65534 --clear-groups " : "";
+    if (disk.shell("chmod 755 .; mkdir ro; cp a.omb ro; chmod 666 ro/a.omb; chmod 555 ro; " + as +
+                   "\"$program\" --version > errors 2>&1") != 0) {
+        GTEST_SKIP() << "can't be somebody else: " << disk.read("errors");
     }
-    EXPECT_EQ(disk.shell("test \"$(ls -A ro)\" = a.omb && cmp a.omb ro/a.omb && chmod 755 ro"), 0);
+    EXPECT_EQ(disk.shell(as + "\"$program\" -i ro/a.omb 2> errors"), 6);
+    EXPECT_NE(disk.read("errors").find("Permission denied"), std::string::npos) << disk.read("errors");
+    EXPECT_EQ(disk.shell("test \"$(ls -A ro)\" = a.omb && cmp a.omb ro/a.omb; s=$?; chmod 755 ro; exit $s"),
+              0);
 }
 
 TEST_F(FileReplacement, KeepsTheOldFileOnAFullDisk) {
-    const std::string unmount = "umount full";
     if (disk.shell("mkdir full && mount -t tmpfs -o size=64k tmpfs full 2> errors") != 0) {
         GTEST_SKIP() << "may not mount: " << disk.read("errors");
     }
@@ -190,33 +109,6 @@ TEST_F(FileReplacement, KeepsTheOldFileOnAFullDisk) {
     EXPECT_EQ(disk.read("full/a.omb"), ugly);
     EXPECT_EQ(disk.shell("ls -A full > names; umount full"), 0);
     EXPECT_EQ(disk.read("names"), "a.omb\nrest\n");
-}
-
-TEST_F(FileReplacement, ProgramReportsWhatItCannotWriteAndRead) {
-    EXPECT_EQ(disk.shell("format a.omb > /dev/full 2> messages"), 6);
-    EXPECT_EQ(disk.read("messages"),
-              "ombrel-format: error: can't write standard output: No space left on device\n");
-    EXPECT_EQ(disk.shell("format --help > /dev/full 2> messages"), 6);
-    EXPECT_EQ(disk.shell("format < . 2> messages"), 2);
-    EXPECT_EQ(disk.shell("format --help > messages"), 0);
-    EXPECT_EQ(disk.shell("format --tab-size 0 2> messages"), 2);
-}
-
-TEST_F(FileReplacement, DumpPrintsTokensAsJson) {
-    const std::string program = "'" OMBREL_DUMP_PROGRAM "' ";
-    ASSERT_EQ(disk.shell("printf 'x\\n' | " + program + "tokens > out 2>&1"), 0);
-    EXPECT_EQ(disk.read("out"), R"([)"
-                                "\n"
-                                R"({"type":27,"name":"NameToken27","lexeme":"x","line":1,"column":1},)"
-                                "\n"
-                                R"({"type":75,"name":"LineEnding75","lexeme":"\n","line":1,"column":2},)"
-                                "\n"
-                                R"({"type":0,"name":"EndOfInput","lexeme":"","line":2,"column":1})"
-                                "\n"
-                                R"(])"
-                                "\n");
-    EXPECT_EQ(disk.shell(program + "tokes > out 2>&1"), 2);
-    EXPECT_NE(disk.read("out").find("did you mean tokens?"), std::string::npos);
 }
 
 } // namespace

@@ -49,42 +49,6 @@ TEST(FormatTree, DumpsItsLeaves) {
                                   u"       Token_Assign_L1_C4   \"=\"\n");
 }
 
-TEST(FormatTree, DumpsItsTextTree) {
-    EXPECT_EQ(makeSample()->dumpTextTree(),
-              u"          LineSeparatorWhitespace         \"\"                -+ Container\n"
-              u"      Token_OpeningKeyword4_L1_C1       \"if\"                 |          \n"
-              u"              NecessaryWhitespace        \" \"                 |          \n"
-              u"          Token_NameToken27_L1_C4        \"a\"  -+ Container   |          \n"
-              u"        BinaryOperationWhitespace         \"\"   |             |          \n"
-              u"  Token_PlusMinusOperator51_L1_C5        \"+\"   |             |          \n"
-              u"        BinaryOperationWhitespace         \"\"   |             |          \n"
-              u"          Token_NameToken27_L1_C6        \"b\"  -+             |          \n"
-              u"          LineSeparatorWhitespace     \"\\n  \"                 |          \n"
-              u"          Token_NameToken27_L2_C3        \"c\"                 |          \n"
-              u"                          Comment  \"; % d\\n\"                 |          \n"
-              u"                  Token_End_L3_C1      \"end\"                 |          \n"
-              u"          LineSeparatorWhitespace       \"\\n\"                 |          \n"
-              u"           Token_EndOfInput_L4_C1         \"\"                -+          \n");
-}
-
-TEST(FormatTree, DumpsItsIndentTree) {
-    EXPECT_EQ(makeSample()->dumpIndentTree(),
-              u"          LineSeparatorWhitespace         \"\"                               -+ Program\n"
-              u"      Token_OpeningKeyword4_L1_C1       \"if\"                                |        \n"
-              u"              NecessaryWhitespace        \" \"                                |        \n"
-              u"          Token_NameToken27_L1_C4        \"a\"                                |        \n"
-              u"        BinaryOperationWhitespace         \"\"                                |        \n"
-              u"  Token_PlusMinusOperator51_L1_C5        \"+\"                                |        \n"
-              u"        BinaryOperationWhitespace         \"\"                                |        \n"
-              u"          Token_NameToken27_L1_C6        \"b\"                                |        \n"
-              u"          LineSeparatorWhitespace     \"\\n  \"  -+ SwitchContentsIndentNode   |        \n"
-              u"          Token_NameToken27_L2_C3        \"c\"  -+                            |        \n"
-              u"                          Comment  \"; % d\\n\"                                |        \n"
-              u"                  Token_End_L3_C1      \"end\"                                |        \n"
-              u"          LineSeparatorWhitespace       \"\\n\"                                |        \n"
-              u"           Token_EndOfInput_L4_C1         \"\"                               -+        \n");
-}
-
 TEST(FormatTree, KeepsItsInvariants) {
     const auto tree = makeSample();
     EXPECT_EQ(checkTreeInvariants(sample, *tree), std::vector<std::string>());

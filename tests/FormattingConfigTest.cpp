@@ -5,7 +5,6 @@
 #include <sstream>
 
 using ca::formatting::FormattingConfig;
-using ca::formatting::FormattingFactoryConfig;
 using Kind = FormattingConfig::ContainerKind;
 
 namespace {
@@ -49,25 +48,4 @@ TEST(FormattingConfig, WritesTheNamesThatThereAreAndNothingElse) {
 TEST(FormattingConfig, HashesAKindToItsSignExtendedNumber) {
     EXPECT_EQ(std::hash<Kind>()(Kind::None), 18U);
     EXPECT_EQ(std::hash<Kind>()(static_cast<Kind>(-2)), SIZE_MAX - 1);
-}
-
-TEST(FormattingConfig, IsSwitchedOffByTheFactoryWhateverTheSource) {
-    const FormattingFactoryConfig configs[] = {
-        FormattingFactoryConfig(std::shared_ptr<ca::config::FactoryConfigSource>()),
-        FormattingFactoryConfig(std::shared_ptr<ca::config::LegacyConfigSource>()),
-        FormattingFactoryConfig(std::shared_ptr<ca::config::PreferenceConfigSource>())};
-    for (const FormattingConfig& config : configs) {
-        EXPECT_FALSE(config.getEnabled() || config.getTrimUnnecessaryWhitespace() ||
-                     config.getIndentationEnabled() || config.getLineBreakingEnabled());
-        EXPECT_TRUE(config.getIssues().empty());
-        EXPECT_EQ(config.getFunctionIndentStyle(), FormattingConfig::FunctionIndentStyle::IndentAll);
-        EXPECT_TRUE(config.getIndentCaseBlocks());
-        EXPECT_FALSE(config.getIndentBlankLines());
-        EXPECT_EQ(config.getIndentCharacter(), FormattingConfig::IndentCharacter::Space);
-        EXPECT_EQ(config.getIndentWidth(), 4U);
-        EXPECT_EQ(config.getColumnLimit(), 80U);
-        EXPECT_EQ(config.getLineBreakBehavior(Kind::None),
-                  FormattingConfig::LineBreakBehavior::AllowMultiplePerLine);
-        EXPECT_EQ(config.getSeparatorPlacement(Kind::If), FormattingConfig::SeparatorPlacement::StartOfLine);
-    }
 }

@@ -33,26 +33,6 @@ TEST(Suppression, GoldenCases) {
     }
 }
 
-TEST(Suppression, WarnsOfCommentsThatDoNotWhatTheyLookLike) {
-    const std::string text = "x\n  % ombrel-format on\n% ombrel-format off\n\t% ombrel-format off\n"
-                             "% ombrel-format on\n% ombrel-format off\n% ombrel-format off\n";
-    const ProgramOutcome outcome = runProgram({"--check"}, text);
-    EXPECT_EQ(outcome.status, 1) << "the first comment would move; warnings don't count";
-    EXPECT_EQ(outcome.err,
-              "<stdin>:2:3: warning: formatting isn't off here; this comment has no effect\n"
-              "    % ombrel-format on\n    ^\n"
-              "<stdin>:4:2: warning: formatting is already off since line 3; one 'on' ends both\n"
-              "  \t% ombrel-format off\n  \t^\n"
-              "<stdin>:6:1: warning: formatting is off from here to the end of the file; no "
-              "'% ombrel-format on' follows\n"
-              "  % ombrel-format off\n  ^\n"
-              "<stdin>:7:1: warning: formatting is already off since line 6; one 'on' ends both\n"
-              "  % ombrel-format off\n  ^\n");
-    EXPECT_EQ(runProgram({"--check", "-q"}, text).err, "");
-    EXPECT_EQ(runProgram({}, "% ombrel-format off\n  x").err, "") << "a whole file is meant";
-    EXPECT_EQ(runProgram({}, "x\n% ombrel-format off\n").status, 0);
-}
-
 /// What an engine that joins and breaks lines may return.
 std::string restore(const std::u16string& before, const std::u16string& after) {
     const auto restored = restoreSuppressed(before, findSuppression(before), after);

@@ -1,6 +1,7 @@
 #include "support/ClaimChecker.h"
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 
 namespace {
@@ -15,6 +16,28 @@ using Tree = Node<CA>;
 using List = NodeList<CA>;
 
 const Types nameTypes = {NameToken27, NameToken28};
+
+/// Nodes of one token, and the types that it may have.
+const std::map<NodeKind, Types> leafTypes = {
+    {NodeKind::TokenLeaf2, {Comma, Semicolon}},
+    {NodeKind::TokenLeaf10, {Break}},
+    {NodeKind::TokenLeaf14, {CharacterLiteral}},
+    {NodeKind::TokenLeaf16, {Colon}},
+    {NodeKind::TokenLeaf19, {Continue}},
+    {NodeKind::TokenLeaf27, {EndIndex}},
+    {NodeKind::TokenLeaf33, {Unmeasured33}},
+    {NodeKind::Ignored, {PrefixOperator34}},
+    {NodeKind::NumberLiteral, {NumberToken29, NumberToken30, NumberToken99, NumberToken100}},
+    {NodeKind::TokenLeaf58, {Return}},
+    {NodeKind::TokenLeaf61, {StringLiteral}},
+};
+
+/// The keyword that a block of members starts with.
+const std::map<NodeKind, Type> blockKeywords = {
+    {NodeKind::ArgumentsBlock, OpeningKeyword26},  {NodeKind::EnumerationBlock, OpeningKeyword24},
+    {NodeKind::EventsBlock, OpeningKeyword23},     {NodeKind::MethodsBlock, ClassLevelKeyword22},
+    {NodeKind::PropertiesBlock, OpeningKeyword21},
+};
 
 bool isOneOf(Type type, const Types& types) {
     return std::find(types.begin(), types.end(), type) != types.end();
@@ -270,23 +293,21 @@ private:
         takeIn(types[number], "a postfix operator");
     }
 
-    void block(const List& body, const Tree& node) { statements(body, node); }
-
     void ifStatement(const IfStatement<CA>& node) {
         take({OpeningKeyword4}, "'if'");
         child(node.condition, node);
-        block(node.body, node);
+        statements(node.body, node);
         gap({Semicolon, Comma});
         for (const Tree* item : node.elseifBlocks) {
             const auto& branch = as<ElseifBlock>(*item);
             take({SecondaryKeyword10}, "'elseif'");
             child(branch.condition, branch);
-            block(branch.body, branch);
+            statements(branch.body, branch);
             gap({Semicolon, Comma});
         }
         if (node.elseBlock != nullptr) {
             take({SecondaryKeyword9}, "'else'");
-            block(as<ElseBlock>(*node.elseBlock).body, *node.elseBlock);
+            statements(as<ElseBlock>(*node.elseBlock).body, *node.elseBlock);
             gap({Semicolon, Comma});
         }
         take({End}, "'end'");
@@ -312,7 +333,7 @@ private:
         if (peek() == CloseParenthesis) {
             takeIn({CloseParenthesis}, "')'");
         }
-        block(node.body, node);
+        statements(node.body, node);
         end();
     }
 
@@ -321,13 +342,13 @@ private:
         if (peek() == OpenParenthesis) {
             parentheses(node.arguments, node);
         }
-        block(node.body, node);
+        statements(node.body, node);
         end();
     }
 
     void tryStatement(const TryStatement<CA>& node) {
         take({OpeningKeyword13}, "'try'");
-        block(node.body, node);
+        statements(node.body, node);
         gap({Semicolon, Comma});
         if (node.catchBlock != nullptr) {
             const auto& branch = as<CatchBlock>(*node.catchBlock);
@@ -335,7 +356,7 @@ private:
             if (branch.identifier != nullptr) {
                 child(branch.identifier, branch);
             }
-            block(branch.body, branch);
+            statements(branch.body, branch);
             gap({Semicolon, Comma});
         }
         take({End}, "'end'");
@@ -446,6 +467,12 @@ private:
     }
 
     void dispatch(const Tree& node) {
+        if (const auto leaf = leafTypes.find(node.kind); leaf != leafTypes.end()) {
+            return take(leaf->second, getNodeKindName(node.kind));
+        }
+        if (const auto block = blockKeywords.find(node.kind); block != blockKeywords.end()) {
+            return memberBlock(static_cast<const MemberBlock<CA>&>(node), block->second);
+        }
         switch (node.kind) {
         case NodeKind::AnonymousFunction: {
             const auto& function = as<AnonymousFunction>(node);
@@ -453,12 +480,8 @@ private:
             parentheses(function.parameters, node);
             return child(function.body, node);
         }
-        case NodeKind::TokenLeaf2:
-            return take({Comma, Semicolon}, "a separator");
         case NodeKind::ArgumentDefinition:
             return argumentDefinition(as<ArgumentDefinition>(node));
-        case NodeKind::ArgumentsBlock:
-            return memberBlock(as<ArgumentsBlock>(node), OpeningKeyword26);
         case NodeKind::Assignment: {
             const auto& assignment = as<Assignment>(node);
             visit(assignment.target, node);
@@ -483,24 +506,18 @@ private:
             gap();
             return commaList(OpenBrace, CloseBrace, indexing.arguments, node);
         }
-        case NodeKind::TokenLeaf10:
-            return take({Break}, "'break'");
         case NodeKind::CaseSelection: {
             const auto& selection = as<CaseSelection>(node);
             take({SecondaryIndentedKeyword18}, "'case'");
             child(selection.value, node);
-            return block(selection.body, node);
+            return statements(selection.body, node);
         }
         case NodeKind::CellLiteral:
             take({OpenBrace}, "'{'");
             rows(as<CellLiteral>(node).rows, node);
             return take({CloseBrace}, "'}'");
-        case NodeKind::TokenLeaf14:
-            return take({CharacterLiteral}, "a string");
         case NodeKind::ClassDefinition:
             return classDefinition(as<ClassDefinition>(node));
-        case NodeKind::TokenLeaf16:
-            return take({Colon}, "':'");
         case NodeKind::ColonExpression: {
             const auto& range = as<ColonExpression>(node);
             visit(range.first, node);
@@ -515,8 +532,6 @@ private:
             visit(as<CommandSyntax>(node).command, node);
             words(as<CommandSyntax>(node).words);
             return terminator(node);
-        case NodeKind::TokenLeaf19:
-            return take({Continue}, "'continue'");
         case NodeKind::FieldAccess:
             visit(as<FieldAccess>(node).object, node);
             takeIn({Dot}, "'.'");
@@ -527,10 +542,6 @@ private:
             takeIn({OpenParenthesis}, "'('");
             child(as<DynamicFieldAccess>(node).expression, node);
             return takeIn({CloseParenthesis}, "')'");
-        case NodeKind::TokenLeaf27:
-            return take({EndIndex}, "'end' as an index");
-        case NodeKind::EnumerationBlock:
-            return memberBlock(as<EnumerationBlock>(node), OpeningKeyword24);
         case NodeKind::EnumerationMember: {
             const auto& member = as<EnumerationMember>(node);
             visit(member.name, node);
@@ -538,20 +549,15 @@ private:
         }
         case NodeKind::EventDefinition:
             return visit(as<EventDefinition>(node).name, node);
-        case NodeKind::EventsBlock:
-            return memberBlock(as<EventsBlock>(node), OpeningKeyword23);
         case NodeKind::ExpressionStatement:
             visit(as<ExpressionStatement>(node).expression, node);
             return terminator(node);
-        case NodeKind::TokenLeaf33:
-            return take({Unmeasured33}, "a shell line");
         case NodeKind::ForStatement:
             take({OpeningKeyword3}, "'for'");
             loopHeader(as<ForStatement>(node));
-            block(as<ForStatement>(node).body, node);
+            statements(as<ForStatement>(node).body, node);
             return end();
         case NodeKind::Function:
-            return function(as<FunctionBody>(node));
         case NodeKind::MethodDefinition:
             return function(as<FunctionBody>(node));
         case NodeKind::GlobalDeclaration:
@@ -564,8 +570,6 @@ private:
             return identifier(as<Identifier>(node));
         case NodeKind::IfStatement:
             return ifStatement(as<IfStatement>(node));
-        case NodeKind::Ignored:
-            return take({PrefixOperator34}, "'~'");
         case NodeKind::ImportStatement:
             take({Import}, "'import'");
             words(as<ImportStatement>(node).words);
@@ -580,8 +584,6 @@ private:
             return take({CloseSquareBracket}, "']'");
         case NodeKind::MethodDeclaration:
             return signature(as<Signature>(node));
-        case NodeKind::MethodsBlock:
-            return memberBlock(as<MethodsBlock>(node), ClassLevelKeyword22);
         case NodeKind::MultipleAssignment: {
             const auto& assignment = as<MultipleAssignment>(node);
             bracketedOutputs(assignment.outputs, node);
@@ -591,11 +593,9 @@ private:
         case NodeKind::NamedArgument:
             visit(as<NamedArgument>(node).name, node);
             return defaultValue(as<NamedArgument>(node).value, node);
-        case NodeKind::NumberLiteral:
-            return take({NumberToken29, NumberToken30, NumberToken99, NumberToken100}, "a number");
         case NodeKind::OtherwiseBlock:
             take({SecondaryIndentedKeyword19}, "'otherwise'");
-            return block(as<OtherwiseBlock>(node).body, node);
+            return statements(as<OtherwiseBlock>(node).body, node);
         case NodeKind::ParenthesisIndexing:
             visit(as<ParenthesisIndexing>(node).target, node);
             return parentheses(as<ParenthesisIndexing>(node).arguments, node);
@@ -607,20 +607,14 @@ private:
             return parforStatement(as<ParforStatement>(node));
         case NodeKind::PrintingStatement:
             return visit(as<PrintingStatement>(node).statement, node);
-        case NodeKind::PropertiesBlock:
-            return memberBlock(as<PropertiesBlock>(node), OpeningKeyword21);
         case NodeKind::PropertyDefinition:
             visit(as<PropertyDefinition>(node).name, node);
             validation(as<PropertyDefinition>(node).validation, node);
             return defaultValue(as<PropertyDefinition>(node).defaultValue, node);
-        case NodeKind::TokenLeaf58:
-            return take({Return}, "'return'");
         case NodeKind::MatrixRow:
             return rowElements(as<MatrixRow>(node).elements, node);
         case NodeKind::SpmdStatement:
             return spmdStatement(as<SpmdStatement>(node));
-        case NodeKind::TokenLeaf61:
-            return take({StringLiteral}, "a string");
         case NodeKind::SwitchStatement:
             return switchStatement(as<SwitchStatement>(node));
         case NodeKind::TryStatement:
@@ -630,7 +624,7 @@ private:
         case NodeKind::WhileStatement:
             take({OpeningKeyword7}, "'while'");
             child(as<WhileStatement>(node).condition, node);
-            block(as<WhileStatement>(node).body, node);
+            statements(as<WhileStatement>(node).body, node);
             return end();
         default:
             fail(std::string("a node that is never delivered: ") + getNodeKindName(node.kind));

@@ -6,7 +6,6 @@
 #include <array>
 #include <fstream>
 #include <regex>
-#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -173,7 +172,9 @@ GoldenFile readGoldenFile(const std::filesystem::path& path) {
 std::vector<GoldenFile> readGoldenFolder(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> paths;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        paths.push_back(entry.path());
+        if (entry.path().extension() == ".txt") {
+            paths.push_back(entry.path());
+        }
     }
     std::sort(paths.begin(), paths.end());
     std::vector<GoldenFile> files;

@@ -7,6 +7,11 @@
 
 namespace fs = std::filesystem;
 
+std::string readFile(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = fs::canonical(fs::temp_directory_path()) / "ombrel-XXXXXX";
     if (::mkdtemp(pattern.data()) == nullptr) {
@@ -25,8 +30,7 @@ void TemporaryFolder::write(const std::string& name, const std::string& bytes) c
 }
 
 std::string TemporaryFolder::read(const std::string& name) const {
-    std::ifstream stream(folder / name);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return readFile(folder / name);
 }
 
 struct stat TemporaryFolder::getStatus(const std::string& name) const {

@@ -5,6 +5,9 @@
 
 #include <sys/stat.h>
 
+/// The bytes of any file; none if it can't be read.
+std::string readFile(const std::filesystem::path& path);
+
 /// A folder for one test, removed with everything in it at the end. Names are relative to it.
 class TemporaryFolder {
 public:
@@ -26,4 +29,14 @@ public:
 
 private:
     std::filesystem::path folder;
+};
+
+/// A temporary folder that is the current one while it lives.
+class CurrentFolder : public TemporaryFolder {
+public:
+    CurrentFolder() { std::filesystem::current_path(getPath()); }
+    ~CurrentFolder() { std::filesystem::current_path(before); }
+
+private:
+    const std::filesystem::path before = std::filesystem::current_path();
 };
