@@ -5,8 +5,10 @@
 namespace ombrel {
 
 bool isBelow(std::string_view folder, std::string_view path) {
-    return folder == "/" ||
-           (!folder.empty() && path.starts_with(folder) && path.substr(folder.size()).starts_with('/'));
+    if (folder == "/") {
+        return path.starts_with('/');
+    }
+    return !folder.empty() && path.starts_with(folder) && path.substr(folder.size()).starts_with('/');
 }
 
 std::string getPathFrom(const std::string& folder, const std::string& path) {

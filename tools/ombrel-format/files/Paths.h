@@ -6,6 +6,7 @@
 namespace ombrel {
 
 // Paths here are absolute and normal. They are only looked at: the disk isn't asked.
+// A relative path is allowed too, and lies below no folder.
 
 /// Whether something lies in the folder or further down. Nothing lies below an unknown folder, an empty name.
 bool isBelow(std::string_view folder, std::string_view path);
