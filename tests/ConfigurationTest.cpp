@@ -108,7 +108,8 @@ TEST(Configuration, TakesPlainOptionsOneByOne) {
          u" \"indentCharacter\": \"Tab\", \"indentWidth\": 0, \"lineBreakingEnabled\": true, "
          u"\"columnLimit\": 0}",
          "enabled=1 trim=1 indentation=1 style=0 case=0 blank=1 character=1 width=0 breaking=1 limit=0 ", ""},
-        {u"{\"functionIndentStyle\": \"IndentNested\"}", "style=1 ", ""},
+        {u"{\"functionIndentStyle\": \"IndentNested\", \"indentCharacter\": \"Tab\"}", "style=1 character=1 ",
+         ""},
         {u"{\"enabled\": 1, \"columnLimit\": 100}", "limit=100 ",
          "2:13 enabled: expected true or false, found 1\n"},
         {u"{\"trimUnnecessaryWhitespace\": null, \"indentCaseBlocks\": \"false\"}", "",
@@ -392,7 +393,7 @@ TEST_F(ConfigManagerTest, ReadsRegularFilesInUtf8Only) {
     fs::create_symlink("/dev/zero", folder / "endless");
     fs::create_symlink("endless", folder / "link");
     fs::create_symlink("self", folder / "self");
-    EXPECT_EQ(getIssues(u"[\"good\", \"folder/../good\"]"), "");
+    EXPECT_EQ(getIssues(u"[\"good\", \"folder/../good\", \"" + folder.u16string() + u"/good\"]"), "");
     for (const auto& [name, reason] :
          std::map<std::u16string, std::string>{{u"latin", "it is not UTF-8"},
                                                {u"large", "it is larger than 16 MB"},
@@ -418,6 +419,9 @@ TEST_F(ConfigManagerTest, KnowsAFileByAnyName) {
     write("loop", "{\"extends\": [\"here/loop\", \"alias\"]}");
     EXPECT_EQ(getIssues(u"\"loop\""), "loop:1:14 extends: \"here/loop\" extends this file in turn\n"
                                       "loop:1:27 extends: \"alias\" extends this file in turn\n");
+    write("\u00FC b", "{\"extends\": \".//\u00FC b\"}");
+    EXPECT_EQ(getIssues(u"\"\u00FC b\""),
+              "\u00FC b:1:13 extends: \".//\u00FC b\" extends this file in turn\n");
 }
 
 TEST_F(ConfigManagerTest, ReadsAFileOnceAndAMissingOneAgain) {

@@ -140,7 +140,8 @@ private:
 } // namespace
 
 const std::locale& get_global_std_locale() {
-    static const std::locale locale(std::locale(std::locale::classic(), new Ctype16), new WideNumbers);
+    static const auto& locale =
+        *new std::locale(std::locale(std::locale::classic(), new Ctype16), new WideNumbers);
     return locale;
 }
 

@@ -2,11 +2,12 @@
 
 namespace ca::formatting {
 
-FormattingFactoryConfig::FormattingFactoryConfig(std::shared_ptr<ca::config::FactoryConfigSource>) {}
+FormattingFactoryConfig::FormattingFactoryConfig(const std::shared_ptr<ca::config::FactoryConfigSource>&) {}
 
-FormattingFactoryConfig::FormattingFactoryConfig(std::shared_ptr<ca::config::LegacyConfigSource>) {}
+FormattingFactoryConfig::FormattingFactoryConfig(const std::shared_ptr<ca::config::LegacyConfigSource>&) {}
 
-FormattingFactoryConfig::FormattingFactoryConfig(std::shared_ptr<ca::config::PreferenceConfigSource>) {}
+FormattingFactoryConfig::FormattingFactoryConfig(const std::shared_ptr<ca::config::PreferenceConfigSource>&) {
+}
 
 std::unordered_set<ca::config::ConfigIssue> FormattingFactoryConfig::getIssues() const {
     return {};

@@ -18,9 +18,9 @@ namespace ca::formatting {
 class FormattingFactoryConfig : public FormattingConfig {
 public:
     /// The source is ignored, whichever kind it is, and may be null.
-    explicit FormattingFactoryConfig(std::shared_ptr<ca::config::FactoryConfigSource> source);
-    explicit FormattingFactoryConfig(std::shared_ptr<ca::config::LegacyConfigSource> source);
-    explicit FormattingFactoryConfig(std::shared_ptr<ca::config::PreferenceConfigSource> source);
+    explicit FormattingFactoryConfig(const std::shared_ptr<ca::config::FactoryConfigSource>& source);
+    explicit FormattingFactoryConfig(const std::shared_ptr<ca::config::LegacyConfigSource>& source);
+    explicit FormattingFactoryConfig(const std::shared_ptr<ca::config::PreferenceConfigSource>& source);
 
     std::unordered_set<ca::config::ConfigIssue> getIssues() const override;
     bool getEnabled() const override;

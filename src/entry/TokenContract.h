@@ -39,8 +39,9 @@ constexpr bool isClassLevelKeyword(TokenType type) {
 namespace contract {
 
 static_assert(std::is_same_v<decltype(Token::lexeme), std::u16string>);
-static_assert(sizeof(TokenType) == 4 && sizeof(Token::line) == 4 && sizeof(Token::column) == 4);
-static_assert(std::is_unsigned_v<decltype(Token::line)> && std::is_unsigned_v<decltype(Token::column)>);
+static_assert(sizeof(TokenType) == 4);
+static_assert(sizeof(Token::line) == 4 && std::is_unsigned_v<decltype(Token::line)>);
+static_assert(sizeof(Token::column) == 4 && std::is_unsigned_v<decltype(Token::column)>);
 
 constexpr bool has(TokenType type, int number) {
     return static_cast<int>(type) == number;

@@ -182,7 +182,7 @@ private:
         }
 
         /// The gap on one side of a binary operator.
-        Rule& operand(ContainerKind kind, Side side) {
+        Rule& operatorGap(ContainerKind kind, Side side) {
             return append(parser.takeBinaryOperationWhitespace({}, kind, side));
         }
 
@@ -497,7 +497,7 @@ private:
         enterIndent(make<ExpressionIndentNode>(currentIndentNode, node));
         for (const SyntaxNode* operand : operands) {
             if (operand != operands.front()) {
-                rule.operand(kind, Side::Before).token().operand(kind, Side::After);
+                rule.operatorGap(kind, Side::Before).token().operatorGap(kind, Side::After);
             }
             rule.child(operand);
         }
@@ -958,8 +958,7 @@ private:
     std::vector<const Token*> run;   ///< the run that is being taken; kept for its memory
 };
 
-std::shared_ptr<ca::AnalysisResult> parse(const std::u16string& sourceText) {
-    const auto analyzer = ca::createSingleFileAnalyzer();
+std::shared_ptr<ca::AnalysisResult> parse(ca::Analyzer& analyzer, const std::u16string& sourceText) {
     const ca::AnalysisOptions options{
         .codeGenerationSupport = std::make_shared<ca::CodeGenerationSupport>(),
         .userData = nullptr,
@@ -967,13 +966,14 @@ std::shared_ptr<ca::AnalysisResult> parse(const std::u16string& sourceText) {
         .config = std::make_shared<ca::config::Config>(std::make_shared<ca::config::FactoryConfigSource>()),
         .searchPath = {},
     };
-    return analyzer->parse(ca::CodeInput::createFromSourceCode(sourceText), options);
+    return analyzer.parse(ca::CodeInput::createFromSourceCode(sourceText), options);
 }
 
 } // namespace
 
 FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi::internal::getPageSize()) {
-    const auto analysis = parse(sourceText);
+    const auto analyzer = ca::createSingleFileAnalyzer(); // outlives the syntax tree that it made
+    const auto analysis = parse(*analyzer, sourceText);
     tokens = ca::lexer::lex(sourceText);
     FormattingParser parser(allocator, tokens);
     rootText = parser.programFile(*analysis->getProgramFile());

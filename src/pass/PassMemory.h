@@ -43,7 +43,7 @@ private:
         blockSize *= 2;
     }
 
-    std::size_t blockSize = 16 * 1024;
+    std::size_t blockSize = std::size_t{16} * 1024;
     std::vector<std::unique_ptr<std::byte[]>> blocks;
     std::byte* next = nullptr; ///< in the newest block, the only one with room in it
     std::size_t room = 0;      ///< bytes behind `next`
