@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory_resource>
+#include <new>
+#include <string>
 
 using lf::astapi::AstNodeAllocator;
 
@@ -28,6 +31,16 @@ TEST(AstNodeAllocator, GivesBlocksOfTheirOwnToWhatIsLargerThanHalfAPage) {
     EXPECT_EQ(allocator.getCounters().largeRequests, 2U);
     EXPECT_EQ(allocator.getCounters().pages, 1U);
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(allocator.allocate(1)) % 8, 0U);
+}
+
+TEST(AstNodeAllocator, HoldsTheStringsOfItsObjectsAndTakesNothingBack) {
+    AstNodeAllocator allocator(64);
+    const void* freed = std::pmr::u16string(12, u'x', &allocator).data();
+    EXPECT_EQ(allocator.getCounters().smallRequests, 1U);
+    EXPECT_NE(allocator.allocate(26), freed);
+
+    std::pmr::memory_resource& memory = allocator;
+    EXPECT_THROW(static_cast<void>(memory.allocate(8, 16)), std::bad_alloc);
 }
 
 TEST(AstNodeAllocator, CleansUpInOrderOfRegistration) {

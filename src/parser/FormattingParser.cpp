@@ -26,9 +26,11 @@
 #include <lf/astapi/getPageSize.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <initializer_list>
 #include <limits>
+#include <memory_resource>
 #include <stdexcept>
 #include <string_view>
 
@@ -118,24 +120,17 @@ bool isPrefixOperation(std::int32_t operatorNumber) {
     }
 }
 
-void appendNumber(std::u16string& text, std::size_t number) {
-    char digits[std::numeric_limits<std::size_t>::digits10 + 1];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    for (const char* digit = digits; digit != end; ++digit) {
-        text += static_cast<char16_t>(*digit);
-    }
-}
-
 /// Name of the run of tokens from `first` up to `end`.
-std::u16string makeRunName(std::size_t first, std::size_t end) {
-    constexpr std::size_t usualLength = 32;
-    std::u16string name;
-    name.reserve(usualLength);
-    name = u"WhitespaceNode_T";
-    appendNumber(name, first);
-    name += u"_T";
-    appendNumber(name, end);
-    return name;
+std::pmr::u16string makeRunName(std::size_t first, std::size_t end, std::pmr::memory_resource& memory) {
+    constexpr std::string_view beforeFirst = "WhitespaceNode_T";
+    constexpr std::string_view beforeEnd = "_T";
+    constexpr std::size_t maximalDigits = std::numeric_limits<std::size_t>::digits10 + 1;
+    std::array<char, beforeFirst.size() + beforeEnd.size() + 2 * maximalDigits> name;
+    char* next = std::copy(beforeFirst.begin(), beforeFirst.end(), name.data());
+    next = std::to_chars(next, next + maximalDigits, first).ptr;
+    next = std::copy(beforeEnd.begin(), beforeEnd.end(), next);
+    next = std::to_chars(next, next + maximalDigits, end).ptr;
+    return {name.data(), next, &memory};
 }
 
 /// The walk. Lives as long as the constructor of the tree.
@@ -264,7 +259,7 @@ private:
             hasComment = hasComment || token.isComment();
             run.push_back(&token);
         }
-        auto name = makeRunName(first, tokenIndex);
+        auto name = makeRunName(first, tokenIndex, *allocator);
         if (hasComment) {
             return make<CommentNode>(currentIndentNode, run, std::move(name));
         }

@@ -1,5 +1,6 @@
 #include "tree/AstNodeAllocator.h"
 
+#include <new>
 #include <utility>
 
 namespace lf::astapi {
@@ -37,6 +38,14 @@ void* AstNodeAllocator::allocate(std::size_t size) {
 
 void AstNodeAllocator::addCleanUp(std::function<void()> cleanUp) {
     cleanUps.push_back(std::move(cleanUp));
+}
+
+/// Nothing that a node holds is aligned more strictly than the arena aligns.
+void* AstNodeAllocator::do_allocate(std::size_t size, std::size_t requiredAlignment) {
+    if (requiredAlignment > alignment) {
+        throw std::bad_alloc();
+    }
+    return allocate(size);
 }
 
 /// All that can throw comes before the arena changes.

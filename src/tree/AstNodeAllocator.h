@@ -4,6 +4,7 @@
 #include <forward_list>
 #include <functional>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 namespace lf::astapi {
@@ -13,13 +14,15 @@ namespace lf::astapi {
 /// Objects in it aren't known to the arena; those that need their destructor run register a clean-up. The
 /// arena's destructor calls all clean-ups in the order of registration and then frees the memory. A clean-up
 /// that is empty or throws ends the process. One thread at a time.
-class AstNodeAllocator {
+///
+/// It is a memory resource as well, for the strings and vectors of its objects: what they free stays taken.
+class AstNodeAllocator : public std::pmr::memory_resource {
 public:
     /// `pageSize` is in bytes and a multiple of 8.
     explicit AstNodeAllocator(std::size_t pageSize);
     AstNodeAllocator(const AstNodeAllocator&) = delete;
     AstNodeAllocator& operator=(const AstNodeAllocator&) = delete;
-    ~AstNodeAllocator();
+    ~AstNodeAllocator() override;
 
     /// Memory of `size` bytes, aligned to 8, that lives as long as the arena. More than half a page gets a
     /// block by itself. Throws std::bad_alloc.
@@ -50,6 +53,12 @@ private:
         Memory memory;
         std::size_t size;
     };
+
+    void* do_allocate(std::size_t size, std::size_t alignment) override;
+    void do_deallocate(void*, std::size_t, std::size_t) override {}
+    bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override {
+        return this == &other;
+    }
 
     void addPage();
     void* allocateLarge(std::size_t size);

@@ -9,9 +9,10 @@ namespace {
 
 class Classifier {
 public:
-    explicit Classifier(const std::vector<const Token*>& run) : run(run) {}
+    Classifier(const std::vector<const Token*>& run, std::pmr::memory_resource* memory)
+        : run(run), items(memory) {}
 
-    std::vector<WhitespaceItem> classify() {
+    std::pmr::vector<WhitespaceItem> classify() {
         items.reserve(run.size() + countBareLineStarts());
         for (index = 0; index < run.size(); ++index) {
             addToken();
@@ -91,7 +92,7 @@ private:
     bool isNextEndOfLine() const { return run[index + 1]->isEndOfLine(); }
 
     const std::vector<const Token*>& run;
-    std::vector<WhitespaceItem> items;
+    std::pmr::vector<WhitespaceItem> items;
     std::size_t index = 0;
     bool atLineStart = false;
     bool blankCarry = false;
@@ -99,8 +100,9 @@ private:
 
 } // namespace
 
-std::vector<WhitespaceItem> classifyRun(const std::vector<const Token*>& run) {
-    return Classifier(run).classify();
+std::pmr::vector<WhitespaceItem> classifyRun(const std::vector<const Token*>& run,
+                                             std::pmr::memory_resource* memory) {
+    return Classifier(run, memory).classify();
 }
 
 } // namespace ca::formatting

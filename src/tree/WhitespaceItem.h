@@ -3,6 +3,7 @@
 #include <ca/lexer/Token.h>
 
 #include <cstdint>
+#include <memory_resource>
 #include <optional>
 #include <vector>
 
@@ -31,7 +32,9 @@ struct WhitespaceItem {
 ///       % note⏎   CommentItem  LineEndingItem            the comment's lexeme holds its blanks
 ///     x           LineStartItem                          x itself is the token behind the run
 ///
-/// A run that begins a file has no line start for the first line, since no line end is in front of it.
-std::vector<WhitespaceItem> classifyRun(const std::vector<const ca::lexer::Token*>& run);
+/// A run that begins a file has no line start for the first line, since no line end is in front of it. The
+/// items are kept in `memory`.
+std::pmr::vector<WhitespaceItem> classifyRun(const std::vector<const ca::lexer::Token*>& run,
+                                             std::pmr::memory_resource* memory);
 
 } // namespace ca::formatting

@@ -59,15 +59,15 @@ void appendItem(std::u16string& text, const WhitespaceItem& item, const Renderin
 } // namespace
 
 WhitespaceNode::WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                               std::u16string name)
-    : LeafNode(indent), items(classifyRun(run)), name(std::move(name)) {}
+                               std::pmr::u16string name)
+    : LeafNode(indent), items(classifyRun(run, name.get_allocator().resource())), name(std::move(name)) {}
 
 std::unordered_set<FormatNode*> WhitespaceNode::getDependencies() const {
     return LeafNode::getDependencies();
 }
 
 std::u16string WhitespaceNode::getName() const {
-    return name;
+    return std::u16string(name);
 }
 
 std::optional<std::uint64_t> WhitespaceNode::getOriginalWidth() const {

@@ -3,6 +3,7 @@
 #include "tree/LeafNode.h"
 #include "tree/WhitespaceItem.h"
 
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,7 @@ public:
     /// Whether a line break may be chosen here.
     virtual bool isLineBreakCandidate(std::shared_ptr<FormattingConfig> config) const = 0;
 
-    const std::vector<WhitespaceItem>& getItems() const { return items; }
+    const std::pmr::vector<WhitespaceItem>& getItems() const { return items; }
 
     /// Length of the run as the source has it; empty if it has a line end or a comment in it.
     std::optional<std::uint64_t> getOriginalWidth() const;
@@ -41,11 +42,14 @@ public:
     bool hasComment() const;
 
 protected:
-    WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run, std::u16string name);
+    /// The items are kept in the memory that the name comes in: a file has so many gaps that a heap block for
+    /// each of their names and lists would take longer to get and free than to fill.
+    WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
+                   std::pmr::u16string name);
 
 private:
-    std::vector<WhitespaceItem> items;
-    std::u16string name;
+    std::pmr::vector<WhitespaceItem> items;
+    std::pmr::u16string name;
 };
 
 } // namespace ca::formatting

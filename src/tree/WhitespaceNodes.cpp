@@ -79,7 +79,7 @@ DebugTable makeLeafTable(const char16_t* label, const WhitespaceNode& node) {
 
 BinaryOperationWhitespaceNode::BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side,
                                                              IndentNode* indent, const Run& run,
-                                                             std::u16string name)
+                                                             std::pmr::u16string name)
     : WhitespaceNode(indent, run, std::move(name)), kind(kind), side(side) {}
 
 void BinaryOperationWhitespaceNode::format(FormatPass& pass) {
@@ -120,7 +120,7 @@ WhitespaceDecision BinaryOperationWhitespaceNode::getEffectiveDecision(FormatPas
     return pass.getBreakDecision(*this);
 }
 
-CommentNode::CommentNode(IndentNode* indent, const Run& run, std::u16string name)
+CommentNode::CommentNode(IndentNode* indent, const Run& run, std::pmr::u16string name)
     : WhitespaceNode(indent, run, std::move(name)) {}
 
 void CommentNode::format(FormatPass& pass) {
@@ -144,7 +144,7 @@ bool CommentNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig>) const 
 }
 
 LineSeparatorWhitespaceNode::LineSeparatorWhitespaceNode(IndentNode* indent, const Run& run,
-                                                         std::u16string name)
+                                                         std::pmr::u16string name)
     : WhitespaceNode(indent, run, std::move(name)) {}
 
 void LineSeparatorWhitespaceNode::format(FormatPass& pass) {
@@ -168,7 +168,7 @@ bool LineSeparatorWhitespaceNode::isLineBreakCandidate(std::shared_ptr<Formattin
     return true;
 }
 
-NecessaryWhitespaceNode::NecessaryWhitespaceNode(IndentNode* indent, const Run& run, std::u16string name)
+NecessaryWhitespaceNode::NecessaryWhitespaceNode(IndentNode* indent, const Run& run, std::pmr::u16string name)
     : WhitespaceNode(indent, run, std::move(name)) {}
 
 void NecessaryWhitespaceNode::format(FormatPass& pass) {
@@ -192,7 +192,8 @@ bool NecessaryWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingCon
     return false;
 }
 
-UnnecessaryWhitespaceNode::UnnecessaryWhitespaceNode(IndentNode* indent, const Run& run, std::u16string name)
+UnnecessaryWhitespaceNode::UnnecessaryWhitespaceNode(IndentNode* indent, const Run& run,
+                                                     std::pmr::u16string name)
     : WhitespaceNode(indent, run, std::move(name)) {}
 
 void UnnecessaryWhitespaceNode::format(FormatPass& pass) {

@@ -22,7 +22,7 @@ public:
     };
 
     BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side, IndentNode* indent,
-                                  const std::vector<const ca::lexer::Token*>& run, std::u16string name);
+                                  const std::vector<const ca::lexer::Token*>& run, std::pmr::u16string name);
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
@@ -42,7 +42,8 @@ private:
 /// comment, so its lines stay as they are and only their starts are rewritten.
 class CommentNode : public WhitespaceNode {
 public:
-    CommentNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run, std::u16string name);
+    CommentNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
+                std::pmr::u16string name);
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
@@ -56,7 +57,7 @@ public:
 class LineSeparatorWhitespaceNode : public WhitespaceNode {
 public:
     LineSeparatorWhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                                std::u16string name);
+                                std::pmr::u16string name);
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
@@ -71,7 +72,7 @@ public:
 class NecessaryWhitespaceNode : public WhitespaceNode {
 public:
     NecessaryWhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                            std::u16string name);
+                            std::pmr::u16string name);
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
@@ -84,7 +85,7 @@ public:
 class UnnecessaryWhitespaceNode : public WhitespaceNode {
 public:
     UnnecessaryWhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                              std::u16string name);
+                              std::pmr::u16string name);
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
