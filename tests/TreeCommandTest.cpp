@@ -80,7 +80,7 @@ TEST_F(TreeCommand, TakesOptionsAndInputsAsTheLineEngineDoes) {
         {"CR", "if a\rx\rend\r", "tree --set $indent a.omb", 0, "if a\r    x\rend\r", ""},
         {"mixed line ends", "if a\r\nx\nend\r\n", "tree -i --set $indent a.omb", 3, "",
          "a.omb:2:2: error: this line ends in LF and the first one in CRLF: the tree engine can't keep line "
-         "ends that are mixed\n  x\n   ^\n"},
+         "ends that are mixed; --force gives all lines the first one's\n  x\n   ^\n"},
         {"mixed line ends by force", "if a\r\nx\nend\r\n", "tree -i --force --set $indent a.omb", 0, "", "",
          "if a\r\n    x\r\nend\r\n"},
         {"nothing", "", "tree --set $indent --set $trim a.omb", 0, "", ""},
