@@ -82,6 +82,9 @@ TEST_F(CrashSafety, AKillLeavesTheOldFileOrTheNewOneWhole) {
 }
 
 TEST_F(CrashSafety, AFailingCallLeavesTheOldFileAndNothingElse) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizers probe memory with calls of their own, and don't expect them to fail";
+#endif
     const std::set<std::string> needed = {"write", "fsync", "fchmod", "linkat", "rename"};
     const std::set<std::string> fileCalls = {"access", "close",    "fchmod",     "flistxattr", "fsync",
                                              "getcwd", "linkat",   "llistxattr", "newfstatat", "openat",
@@ -89,7 +92,7 @@ TEST_F(CrashSafety, AFailingCallLeavesTheOldFileAndNothingElse) {
     for (const char* error : {"ENOSPC", "EIO"}) {
         std::set<std::string> failed;
         for (const Call& call : calls) {
-            if (!fileCalls.contains(call.name)) { // memory, and what a sanitizer does for itself
+            if (!fileCalls.contains(call.name)) { // memory and threads
                 continue;
             }
             const int status =
