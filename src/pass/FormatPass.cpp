@@ -1,6 +1,5 @@
 #include "pass/FormatPass.h"
 
-#include "pass/DependentsIndex.h"
 #include "tree/IndentNode.h"
 #include "tree/WhitespaceNode.h"
 
@@ -12,51 +11,65 @@ FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<Formatt
     : tree(std::move(tree)), config(std::move(config)) {}
 
 std::u16string FormatPass::run() {
-    solve(seed());
+    const auto& nodes = tree->getNodes();
+    finishedNodes.reserve(nodes.size());
+    endColumns.reserve(nodes.size());
+    for (FormatNode* node : nodes) {
+        solve(node);
+    }
     return joinLeaves();
 }
 
-DependentsIndex FormatPass::seed() {
-    const auto& nodes = tree->getNodes();
-    pendingDependencies.reserve(nodes.size());
-    endColumns.reserve(nodes.size());
-    DependentsIndex dependents(nodes.size());
-    for (FormatNode* node : nodes) {
-        const auto dependencies = node->getDependencies();
-        if (dependencies.empty()) {
-            readyNodes.push_back(node);
-            continue;
-        }
-        const auto waiting = pendingDependencies.try_emplace(node, PassAllocator<FormatNode*>(memory)).first;
-        waiting->second.max_load_factor(fewNodesLoadFactor);
-        waiting->second.insert(dependencies.begin(), dependencies.end());
-        for (const FormatNode* dependency : dependencies) {
-            dependents.add(dependency, waiting);
-        }
+/// Runs a node, and before it whatever it needs. Nodes on a cycle, and those that wait for them, stay
+/// pending.
+void FormatPass::solve(FormatNode* first) {
+    if (finishedNodes.contains(first) || pendingDependencies.contains(first)) {
+        return;
     }
-    return dependents;
-}
-
-void FormatPass::solve(const DependentsIndex& dependents) {
-    while (!readyNodes.empty()) {
-        FormatNode* node = readyNodes.back();
-        readyNodes.pop_back();
-        ++effort.nodesRun;
-        node->format(*this);
-        dependents.visitWaiting(node, [&](PendingTable::iterator waiting) {
-            ++effort.edgesVisited;
-            satisfyDependency(waiting, node);
-        });
+    start(first);
+    while (!waitingNodes.empty()) {
+        FormatNode* node = waitingNodes.back()->first;
+        FormatNode* unsatisfied = findUnsatisfied(waitingNodes.back()->second);
+        if (unsatisfied == nullptr) {
+            waitingNodes.pop_back();
+            finish(node);
+            pendingDependencies.erase(node);
+        } else if (pendingDependencies.contains(unsatisfied)) {
+            waitingNodes.pop_back();
+        } else {
+            start(unsatisfied);
+        }
     }
 }
 
-void FormatPass::satisfyDependency(PendingTable::iterator waiting, FormatNode* dependency) {
-    auto& [node, dependencies] = *waiting;
-    dependencies.erase(dependency);
-    if (dependencies.empty()) {
-        readyNodes.push_back(node);
-        pendingDependencies.erase(waiting);
+/// Runs the node if it waits for nothing, otherwise puts it on the stack.
+void FormatPass::start(FormatNode* node) {
+    auto dependencies = node->getDependencies();
+    if (findUnsatisfied(dependencies) == nullptr) {
+        finish(node);
+        return;
     }
+    const auto entry = pendingDependencies.emplace(node, std::move(dependencies)).first;
+    waitingNodes.push_back(&*entry);
+}
+
+void FormatPass::finish(FormatNode* node) {
+    ++effort.nodesRun;
+    node->format(*this);
+    finishedNodes.insert(node);
+}
+
+/// Some dependency that hasn't run, null if there is none. Those that have run are taken out.
+FormatNode* FormatPass::findUnsatisfied(std::unordered_set<FormatNode*>& dependencies) {
+    while (!dependencies.empty()) {
+        const auto first = dependencies.begin();
+        if (!finishedNodes.contains(*first)) {
+            return *first;
+        }
+        ++effort.edgesVisited;
+        dependencies.erase(first);
+    }
+    return nullptr;
 }
 
 std::u16string FormatPass::joinLeaves() {

@@ -8,11 +8,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace ca::formatting {
 
-class DependentsIndex;
 class IndentNode;
 class LeafNode;
 class WhitespaceNode;
@@ -27,9 +28,11 @@ enum class WhitespaceDecision : std::uint32_t {
 /// Runs each node of a finished tree once, in dependency order, and joins the text of the leaves.
 ///
 /// The pass has no formatting rules of its own. Every node names the nodes whose results it needs; the pass
-/// runs it as soon as those have run and keeps what it computes. The result is the same in any order that
-/// honours the dependencies. Takes time and memory linear in nodes and dependencies, apart from what the
-/// nodes themselves do.
+/// runs it when those have run and keeps what it computes. The result is the same in any order that honours
+/// the dependencies, so the pass takes the nodes as the tree lists them and runs in front of each what it
+/// needs: nearly all of that has run by then, and no table of who waits for whom is needed. What a node names
+/// must be in the tree. Takes time and memory linear in nodes and dependencies, apart from what the nodes
+/// themselves do.
 ///
 /// One pass serves one call on one thread. It keeps tree and options alive and holds every computed result;
 /// nodes hold none, so the same tree can serve another pass afterwards.
@@ -73,22 +76,26 @@ public:
     /// How much solving a run did.
     struct Effort {
         std::size_t nodesRun = 0;
-        std::size_t edgesVisited = 0; ///< dependencies looked at because the node they lead to had run
+        std::size_t edgesVisited = 0; ///< dependencies found to have run
     };
 
     const Effort& getEffort() const { return effort; }
 
 private:
-    DependentsIndex seed();
-    void solve(const DependentsIndex& dependents);
-    void satisfyDependency(PendingTable::iterator waiting, FormatNode* dependency);
+    using PendingTable = std::unordered_map<FormatNode*, std::unordered_set<FormatNode*>>;
+
+    void solve(FormatNode* first);
+    void start(FormatNode* node);
+    void finish(FormatNode* node);
+    FormatNode* findUnsatisfied(std::unordered_set<FormatNode*>& dependencies);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    PassMemory memory; ///< of the entries of all tables
-    PendingTable pendingDependencies{memory};
-    std::vector<FormatNode*> readyNodes; ///< a stack
+    PassMemory memory;                               ///< of the entries of all tables
+    PendingTable pendingDependencies;                ///< of the nodes that were started and couldn't run yet
+    std::vector<PendingTable::pointer> waitingNodes; ///< a stack: each waits for the one above it
+    NodeSet finishedNodes{memory};
     NodeTable<std::u16string> indentations{memory};
     NodeTable<std::uint64_t> endColumns{memory};
     NodeTable<WhitespaceDecision> breakDecisions{memory};

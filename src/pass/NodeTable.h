@@ -21,12 +21,12 @@ struct NodeHash {
 };
 
 /// A table by node.
-template <class Value, class Node = const FormatNode*>
-using NodeTable =
-    std::unordered_map<Node, Value, NodeHash, std::equal_to<>, PassAllocator<std::pair<const Node, Value>>>;
+template <class Value>
+using NodeTable = std::unordered_map<const FormatNode*, Value, NodeHash, std::equal_to<>,
+                                     PassAllocator<std::pair<const FormatNode* const, Value>>>;
 
-/// For each node that can't run yet, what it still waits for. The nodes of a set lie right behind its entry.
-using PendingNodes = std::unordered_set<FormatNode*, NodeHash, std::equal_to<>, PassAllocator<FormatNode*>>;
-using PendingTable = NodeTable<PendingNodes, FormatNode*>;
+/// Some nodes.
+using NodeSet =
+    std::unordered_set<const FormatNode*, NodeHash, std::equal_to<>, PassAllocator<const FormatNode*>>;
 
 } // namespace ca::formatting
