@@ -201,7 +201,7 @@ private:
 
         ContainerNode* container(ContainerKind kind = ContainerKind::None) {
             const auto first = parser.children.begin() + static_cast<std::ptrdiff_t>(firstChild);
-            std::vector<TextNode*> own(first, parser.children.end());
+            ContainerNode::Children own(first, parser.children.end(), parser.allocator);
             parser.children.erase(first, parser.children.end());
             return parser.makeContainer(kind, std::move(own));
         }
@@ -282,7 +282,7 @@ private:
         return makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
     }
 
-    ContainerNode* makeContainer(ContainerKind kind, std::vector<TextNode*> own) {
+    ContainerNode* makeContainer(ContainerKind kind, ContainerNode::Children own) {
         return make<ContainerNode>(kind, std::move(own));
     }
 

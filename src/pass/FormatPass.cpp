@@ -3,6 +3,7 @@
 #include "tree/IndentNode.h"
 #include "tree/WhitespaceNode.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ca::formatting {
@@ -12,7 +13,7 @@ FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<Formatt
 
 std::u16string FormatPass::run() {
     const auto& nodes = tree->getNodes();
-    finishedNodes.reserve(nodes.size());
+    startedNodes.reserve(nodes.size());
     endColumns.reserve(nodes.size());
     for (FormatNode* node : nodes) {
         solve(node);
@@ -23,53 +24,59 @@ std::u16string FormatPass::run() {
 /// Runs a node, and before it whatever it needs. Nodes on a cycle, and those that wait for them, stay
 /// pending.
 void FormatPass::solve(FormatNode* first) {
-    if (finishedNodes.contains(first) || pendingDependencies.contains(first)) {
-        return;
-    }
     start(first);
     while (!waitingNodes.empty()) {
-        FormatNode* node = waitingNodes.back()->first;
-        FormatNode* unsatisfied = findUnsatisfied(waitingNodes.back()->second);
-        if (unsatisfied == nullptr) {
-            waitingNodes.pop_back();
-            finish(node);
+        FormatNode* node = waitingNodes.back();
+        FormatNode* dependency = findUnsatisfied(pendingDependencies.at(node));
+        if (dependency != nullptr && !pendingDependencies.contains(dependency)) {
+            start(dependency);
+            continue;
+        }
+        waitingNodes.pop_back();
+        if (dependency == nullptr) {
             pendingDependencies.erase(node);
-        } else if (pendingDependencies.contains(unsatisfied)) {
-            waitingNodes.pop_back();
-        } else {
-            start(unsatisfied);
+            format(node);
         }
     }
 }
 
-/// Runs the node if it waits for nothing, otherwise puts it on the stack.
+/// Runs the node if it waits for nothing, otherwise puts it on the stack. Does nothing the second time.
 void FormatPass::start(FormatNode* node) {
-    auto dependencies = node->getDependencies();
-    if (findUnsatisfied(dependencies) == nullptr) {
-        finish(node);
+    if (startedNodes.contains(node)) {
         return;
     }
-    const auto entry = pendingDependencies.emplace(node, std::move(dependencies)).first;
-    waitingNodes.push_back(&*entry);
+    auto dependencies = node->getDependencies();
+    const bool canRun = std::all_of(dependencies.begin(), dependencies.end(),
+                                    [this](FormatNode* dependency) { return hasRun(dependency); });
+    startedNodes.insert(node);
+    if (canRun) {
+        format(node);
+        return;
+    }
+    pendingDependencies.emplace(node, std::move(dependencies));
+    waitingNodes.push_back(node);
 }
 
-void FormatPass::finish(FormatNode* node) {
-    ++effort.nodesRun;
-    node->format(*this);
-    finishedNodes.insert(node);
-}
-
-/// Some dependency that hasn't run, null if there is none. Those that have run are taken out.
-FormatNode* FormatPass::findUnsatisfied(std::unordered_set<FormatNode*>& dependencies) {
+/// One of the dependencies that hasn't run, null if all have. Those found to have run are taken out.
+FormatNode* FormatPass::findUnsatisfied(Dependencies& dependencies) {
     while (!dependencies.empty()) {
         const auto first = dependencies.begin();
-        if (!finishedNodes.contains(*first)) {
+        if (!hasRun(*first)) {
             return *first;
         }
-        ++effort.edgesVisited;
         dependencies.erase(first);
     }
     return nullptr;
+}
+
+bool FormatPass::hasRun(FormatNode* dependency) {
+    ++effort.edgesVisited;
+    return startedNodes.contains(dependency) && !pendingDependencies.contains(dependency);
+}
+
+void FormatPass::format(FormatNode* node) {
+    ++effort.nodesRun;
+    node->format(*this);
 }
 
 std::u16string FormatPass::joinLeaves() {

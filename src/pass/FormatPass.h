@@ -76,26 +76,27 @@ public:
     /// How much solving a run did.
     struct Effort {
         std::size_t nodesRun = 0;
-        std::size_t edgesVisited = 0; ///< dependencies found to have run
+        std::size_t edgesVisited = 0; ///< times a dependency was looked at: three at most for each
     };
 
     const Effort& getEffort() const { return effort; }
 
 private:
-    using PendingTable = std::unordered_map<FormatNode*, std::unordered_set<FormatNode*>>;
+    using Dependencies = std::unordered_set<FormatNode*>;
 
     void solve(FormatNode* first);
     void start(FormatNode* node);
-    void finish(FormatNode* node);
-    FormatNode* findUnsatisfied(std::unordered_set<FormatNode*>& dependencies);
+    FormatNode* findUnsatisfied(Dependencies& dependencies);
+    bool hasRun(FormatNode* dependency);
+    void format(FormatNode* node);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    PassMemory memory;                               ///< of the entries of all tables
-    PendingTable pendingDependencies;                ///< of the nodes that were started and couldn't run yet
-    std::vector<PendingTable::pointer> waitingNodes; ///< a stack: each waits for the one above it
-    NodeSet finishedNodes{memory};
+    PassMemory memory;            ///< of the entries of all tables
+    NodeSet startedNodes{memory}; ///< those that have run and those that are pending
+    std::unordered_map<FormatNode*, Dependencies> pendingDependencies; ///< of nodes that couldn't run yet
+    std::vector<FormatNode*> waitingNodes; ///< a stack: each waits for the one above it
     NodeTable<std::u16string> indentations{memory};
     NodeTable<std::uint64_t> endColumns{memory};
     NodeTable<WhitespaceDecision> breakDecisions{memory};

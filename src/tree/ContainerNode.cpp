@@ -16,7 +16,7 @@ const WhitespaceNode* getCandidate(const TextNode* child, const std::shared_ptr<
     return whitespace != nullptr && whitespace->isLineBreakCandidate(config) ? whitespace : nullptr;
 }
 
-void decideAllCandidates(const std::vector<TextNode*>& children, FormatPass& pass,
+void decideAllCandidates(const ContainerNode::Children& children, FormatPass& pass,
                          WhitespaceDecision decision) {
     const auto config = pass.getConfig();
     for (const TextNode* child : children) {
@@ -74,7 +74,7 @@ private:
 
 } // namespace
 
-ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, std::vector<TextNode*> ownChildren)
+ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, Children ownChildren)
     : kind(kind), children(std::move(ownChildren)) {
     for (TextNode* child : children) {
         child->setParent(this);

@@ -2,6 +2,7 @@
 
 #include "tree/TextNode.h"
 
+#include <memory_resource>
 #include <vector>
 
 namespace ca::formatting {
@@ -15,8 +16,11 @@ class LeafNode;
 /// of its own leaves runs, so that they find the decision.
 class ContainerNode : public TextNode {
 public:
-    /// Becomes the parent of each child. `children` must not be empty.
-    ContainerNode(FormattingConfig::ContainerKind kind, std::vector<TextNode*> children);
+    using Children = std::pmr::vector<TextNode*>;
+
+    /// Becomes the parent of each child. `children` must not be empty, and is kept in the memory that it
+    /// comes in.
+    ContainerNode(FormattingConfig::ContainerKind kind, Children children);
 
     std::unordered_set<FormatNode*> getDependencies() const override;
     void format(FormatPass& pass) override;
@@ -26,7 +30,8 @@ public:
 
     const ContainerNode* asContainer() const override { return this; }
 
-    std::vector<TextNode*> getChildren() const { return children; }
+    /// In text order.
+    const Children& getChildren() const { return children; }
 
     /// The leftmost leaf under this node.
     LeafNode* getFirstLeaf() const;
@@ -40,7 +45,7 @@ private:
     bool fitsOnLine(FormatPass& pass) const;
 
     FormattingConfig::ContainerKind kind;
-    std::vector<TextNode*> children;
+    Children children;
 };
 
 } // namespace ca::formatting

@@ -29,7 +29,7 @@ void FormatTree::linkLeaves() {
         TextNode* node = open.back();
         open.pop_back();
         if (const ContainerNode* container = node->asContainer()) {
-            const auto children = container->getChildren();
+            const auto& children = container->getChildren();
             open.insert(open.end(), children.rbegin(), children.rend());
             continue;
         }

@@ -38,7 +38,8 @@ TreeBuilder::TextNodes TreeBuilder::take(std::string_view steps, ContainerKind k
 }
 
 ContainerNode* TreeBuilder::container(ContainerKind kind, const TextNodes& children) {
-    return make<ContainerNode>(kind, children);
+    return make<ContainerNode>(kind,
+                               ContainerNode::Children(children.begin(), children.end(), &tree->allocator));
 }
 
 ContainerNode* TreeBuilder::container(ContainerKind kind, std::string_view steps) {
