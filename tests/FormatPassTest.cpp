@@ -39,7 +39,7 @@ private:
     std::u16string& log;
 };
 
-/// Each node that can run does so once, and no dependency is looked at more often than it takes.
+/// No more nodes run than there are, and each dependency is looked at three times at most.
 void expectLinearEffort(const FormatPass& pass, const FormatTree& tree) {
     std::size_t edges = 0;
     for (const FormatNode* node : tree.getNodes()) {
@@ -120,6 +120,30 @@ TEST(FormatPass, RunsEachNodeOnceAndBehindWhatItWaitsFor) {
 TEST(FormatPass, NeverRunsACycleNorWhatWaitsForIt) {
     EXPECT_EQ(Graph(u"abcde", {u"ab", u"bc", u"ca", u"da"}).run(), u"e");
     EXPECT_EQ(Graph(u"ab", {u"aa"}).run(), u"b");
+    EXPECT_EQ(Graph(u"abc", {u"ab", u"bb", u"ac"}).run(), u"c");
+}
+
+TEST(FormatPass, NeverRunsWhatWaitsForANodeThatIsNotInTheTree) {
+    std::u16string log;
+    ScriptedNode stray(u"s", log);
+    for (FormatNode* foreign : {static_cast<FormatNode*>(&stray), static_cast<FormatNode*>(nullptr)}) {
+        Graph graph(u"abc", {u"ab", u"ac"});
+        graph[u'b'].dependencies.insert(foreign);
+        EXPECT_EQ(graph.run(), u"c");
+    }
+    EXPECT_EQ(log, u"");
+}
+
+TEST(FormatPass, RunsAChainOfAnyLengthListedBackwards) {
+    std::u16string names;
+    for (char16_t name = 1; name < 0xD800; ++name) {
+        names += name;
+    }
+    Graph graph(names, {});
+    for (std::size_t i = 0; i + 1 < names.size(); ++i) {
+        graph[names[i]].dependencies.insert(&graph[names[i + 1]]);
+    }
+    EXPECT_EQ(graph.run(), std::u16string(names.rbegin(), names.rend()));
 }
 
 TEST(FormatPass, RaisesOutOfRangeForAResultThatIsMissing) {

@@ -13,65 +13,74 @@ FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<Formatt
 
 std::u16string FormatPass::run() {
     const auto& nodes = tree->getNodes();
-    startedNodes.reserve(nodes.size());
+    states.reserve(nodes.size());
     endColumns.reserve(nodes.size());
+    for (const FormatNode* node : nodes) {
+        states.emplace(node, NodeState::Untouched);
+    }
     for (FormatNode* node : nodes) {
         solve(node);
     }
     return joinLeaves();
 }
 
-/// Runs a node, and before it whatever it needs. Nodes on a cycle, and those that wait for them, stay
-/// pending.
+/// Runs a node that is in the tree, and before it whatever it needs. A dependency that is pending when it is
+/// found stays so: it stands below on the stack, which makes a cycle, or waits for one, or isn't in the tree.
+/// So does the node itself then.
 void FormatPass::solve(FormatNode* first) {
     start(first);
     while (!waitingNodes.empty()) {
         FormatNode* node = waitingNodes.back();
-        FormatNode* dependency = findUnsatisfied(pendingDependencies.at(node));
-        if (dependency != nullptr && !pendingDependencies.contains(dependency)) {
-            start(dependency);
+        Dependencies& dependencies = pendingDependencies.at(node);
+        dropSatisfied(dependencies);
+        if (!dependencies.empty() && getState(*dependencies.begin()) == NodeState::Untouched) {
+            start(*dependencies.begin());
             continue;
         }
         waitingNodes.pop_back();
-        if (dependency == nullptr) {
+        if (dependencies.empty()) {
             pendingDependencies.erase(node);
+            states.at(node) = NodeState::HasRun;
             format(node);
         }
     }
 }
 
-/// Runs the node if it waits for nothing, otherwise puts it on the stack. Does nothing the second time.
+/// Runs the node if all that it needs has run, otherwise puts it on the stack. Does nothing the second time.
 void FormatPass::start(FormatNode* node) {
-    if (startedNodes.contains(node)) {
+    NodeState& state = states.at(node);
+    if (state != NodeState::Untouched) {
         return;
     }
     auto dependencies = node->getDependencies();
-    const bool canRun = std::all_of(dependencies.begin(), dependencies.end(),
-                                    [this](FormatNode* dependency) { return hasRun(dependency); });
-    startedNodes.insert(node);
-    if (canRun) {
+    if (std::all_of(dependencies.begin(), dependencies.end(),
+                    [this](FormatNode* dependency) { return hasRun(dependency); })) {
+        state = NodeState::HasRun;
         format(node);
         return;
     }
+    state = NodeState::Pending;
     pendingDependencies.emplace(node, std::move(dependencies));
     waitingNodes.push_back(node);
 }
 
-/// One of the dependencies that hasn't run, null if all have. Those found to have run are taken out.
-FormatNode* FormatPass::findUnsatisfied(Dependencies& dependencies) {
-    while (!dependencies.empty()) {
-        const auto first = dependencies.begin();
-        if (!hasRun(*first)) {
-            return *first;
-        }
-        dependencies.erase(first);
+/// Takes out dependencies that have run, up to one that hasn't.
+void FormatPass::dropSatisfied(Dependencies& dependencies) {
+    while (!dependencies.empty() && hasRun(*dependencies.begin())) {
+        dependencies.erase(dependencies.begin());
     }
-    return nullptr;
 }
 
-bool FormatPass::hasRun(FormatNode* dependency) {
+/// Counts as a visit of the edge to `dependency`.
+bool FormatPass::hasRun(const FormatNode* dependency) {
     ++effort.edgesVisited;
-    return startedNodes.contains(dependency) && !pendingDependencies.contains(dependency);
+    return getState(dependency) == NodeState::HasRun;
+}
+
+/// What isn't in the tree never runs.
+FormatPass::NodeState FormatPass::getState(const FormatNode* node) const {
+    const auto entry = states.find(node);
+    return entry != states.end() ? entry->second : NodeState::Pending;
 }
 
 void FormatPass::format(FormatNode* node) {

@@ -30,9 +30,7 @@ enum class WhitespaceDecision : std::uint32_t {
 /// The pass has no formatting rules of its own. Every node names the nodes whose results it needs; the pass
 /// runs it when those have run and keeps what it computes. The result is the same in any order that honours
 /// the dependencies, so the pass takes the nodes as the tree lists them and runs in front of each what it
-/// needs: nearly all of that has run by then, and no table of who waits for whom is needed. What a node names
-/// must be in the tree. Takes time and memory linear in nodes and dependencies, apart from what the nodes
-/// themselves do.
+/// needs. Takes time and memory linear in nodes and dependencies, apart from what the nodes themselves do.
 ///
 /// One pass serves one call on one thread. It keeps tree and options alive and holds every computed result;
 /// nodes hold none, so the same tree can serve another pass afterwards.
@@ -47,9 +45,10 @@ public:
 
     /// The formatted text. To be called once.
     ///
-    /// Nodes on a cycle of dependencies, and those that wait for them, never run, and that is no error in
-    /// itself. Throws std::out_of_range if a leaf or a node that ran asks for a result that was never stored:
-    /// a fault in some node's getDependencies(), whatever the source text was.
+    /// Nodes on a cycle of dependencies, and those that wait for them or for a node that isn't in the tree,
+    /// never run, and that is no error in itself. Throws std::out_of_range if a leaf or a node that ran asks
+    /// for a result that was never stored: a fault in some node's getDependencies(), whatever the source text
+    /// was.
     std::u16string run();
 
     std::shared_ptr<FormattingConfig> getConfig() const { return config; }
@@ -82,20 +81,23 @@ public:
     const Effort& getEffort() const { return effort; }
 
 private:
+    enum class NodeState : std::uint8_t { Untouched, Pending, HasRun };
     using Dependencies = std::unordered_set<FormatNode*>;
 
     void solve(FormatNode* first);
     void start(FormatNode* node);
-    FormatNode* findUnsatisfied(Dependencies& dependencies);
-    bool hasRun(FormatNode* dependency);
+    void dropSatisfied(Dependencies& dependencies);
+    bool hasRun(const FormatNode* dependency);
+    NodeState getState(const FormatNode* node) const;
     void format(FormatNode* node);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    PassMemory memory;            ///< of the entries of all tables
-    NodeSet startedNodes{memory}; ///< those that have run and those that are pending
-    std::unordered_map<FormatNode*, Dependencies> pendingDependencies; ///< of nodes that couldn't run yet
+    PassMemory memory;                   ///< of the entries of the tables that only grow
+    NodeTable<NodeState> states{memory}; ///< of all nodes of the tree
+    /// For each pending node, what it may still wait for.
+    std::unordered_map<FormatNode*, Dependencies> pendingDependencies;
     std::vector<FormatNode*> waitingNodes; ///< a stack: each waits for the one above it
     NodeTable<std::u16string> indentations{memory};
     NodeTable<std::uint64_t> endColumns{memory};

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace ca::formatting {
 
@@ -24,9 +23,5 @@ struct NodeHash {
 template <class Value>
 using NodeTable = std::unordered_map<const FormatNode*, Value, NodeHash, std::equal_to<>,
                                      PassAllocator<std::pair<const FormatNode* const, Value>>>;
-
-/// Some nodes.
-using NodeSet =
-    std::unordered_set<const FormatNode*, NodeHash, std::equal_to<>, PassAllocator<const FormatNode*>>;
 
 } // namespace ca::formatting

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace ca::formatting {
@@ -36,7 +37,8 @@ private:
     /// Each block is twice as large as the one before, so a small pass takes little and a large one few.
     void addBlock(std::size_t bytes) {
         const std::size_t size = std::max(bytes, blockSize);
-        blocks.emplace_back(new std::byte[size]);
+        std::unique_ptr<std::byte[]> block(new std::byte[size]);
+        blocks.push_back(std::move(block));
         next = blocks.back().get();
         room = size;
         ombrel::adviseHugePages(next, size);
@@ -49,7 +51,7 @@ private:
     std::size_t room = 0;      ///< bytes behind `next`
 };
 
-/// What the tables of a pass take their memory with.
+/// What the tables of a pass that only grow take their memory with.
 template <class T>
 struct PassAllocator {
     using value_type = T;

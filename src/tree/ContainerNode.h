@@ -18,8 +18,8 @@ class ContainerNode : public TextNode {
 public:
     using Children = std::pmr::vector<TextNode*>;
 
-    /// Becomes the parent of each child. `children` must not be empty, and is kept in the memory that it
-    /// comes in.
+    /// Becomes the parent of each child. `children` must not be empty. Moved in, it keeps its memory, which
+    /// must outlive the node.
     ContainerNode(FormattingConfig::ContainerKind kind, Children children);
 
     std::unordered_set<FormatNode*> getDependencies() const override;
