@@ -15,6 +15,8 @@ std::u16string FormatPass::run() {
     const auto& nodes = tree->getNodes();
     states.reserve(nodes.size());
     endColumns.reserve(nodes.size());
+    breakDecisions.reserve(nodes.size() / 4); // more than there are, so that buckets are not shared
+    indentations.reserve(nodes.size() / 16);
     for (const FormatNode* node : nodes) {
         states.emplace(node, NodeState::Untouched);
     }
