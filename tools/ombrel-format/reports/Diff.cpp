@@ -103,7 +103,6 @@ void printDiff(std::ostream& stream, std::string_view path, std::string_view bef
     }
     // With their ends, so that a last line without one differs from the same line with one.
     DiffOfLines diff(splitLines(before), splitLines(after));
-    diff.onHuge();
     diff.compose();
     diff.composeUnifiedHunks();
 
