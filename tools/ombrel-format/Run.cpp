@@ -132,7 +132,8 @@ private:
                 status = fail(candidate.path, {ExitStatus::Usage, candidate.reason});
             } else {
                 const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
-                print(candidate.path + ": " + verdict + ": " + candidate.reason + '\n');
+                print(getQuotedName(candidate.path) + ": " + verdict + ": " +
+                      getPrintableName(candidate.reason) + '\n');
             }
         }
     }

@@ -1,10 +1,8 @@
 #include "reports/Diff.h"
 
+#include "reports/Printable.h"
 #include "text/ListSplitter.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <ostream>
 #include <vector>
 
@@ -19,20 +17,11 @@ using DiffOfLines = dtl::Diff<std::string_view, Lines>;
 using EditedLine = std::pair<std::string_view, dtl::elemInfo>;
 using Hunk = dtl::uniHunk<EditedLine>;
 
-/// The name as tools that apply diffs read it: a tab ends one with blanks, quotes stand round one with
-/// characters that would end the line or the quotes.
+/// The name as tools that apply diffs read it: a tab ends one with blanks, unless quotes do.
 std::string getHeaderName(std::string_view path) {
-    const auto needsEscape = [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
-    };
-    if (std::none_of(path.begin(), path.end(), needsEscape)) {
-        return std::string(path) + (path.find(' ') == path.npos ? "" : "\t");
-    }
-    std::string quoted = "\"";
-    for (const char c : path) {
-        quoted += needsEscape(c) ? fmt::format("\\{:03o}", static_cast<unsigned char>(c)) : std::string(1, c);
-    }
-    return quoted + '"';
+    const std::string name = getQuotedName(path);
+    const bool needsTab = name == path && path.find(' ') != path.npos;
+    return name + (needsTab ? "\t" : "");
 }
 
 class Printer {

@@ -55,6 +55,17 @@ std::string escape(UChar32 c) {
     }
 }
 
+/// What stands for a byte between quotes.
+std::string escapeQuoted(char c) {
+    constexpr std::string_view named = "\a\b\t\n\v\f\r\"\\";
+    constexpr std::string_view letters = "abtnvfr\"\\";
+    if (const std::size_t index = named.find(c); index != named.npos) {
+        return {'\\', letters[index]};
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte == 0x7F ? fmt::format("\\{:03o}", byte) : std::string(1, c);
+}
+
 /// The character at `index`, which moves behind it.
 UChar32 takeCharacter(std::u16string_view text, std::size_t& index) {
     UChar32 c = 0;
@@ -105,6 +116,14 @@ std::string getPrintable(std::u16string_view text) {
 
 std::string getPrintableName(std::string_view bytes) {
     return getPrintable(decodeLossy(bytes));
+}
+
+std::string getQuotedName(std::string_view bytes) {
+    std::string escaped;
+    for (const char c : bytes) {
+        escaped += escapeQuoted(c);
+    }
+    return escaped == bytes ? escaped : '"' + escaped + '"';
 }
 
 Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column) {
