@@ -80,7 +80,7 @@ public:
     void addFile(const std::string& path) {
         std::error_code error;
         if (options.listsOnly && !fs::exists(path, error)) {
-            add(path, Verdict::Unreadable, "there is no such file");
+            refuse(path, path, "there is no such file");
         } else if (!isForcedOut(path, false)) {
             take(path, getRealPath(path), "named");
         }
@@ -122,8 +122,7 @@ private:
             }
         }
         if (error) {
-            add(shown.empty() ? "." : shown, Verdict::Unreadable,
-                "can't read this folder: " + error.message());
+            refuse(shown.empty() ? "." : shown, real, "can't read this folder: " + error.message());
         }
     }
 
@@ -173,13 +172,22 @@ private:
         }
     }
 
+    void refuse(const std::string& path, const std::string& real, const std::string& reason) {
+        if (unreadable.insert(real).second) {
+            add(path, Verdict::Unreadable, reason);
+        } else {
+            add(path, Verdict::Left, "reported before");
+        }
+    }
+
     void add(const std::string& path, Verdict verdict, const std::string& reason) {
         result.candidates.push_back({path, verdict, reason});
     }
 
     const SearchOptions& options;
     Exclusion exclusion;
-    std::unordered_set<std::string> taken; ///< real paths
+    std::unordered_set<std::string> taken;      ///< real paths
+    std::unordered_set<std::string> unreadable; ///< real paths too, where there are any
     SearchResult result;
 };
 
