@@ -123,6 +123,18 @@ TEST_F(IgnoreRulesTest, MeansWhatGitMeansForRandomPatterns) {
     expectGitsVerdicts(makeRandomPatterns(200));
 }
 
+TEST_F(IgnoreRulesTest, FindsFaultsOnlyInPatternsThatNeverMatch) {
+    int faults = 0;
+    for (const std::string& pattern : makeRandomPatterns(5000)) {
+        const ombrel::IgnoreRule rule(pattern);
+        faults += rule.getFault().empty() ? 0 : 1;
+        for (const std::string path : {"a", "../b", "../../c", "a/b", "a\\", "a/b/c", "..", "[a", "c/\\"}) {
+            EXPECT_FALSE(!rule.getFault().empty() && rule.matches(path, true)) << pattern << ' ' << path;
+        }
+    }
+    EXPECT_GT(faults, 100);
+}
+
 TEST_F(IgnoreRulesTest, TakesNoTimeForManyStars) {
     const std::string path = std::string(200, 'a') + '/' + std::string(200, 'a');
     EXPECT_FALSE(IgnoreRules("a*a*a*a*a*a*a*a*a*a*a*a*a*a*a*b").match(path, false));

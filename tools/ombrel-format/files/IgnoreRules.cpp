@@ -101,6 +101,18 @@ bool matchesParts(const Parts& pattern, const Parts& path) {
     return p == pattern.size();
 }
 
+/// True if there is an odd number of backslashes at the end.
+bool endsInEscape(std::string_view part) {
+    const std::size_t last = part.find_last_not_of('\\');
+    return (part.size() - (last == std::string_view::npos ? 0 : last + 1)) % 2 == 1;
+}
+
+/// True for a name with `..` behind it. Paths begin with `..` where they lead out of the folder of the rules,
+/// and a wildcard stands for that too.
+bool isUndone(std::string_view part, std::string_view next) {
+    return next == ".." && part != ".." && part.find_first_of("*?[\\") == std::string_view::npos;
+}
+
 /// Takes the blanks at the end away, but not those behind a backslash.
 std::string_view trimEnd(std::string_view line) {
     std::size_t length = 0;
@@ -136,6 +148,25 @@ bool IgnoreRule::matches(std::string_view path, bool isFolder) const {
         return matchesPart(parts.front(), std::string(path.substr(path.rfind('/') + 1)));
     }
     return matchesParts(parts, splitPath(path));
+}
+
+std::string_view IgnoreRule::getFault() const {
+    if (isInvalid) {
+        return "its '[' has no ']'";
+    }
+    if (endsInEscape(parts.back())) {
+        return "nothing stands behind its last backslash";
+    }
+    if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
+        return "a name is missing in it";
+    }
+    if (std::find(parts.begin(), parts.end(), ".") != parts.end()) {
+        return "no path has a '.' in it, so leave that out";
+    }
+    if (std::adjacent_find(parts.begin(), parts.end(), isUndone) != parts.end()) {
+        return "no path has a name with '..' behind it";
+    }
+    return {};
 }
 
 IgnoreRules::IgnoreRules(std::string_view text) {

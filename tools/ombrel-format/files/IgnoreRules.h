@@ -24,6 +24,9 @@ public:
 
     bool isNegated() const { return negated; }
 
+    /// Why it never matches, as a clause for people; empty if it can.
+    std::string_view getFault() const;
+
 private:
     bool negated = false;
     bool isForFolders = false;

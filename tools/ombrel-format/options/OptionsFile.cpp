@@ -7,6 +7,7 @@
 #include <fl/i18n/MessageCatalog.h>
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 #include <variant>
 
@@ -141,17 +142,30 @@ private:
         const JsonObject object = value.getObject();
         for (const auto& [name, field] : getOrderedFields(object)) {
             if (name == filesKey.name) {
-                for (const JsonValue& pattern : readStrings(field->value, "a pattern")) {
-                    entry.rules.emplace_back(encodeLossy(pattern.getString()));
-                }
-                expect(field->value.getKind() != JsonValue::ArrayKind || !field->value.getElements().empty(),
-                       field->value, "expected at least one pattern");
+                entry.rules = readPatterns(field->value);
             } else if (!readOptions(name, *field, entry.settings)) {
                 refuseKey(name, *field, {std::string(filesKey.name)});
             }
         }
         expect(object.find(u"files") != nullptr, value, "this override lacks \"files\"");
         file.overrides.push_back(std::move(entry));
+    }
+
+    /// Patterns of which one at least takes files in, and each of which can match.
+    std::vector<IgnoreRule> readPatterns(const JsonValue& value) {
+        const std::vector<JsonValue> patterns = readStrings(value, "a pattern");
+        std::vector<IgnoreRule> rules;
+        for (const JsonValue& pattern : patterns) {
+            const IgnoreRule& rule = rules.emplace_back(encodeLossy(pattern.getString()));
+            expect(rule.getFault().empty(), pattern,
+                   fmt::format("this pattern never matches: {}", rule.getFault()));
+        }
+        const bool isEmptyList = value.getKind() == JsonValue::ArrayKind && value.getElements().empty();
+        expect(!isEmptyList, value, "expected at least one pattern");
+        const bool takesNone =
+            !rules.empty() && std::all_of(rules.begin(), rules.end(), std::mem_fn(&IgnoreRule::isNegated));
+        expect(!takesNone, value, "every pattern here begins with '!', so this override is for no file");
+        return rules;
     }
 
     /// One string or a list of strings, none of them empty.
