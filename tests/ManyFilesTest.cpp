@@ -2,6 +2,7 @@
 #include <ombrel-format/reports/Progress.h>
 #include <ombrel-format/reports/Summary.h>
 
+#include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -95,6 +96,29 @@ TEST_F(ManyFiles, ComeOutAlikeWhateverTheNumberOfThreads) {
                        "grep -q copy/0.omb one-err && exit $s"),
             mode == "--check-syntax" ? 4 : 3)
             << mode;
+    }
+}
+
+/// A disk on which the work on one file runs into a fault of the program.
+class FaultyFiles : public DiskFileSystem {
+public:
+    std::string read(const std::string& path, std::uint64_t limit) override {
+        return path.ends_with("b.omb") ? throw std::logic_error("lost") : DiskFileSystem::read(path, limit);
+    }
+};
+
+TEST_F(ManyFiles, GoOnBehindAFaultOfOurs) {
+    FaultyFiles files;
+    for (const char* threads : {"-j1", "-j3"}) {
+        for (const char* name : {"a.omb", "b.omb", "c.omb"}) {
+            disk.write(name, "if a\nx\nend\n");
+        }
+        const auto outcome = runProgram({"-i", threads, disk.getPath().string()}, {}, files);
+        EXPECT_EQ(outcome.status, 5);
+        EXPECT_EQ(outcome.err, (disk.getPath() / "b.omb").string() +
+                                   ": error: formatting failed: lost\n2 of 3 files formatted, 1 failed\n");
+        EXPECT_EQ(disk.read("a.omb") + disk.read("b.omb") + disk.read("c.omb"),
+                  "if a\n    x\nend\nif a\nx\nend\nif a\n    x\nend\n");
     }
 }
 

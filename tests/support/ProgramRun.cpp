@@ -6,6 +6,12 @@
 #include <variant>
 
 ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input) {
+    ombrel::DiskFileSystem files;
+    return runProgram(words, input, files);
+}
+
+ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input,
+                          ombrel::FileSystem& files) {
     std::vector<const char*> argv = {"ombrel-format"};
     for (const std::string& word : words) {
         argv.push_back(word.c_str());
@@ -18,7 +24,6 @@ ProgramOutcome runProgram(const std::vector<std::string>& words, const std::stri
     std::ostringstream out;
     std::ostringstream err;
     ombrel::Console console{in, out, err};
-    ombrel::DiskFileSystem files;
     const auto status = run(std::get<ombrel::Arguments>(parsed), console, files);
     return {static_cast<int>(status), out.str(), err.str()};
 }

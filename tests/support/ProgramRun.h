@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ombrel-format/files/FileSystem.h>
+
 #include <string>
 #include <vector>
 
@@ -11,3 +13,7 @@ struct ProgramOutcome {
 
 /// Runs ombrel-format within this process, with the files of the machine. A usage error's text is in `err`.
 ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input = {});
+
+/// The same with other files.
+ProgramOutcome runProgram(const std::vector<std::string>& words, const std::string& input,
+                          ombrel::FileSystem& files);
