@@ -45,7 +45,10 @@ public:
         try {
             return processFound(search());
         } catch (const FileError& error) { // only the list of paths is read on this thread
-            return fail(arguments.search.pathList, {ExitStatus::Usage, error.what()});
+            status = ExitStatus::Usage;
+            reporters.add({arguments.search.pathList, FileStatus::Failed, 0,
+                           makeMessages({{status, error.what()}}, {})});
+            return finishReports();
         }
     }
 
@@ -213,8 +216,9 @@ private:
     }
 
     ExitStatus refuse(const char* text) {
-        printUsageError(console.err, "ombrel-format", text, console.getErrColor(arguments.color));
-        return ExitStatus::Usage;
+        status = ExitStatus::Usage;
+        reporters.addFailure({status, text});
+        return finishReports();
     }
 
     void warn(const std::vector<std::string>& warnings) {

@@ -3,7 +3,8 @@
 #include "Run.h"
 #include "git/ChangedFiles.h"
 #include "git/StagedFiles.h"
-#include "reports/Message.h"
+#include "reports/Printable.h"
+#include "reports/ReporterSet.h"
 
 #include <ostream>
 #include <utility>
@@ -59,8 +60,9 @@ ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem
     try {
         return runWithGit(arguments, console, files);
     } catch (const GitError& error) {
-        printUsageError(console.err, "ombrel-format", error.what(), console.getErrColor(arguments.color));
-        return ExitStatus::Usage;
+        ReporterSet reporters(arguments, console, files, console.getErrColor(arguments.color));
+        reporters.addFailure({ExitStatus::Usage, error.what()});
+        return getWorse(ExitStatus::Usage, reporters.finish());
     }
 }
 

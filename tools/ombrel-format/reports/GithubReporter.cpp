@@ -35,6 +35,10 @@ class GithubReporter : public Reporter {
 public:
     explicit GithubReporter(std::ostream& stream) : stream(stream) {}
 
+    void addFailure(const Problem& problem) override {
+        stream << "::error::" << escape(problem.text, "\r\n") << '\n';
+    }
+
     void add(const FileOutcome& outcome) override {
         for (const Problem& problem : getFindings(outcome)) {
             stream << describe(outcome.path, problem) << '\n';

@@ -30,4 +30,8 @@ void HumanReporter::add(const FileOutcome& outcome) {
     }
 }
 
+void HumanReporter::addFailure(const Problem& problem) {
+    printUsageError(err, "ombrel-format", problem.text, style.color);
+}
+
 } // namespace ombrel

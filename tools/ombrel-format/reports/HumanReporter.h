@@ -20,6 +20,7 @@ public:
         : out(out), err(err), style(style) {}
 
     void add(const FileOutcome& outcome) override;
+    void addFailure(const Problem& problem) override;
 
 private:
     std::ostream& out;

@@ -27,13 +27,16 @@ public:
     explicit JsonReporter(std::ostream& stream);
 
     void add(const FileOutcome& outcome) override;
+    void addFailure(const Problem& problem) override;
     void finish() override;
 
 private:
+    Json describeAndCount(const Problem& problem);
     void increment(const char* total);
 
     std::ostream& stream;
     Json files;
+    Json failures; ///< null if there are none
     Json totals;
 };
 
@@ -45,6 +48,11 @@ JsonReporter::JsonReporter(std::ostream& stream)
                                                     {"failed", 0},
                                                     {"errors", 0},
                                                     {"warnings", 0}}) {}
+
+Json JsonReporter::describeAndCount(const Problem& problem) {
+    increment(problem.isWarning() ? "warnings" : "errors");
+    return describe(problem);
+}
 
 void JsonReporter::increment(const char* total) {
     auto& number = totals[total];
@@ -58,8 +66,7 @@ void JsonReporter::add(const FileOutcome& outcome) {
     }
     Json messages = Json::array();
     for (const Message& message : outcome.messages) {
-        messages.push_back(describe(message.problem));
-        increment(message.problem.isWarning() ? "warnings" : "errors");
+        messages.push_back(describeAndCount(message.problem));
     }
     file["messages"] = std::move(messages);
     files.push_back(std::move(file));
@@ -67,8 +74,15 @@ void JsonReporter::add(const FileOutcome& outcome) {
     increment(getWord(outcome.status));
 }
 
+void JsonReporter::addFailure(const Problem& problem) {
+    failures.push_back(describeAndCount(problem));
+}
+
 void JsonReporter::finish() {
-    const Json document = {{"files", std::move(files)}, {"totals", std::move(totals)}};
+    Json document = {{"files", std::move(files)}, {"totals", std::move(totals)}};
+    if (!failures.is_null()) {
+        document["messages"] = std::move(failures);
+    }
     stream << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 

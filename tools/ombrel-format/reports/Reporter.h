@@ -41,6 +41,9 @@ public:
     /// Called once for each file, in the order of the input whatever order they were formatted in.
     virtual void add(const FileOutcome& outcome) = 0;
 
+    /// Called for a problem that belongs to no file and kept the run from taking any.
+    virtual void addFailure(const Problem& problem) = 0;
+
     /// Called once, behind the last file.
     virtual void finish() {}
 };

@@ -49,6 +49,12 @@ void ReporterSet::add(const FileOutcome& outcome) {
     }
 }
 
+void ReporterSet::addFailure(const Problem& problem) {
+    for (const Report& report : reports) {
+        report.reporter->addFailure(problem);
+    }
+}
+
 ExitStatus ReporterSet::finish() {
     ExitStatus status = ExitStatus::Done;
     for (const Report& report : reports) {

@@ -22,6 +22,7 @@ public:
     bool wantsFirstChangedLine() const;
 
     void add(const FileOutcome& outcome);
+    void addFailure(const Problem& problem);
 
     /// Ends the reports and writes those that go to files, each whole or not at all. Gives WriteFailed, and
     /// says so on standard error, if one of them can't be written.

@@ -74,12 +74,14 @@ public:
         : stream(stream), version(std::move(version)), results(Json::array()) {}
 
     void add(const FileOutcome& outcome) override;
+    void addFailure(const Problem& problem) override;
     void finish() override;
 
 private:
     std::ostream& stream;
     std::string version;
     Json results;
+    Json notifications; ///< what kept the run from taking files; null if nothing did
 };
 
 void SarifReporter::add(const FileOutcome& outcome) {
@@ -89,15 +91,23 @@ void SarifReporter::add(const FileOutcome& outcome) {
     }
 }
 
+void SarifReporter::addFailure(const Problem& problem) {
+    notifications.push_back({{"level", "error"}, {"message", {{"text", problem.text}}}});
+}
+
 void SarifReporter::finish() {
     const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", describeRules()}};
-    const Json run = {{"tool", {{"driver", driver}}},
-                      {"columnKind", "utf16CodeUnits"},
-                      {"newlineSequences", {"\r\n", "\n", "\r"}},
-                      {"results", std::move(results)}};
+    Json run = {{"tool", {{"driver", driver}}},
+                {"columnKind", "utf16CodeUnits"},
+                {"newlineSequences", {"\r\n", "\n", "\r"}},
+                {"results", std::move(results)}};
+    if (!notifications.is_null()) {
+        run["invocations"] = Json::array(
+            {{{"executionSuccessful", false}, {"toolConfigurationNotifications", std::move(notifications)}}});
+    }
     const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                       {"version", "2.1.0"},
-                      {"runs", Json::array({run})}};
+                      {"runs", Json::array({std::move(run)})}};
     stream << log.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
