@@ -64,6 +64,8 @@ std::u16string readExamples(bool (*isWanted)(const std::u16string& text)) {
     return all;
 }
 
+} // namespace
+
 std::u16string repeat(std::u16string_view piece, std::size_t count) {
     std::u16string text;
     text.reserve(piece.size() * count);
@@ -72,8 +74,6 @@ std::u16string repeat(std::u16string_view piece, std::size_t count) {
     }
     return text;
 }
-
-} // namespace
 
 std::u16string makeOrdinaryText(std::size_t size) {
     static const std::u16string examples = readExamples(isClosed);

@@ -3,9 +3,12 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Texts to measure on. Sizes are 16-bit characters.
+
+std::u16string repeat(std::u16string_view piece, std::size_t count);
 
 /// The example programs that close all their blocks, joined and repeated up to `size`. Throws
 /// std::runtime_error if there are none.

@@ -68,15 +68,6 @@ constexpr Stage nastyStages[] = {
     {"whole_single_lines", measureWhole<singleLines>},
 };
 
-std::u16string repeat(std::u16string_view piece, std::size_t count) {
-    std::u16string text;
-    text.reserve(piece.size() * count);
-    for (; count > 0; --count) {
-        text += piece;
-    }
-    return text;
-}
-
 /// A text of `size` with the pieces in the middle.
 MakeText between(std::u16string head, std::u16string piece, std::u16string tail) {
     return [=](std::size_t size) { return head + repeat(piece, size / piece.size()) + tail; };

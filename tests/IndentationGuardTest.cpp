@@ -1,5 +1,7 @@
 #include <ombrel-format/engines/IndentationGuard.h>
 
+#include "support/DeepInput.h"
+
 #include <ca/lexer/lex.h>
 
 #include <gtest/gtest.h>
@@ -15,14 +17,6 @@ using ombrel::findRunawayIndentation;
 
 Settings makeSettings(std::uint32_t indentSize, FunctionStyle style = FunctionStyle::All) {
     return {1, 0xFFFFFFFF, 1, 4, indentSize, style, BlankLineStyle::Trim};
-}
-
-std::u16string repeat(std::u16string_view part, std::size_t count) {
-    std::u16string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += part;
-    }
-    return text;
 }
 
 TEST(IndentationGuard, FindsRunawayTexts) {
