@@ -4,11 +4,12 @@
 #include "engines/LineSplitter.h"
 #include "engines/SafetyCheck.h"
 
-#include <ca/formatting/ca_format.h>
+#include <ca/formatting/LegacyFormatter.h>
 #include <ca/lexer/lex.h>
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -16,35 +17,10 @@ namespace ombrel {
 
 namespace {
 
-using ca::formatting::legacy::BlankLineStyle;
-using ca::formatting::legacy::FunctionStyle;
+using ca::formatting::legacy::LegacyFormatter;
 using ca::formatting::legacy::Settings;
 
 constexpr std::uint32_t lastPossibleLine = std::numeric_limits<std::uint32_t>::max();
-
-std::u16string_view getArgument(FunctionStyle style) {
-    switch (style) {
-    case FunctionStyle::Classic:
-        return u"ClassicFunctionIndent";
-    case FunctionStyle::Mixed:
-        return u"MixedFunctionIndent";
-    case FunctionStyle::All:
-        break;
-    }
-    return u"AllFunctionIndent";
-}
-
-std::u16string_view getArgument(BlankLineStyle style) {
-    switch (style) {
-    case BlankLineStyle::Indent:
-        return u"Indent";
-    case BlankLineStyle::Ignore:
-        return u"Ignore";
-    case BlankLineStyle::Trim:
-        break;
-    }
-    return u"Trim";
-}
 
 std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
     std::sort(ranges.begin(), ranges.end(),
@@ -88,23 +64,18 @@ Problem describe(const RunawayIndentation& runaway) {
     return {ExitStatus::Refused, text, runaway.line, 1};
 }
 
-std::optional<Problem> checkIndentation(const std::u16string& text, const LineOptions& options,
-                                        const LineRange& range) {
+/// What `ca_format` does, but for looking at the tokens on the way.
+std::variant<std::u16string, Problem> formatRange(const std::u16string& text, const LineOptions& options,
+                                                  const LineRange& range) {
     const Settings settings{range.first,       range.last,         options.useTabs ? 0U : 1U,
                             options.tabSize,   options.indentSize, options.functionStyle,
                             options.blankLines};
-    if (const auto runaway = findRunawayIndentation(ca::lexer::lex(text), settings)) {
+    const auto tokens = ca::lexer::lex(text);
+    if (const auto runaway = findRunawayIndentation(tokens, settings)) {
         return describe(*runaway);
     }
-    return std::nullopt;
-}
-
-std::u16string callFormatter(const std::u16string& text, const LineOptions& options, const LineRange& range) {
-    const auto array =
-        ca_format(text, range.first, range.last, !options.useTabs, options.tabSize,
-                  getArgument(options.functionStyle), options.indentSize, getArgument(options.blankLines));
-    const std::size_t length = array->dimensions[1];
-    return length == 0 ? std::u16string() : std::u16string(static_cast<const char16_t*>(array->data), length);
+    LegacyFormatter formatter(settings);
+    return formatter.getFormattedText(formatter.indentCode(tokens));
 }
 
 } // namespace
@@ -121,10 +92,11 @@ std::variant<std::u16string, Problem> formatLines(const std::u16string& text, co
     }
     std::u16string result = text;
     for (const LineRange& range : ranges) {
-        if (const auto problem = checkIndentation(result, options, range)) {
+        auto formatted = formatRange(result, options, range);
+        if (const auto* problem = std::get_if<Problem>(&formatted)) {
             return *problem;
         }
-        result = callFormatter(result, options, range);
+        result = std::move(std::get<std::u16string>(formatted));
     }
     auto restored = restoreSuppressed(text, suppression, std::move(result));
     if (const auto* formatted = std::get_if<std::u16string>(&restored)) {

@@ -10,9 +10,10 @@
 
 namespace ombrel {
 
-/// Reindents a text with `ca_format`, all of it or, if there are ranges, these lines only. Ranges are merged
-/// where they overlap and formatted in ascending order, each on the result of the one before, since earlier
-/// lines set the level of later ones. Suppressed lines count as if they were formatted, and stay as they are.
+/// Reindents a text as `ca_format` does, all of it or, if there are ranges, these lines only. Ranges are
+/// merged where they overlap and formatted in ascending order, each on the result of the one before, since
+/// earlier lines set the level of later ones. Suppressed lines count as if they were formatted, and stay as
+/// they are.
 ///
 /// Gives a problem if a range begins behind the last line, if the indentation would get out of hand, or if
 /// the result isn't the same text but for blanks at the edges of lines.
