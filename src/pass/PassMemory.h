@@ -61,7 +61,9 @@ struct PassAllocator {
     template <class Other>
     PassAllocator(const PassAllocator<Other>& other) : memory(other.memory) {}
 
-    T* allocate(std::size_t count) { return static_cast<T*>(memory->allocate(count * sizeof(T))); }
+    T* allocate(std::size_t count) {
+        return static_cast<T*>(memory->allocate(count * sizeof(T))); // NOLINT: T may well be a pointer
+    }
     void deallocate(T*, std::size_t) {}
 
     template <class Other>

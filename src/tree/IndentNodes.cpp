@@ -98,7 +98,7 @@ IndentChange FunctionContentsIndentNode::getIndentChange(std::shared_ptr<Formatt
     return IndentChange::Inherit;
 }
 
-NestedFunctionIndentNode::NestedFunctionIndentNode(IndentNode* parent, FunctionReference function)
+NestedFunctionIndentNode::NestedFunctionIndentNode(IndentNode* parent, const FunctionReference& function)
     : IndentNode(parent, makeName(u"NestedFunctionIndent", function.value())),
       isNested(ca::astapi::isNestedFunction(function.get_ptr())) {}
 

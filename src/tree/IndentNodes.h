@@ -84,7 +84,7 @@ public:
     using FunctionReference = boost::optional<const lf::astapi::Function<ca::astapi::CA>&>;
 
     /// Throws boost::bad_optional_access if there is no function.
-    NestedFunctionIndentNode(IndentNode* parent, FunctionReference function);
+    NestedFunctionIndentNode(IndentNode* parent, const FunctionReference& function);
 
     DebugTable getDebugTable() const override;
     IndentChange getIndentChange(std::shared_ptr<FormattingConfig> config) const override;

@@ -48,7 +48,7 @@ std::u16string getDecidedText(const WhitespaceNode& node, FormatPass& pass, Whit
 
 // What a gap that can't break becomes when it is trimmed.
 constexpr std::u16string_view trimmedNecessary = u" ";
-constexpr std::u16string_view trimmedUnnecessary = u"";
+constexpr std::u16string_view trimmedUnnecessary{};
 
 std::optional<std::uint64_t> getTrimmedWidth(const WhitespaceNode& node, const FormattingConfig& config,
                                              std::u16string_view trimmed) {

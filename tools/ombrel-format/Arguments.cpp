@@ -323,7 +323,7 @@ std::string findContradiction(const Arguments& arguments) {
     if (arguments.quiet && arguments.verbose) {
         return "--quiet and --verbose contradict each other";
     }
-    if (const std::string message = findChangeContradiction(arguments); !message.empty()) {
+    if (std::string message = findChangeContradiction(arguments); !message.empty()) {
         return message;
     }
     return findReporterConflict(arguments);
@@ -332,7 +332,7 @@ std::string findContradiction(const Arguments& arguments) {
 /// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
 std::string describe(const CLI::ParseError& error) {
     constexpr std::string_view flagOverride = " was given a disallowed flag override";
-    const std::string text = error.what();
+    std::string text = error.what();
     if (!text.ends_with(flagOverride)) {
         return text;
     }

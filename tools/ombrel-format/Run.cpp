@@ -86,6 +86,7 @@ private:
 
     std::vector<std::string> getNames(const std::vector<Candidate>& candidates) const {
         std::vector<std::string> names;
+        names.reserve(candidates.size());
         for (const Candidate& candidate : candidates) {
             names.push_back(arguments.getShownName(candidate.path));
         }
