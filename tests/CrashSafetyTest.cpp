@@ -150,6 +150,9 @@ TEST_F(CrashSafety, ASignalLetsARunningReplacementFinishAndStartsNoOther) {
 
 /// Reading what never comes, there is nothing to finish.
 TEST_F(CrashSafety, ASignalEndsAtOnceWhenNothingIsBeingReplaced) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer holds signals back while a call waits for a pipe";
+#endif
     for (const auto& [name, status] :
          {std::pair("INT", 130), std::pair("TERM", 143), std::pair("HUP", 129)}) {
         const std::string kill = std::string("kill -") + name;
