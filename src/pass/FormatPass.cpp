@@ -15,7 +15,7 @@ std::u16string FormatPass::run() {
     const auto& nodes = tree->getNodes();
     states.reserve(nodes.size());
     endColumns.reserve(nodes.size());
-    breakDecisions.reserve(nodes.size() / 4); // more than there are, so that buckets are not shared
+    breakDecisions.reserve(nodes.size() / 4); // more than most trees have: see NodeHash
     indentations.reserve(nodes.size() / 16);
     for (const FormatNode* node : nodes) {
         states.emplace(node, NodeState::Untouched);

@@ -62,7 +62,7 @@ struct PassAllocator {
     PassAllocator(const PassAllocator<Other>& other) : memory(other.memory) {}
 
     T* allocate(std::size_t count) {
-        return static_cast<T*>(memory->allocate(count * sizeof(T))); // NOLINT: T may well be a pointer
+        return static_cast<T*>(memory->allocate(count * sizeof(T))); // NOLINT(bugprone-sizeof-expression)
     }
     void deallocate(T*, std::size_t) {}
 
