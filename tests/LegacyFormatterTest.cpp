@@ -98,7 +98,7 @@ TEST(LegacyFormatter, TellsBlankLinesByTheirNumberOfTokens) {
     const LegacyFormatter formatter(spaces());
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{lf, u"\n"}})));
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{TokenType::EndOfInput, u""}})));
-    EXPECT_TRUE(formatter.isBlankLine(makeLine({{blanks, u" "}, {lf, u"\n"}})));
+    EXPECT_TRUE(formatter.isBlankLine(makeLine({{blanks, u" "}, {name, u"a"}})));
     EXPECT_FALSE(formatter.isBlankLine(makeLine({{TokenType::BlockCommentBody, u"  \n"}})));
     EXPECT_FALSE(formatter.isBlankLine(makeLine({{comment, u"  "}, {lf, u"\n"}})));
     EXPECT_FALSE(formatter.isBlankLine(makeLine({{blanks, u" "}, {name, u"a"}, {lf, u"\n"}})));
@@ -114,8 +114,9 @@ TEST(LegacyFormatter, TrimsLinesAndMovesTheirEnd) {
         {makeLine({{comment, u" %a  \t"}, {crlf, u"\r\n"}}), makeLine({{comment, u" %a"}, {crlf, u"\r\n"}})},
         {makeLine({{comment, u" \t"}, {lf, u"\n"}}), makeLine({{lf, u"\n"}})},
         {makeLine({{name, u"a "}, {lf, u"\n"}}), makeLine({{name, u"a "}, {lf, u"\n"}})},
-        {makeLine({{TokenType::BlockCommentBody, u"  a   \r\n"}}),
-         makeLine({{TokenType::BlockCommentBody, u"  a\r\n"}})},
+        {makeLine({{comment, u"%a\v\f "}, {lf, u"\n"}}), makeLine({{comment, u"%a\v\f"}, {lf, u"\n"}})},
+        {makeLine({{TokenType::BlockCommentBody, u"  a\v\f   \r\n"}}),
+         makeLine({{TokenType::BlockCommentBody, u"  a\v\f\r\n"}})},
         {makeLine({{TokenType::BlockCommentBody, u"   \n"}}),
          makeLine({{TokenType::BlockCommentBody, u"\n"}})},
         {makeLine({{TokenType::BlockCommentBody, u"\n"}}), makeLine({{TokenType::BlockCommentBody, u"\n"}})},
@@ -193,6 +194,11 @@ TEST(LegacyFormatter, PlacesKeywordsByTheEntryOnTopOfTheStack) {
         const Line line = makeLine({{blanks, u" "}, {row.first, u"x"}, {lf, u"\n"}});
         EXPECT_EQ(formatter.calculateIndentationOfLine(line), row.width) << describe(line);
     }
+    LegacyFormatter formatter(spaces());
+    formatter.currentIndentation = 20;
+    formatter.nestingStack.push_back({opening, u"", 1, 8});
+    EXPECT_EQ(formatter.calculateIndentationOfLine(makeLine({{TokenType::BlockCommentClose, u"%}\n"}})), 8);
+    EXPECT_EQ(formatter.calculateIndentationOfLine(makeLine({{TokenType::EndOfInput, u""}})), 0);
 }
 
 // Lists that this tokenizer never delivers, but another one may.
@@ -214,6 +220,20 @@ TEST(LegacyFormatter, TracksUnbalancedLines) {
     EXPECT_EQ(formatter.currentIndentation, 0) << "a stray closing line has no blanks";
 }
 
+TEST(LegacyFormatter, FormatsListsOfOtherTokenizers) {
+    LegacyFormatter formatter(spaces());
+    Line tokens = makeLine({{TokenType::Function, u"function"}, {lf, u"\n"}, {TokenType::EndOfInput, u"e"}});
+    tokens.back().line = UINT32_MAX;
+    EXPECT_EQ(formatter.getFormattedText(formatter.indentCode(tokens)), u"function\ne");
+    EXPECT_EQ(formatter.functionsHaveEnds, 0);
+
+    tokens[2] = {TokenType::End, u"end", 1, 1};
+    formatter.settings.lastLine = 0;
+    formatter.indentCode(tokens);
+    EXPECT_EQ(formatter.functionsHaveEnds, 1) << "found out for each list";
+    EXPECT_EQ(formatter.currentIndentation, 4) << "lines after the range are not tracked";
+}
+
 TEST(LegacyFormatter, FindsFunctionEndsBehindBracketsOfItsOwnKindOnly) {
     const LegacyFormatter formatter(spaces());
     const auto closesFunction = [&](TokenType open, TokenType close) {
@@ -222,6 +242,7 @@ TEST(LegacyFormatter, FindsFunctionEndsBehindBracketsOfItsOwnKindOnly) {
     };
     EXPECT_TRUE(closesFunction(TokenType::OpenBrace, TokenType::CloseBrace));
     EXPECT_FALSE(closesFunction(TokenType::OpenBrace, TokenType::CloseSquareBracket));
+    EXPECT_FALSE(closesFunction(TokenType::OpenSquareBracket, TokenType::CloseBrace));
     EXPECT_TRUE(closesFunction(TokenType::OpeningKeyword4, TokenType::End));
     EXPECT_FALSE(closesFunction(TokenType::OpeningKeyword4, name));
 }
