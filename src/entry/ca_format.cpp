@@ -1,18 +1,18 @@
 #include "ca/formatting/ca_format.h"
 
 #include "ca/formatting/LegacyFormatter.h"
+#include "ca/formatting/lineWalk.h"
 
 #include <ca/lexer/lex.h>
 
 #include <array>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
-using ca::formatting::legacy::BlankLineStyle;
-using ca::formatting::legacy::FunctionStyle;
-using ca::formatting::legacy::LegacyFormatter;
-using ca::formatting::legacy::Settings;
+using namespace ca::formatting::legacy;
+using ca::lexer::Token;
 using ArrayPointer = std::unique_ptr<kzArray_tag, matrix::detail::kzDestroy_deleter>;
 
 FunctionStyle readFunctionStyle(std::u16string_view text) {
@@ -29,10 +29,23 @@ BlankLineStyle readBlankLineStyle(std::u16string_view text) {
     return text == u"Indent" ? BlankLineStyle::Indent : BlankLineStyle::Trim;
 }
 
-/// Both token lists are gone when this returns, so that they and the array are never in memory together.
+/// What getFormattedText(indentCode()) returns, without the second token list: lines are joined one by one.
+/// The tokens are freed before the array is made.
 std::u16string formatText(LegacyFormatter& formatter, const std::u16string& text) {
-    const auto tokens = ca::lexer::lex(text);
-    return formatter.getFormattedText(formatter.indentCode(tokens));
+    std::vector<Token> tokens = ca::lexer::lex(text);
+    formatter.functionsHaveEnds = formatter.checkForFunctionEnds(tokens) ? 1 : 0;
+    std::u16string result;
+    result.reserve(text.size() + text.size() / 4);
+    std::uint32_t number = 0;
+    forEachLine(std::move_iterator(tokens.begin()), std::move_iterator(tokens.end()),
+                [&](std::vector<Token>& line) {
+                    formatLine(formatter, getLinePlace(formatter.settings, ++number), line);
+                    for (const Token& token : line) {
+                        result += token.lexeme;
+                    }
+                    return true;
+                });
+    return result;
 }
 
 ArrayPointer makeRow(const std::u16string& text) {

@@ -1,11 +1,13 @@
 #include "ca/formatting/LegacyFormatter.h"
 #include "legacy/Line.h"
 
+#include <utility>
+
 namespace ca::formatting::legacy {
 
 namespace {
 
-/// Whether the innermost open thing is a function whose body stands at the function's own level.
+/// Whether the innermost open thing is a function whose body is not indented.
 bool isBodyNotIndented(const LegacyFormatter& formatter) {
     const FunctionStyle style = formatter.settings.functionIndentStyle;
     return formatter.nestingStack.back().type == TokenType::Function &&
@@ -38,41 +40,43 @@ std::uint32_t getIndentationOfFunction(const LegacyFormatter& formatter) {
     return formatter.currentIndentation + step;
 }
 
-/// Writes a line's first token, which is `Whitespace`, anew.
-void rewriteBlanks(EditedLine line, std::uint32_t width, const Settings& settings) {
+using Line = std::vector<Token>;
+
+/// Changes the width of a line's first token, which is `Whitespace`.
+void rewriteWhitespace(const LegacyFormatter& formatter, Line& line, std::uint32_t width) {
     const std::size_t before = line[0].lexeme.size();
-    replaceBlanks(line[0].lexeme, before, width, settings);
-    moveColumns(line, static_cast<long>(line[0].lexeme.size()) - static_cast<long>(before));
+    replaceWhitespace(line[0].lexeme, before, width, formatter.settings);
+    const std::size_t after = line[0].lexeme.size();
+    formatter.adjustLineOffsetInPlace(line, static_cast<long>(after) - static_cast<long>(before));
 }
 
-void insertBlanks(EditedLine line, std::uint32_t width, const Settings& settings) {
-    Token token{TokenType::Whitespace, {}, line[0].line, 1};
-    replaceBlanks(token.lexeme, 0, width, settings);
+void insertWhitespace(const LegacyFormatter& formatter, Line& line, std::uint32_t width) {
+    Token token{TokenType::Whitespace, formatter.buildWhitespaceLexeme(width), line[0].line, 1};
     const auto length = static_cast<long>(token.lexeme.size());
-    line.insertFirst(std::move(token));
-    moveColumns(line, length);
+    line.insert(line.begin(), std::move(token));
+    formatter.adjustLineOffsetInPlace(line, length);
 }
 
-void eraseBlanks(EditedLine line) {
+void eraseWhitespace(const LegacyFormatter& formatter, Line& line) {
     const auto length = static_cast<long>(line[0].lexeme.size());
-    line.erase(0);
+    line.erase(line.begin());
     line[0].column = 1;
-    moveColumns(line, -length);
+    formatter.adjustLineOffsetInPlace(line, -length);
 }
 
-/// A comment line holds its leading blanks in its lexeme.
-void indentLineComment(EditedLine line, std::uint32_t width, const Settings& settings) {
+/// A comment line holds its leading whitespace in its lexeme.
+void indentLineComment(const LegacyFormatter& formatter, Line& line, std::uint32_t width) {
     std::u16string& lexeme = line[0].lexeme;
     const auto before = static_cast<long>(lexeme.size());
-    replaceBlanks(lexeme, getLeadingBlanks(lexeme).size(), width, settings);
-    moveColumns(line, static_cast<long>(lexeme.size()) - before);
+    replaceWhitespace(lexeme, getLeadingWhitespace(lexeme).size(), width, formatter.settings);
+    formatter.adjustLineOffsetInPlace(line, static_cast<long>(lexeme.size()) - before);
 }
 
-/// Throws std::out_of_range for a line of blanks only, which is no line of a block comment.
+/// Throws std::out_of_range for a line of whitespace only, which is no line of a block comment.
 void indentBlockCommentLine(std::u16string& lexeme, std::uint32_t width, const Settings& settings) {
-    const std::size_t length = getLeadingBlanks(lexeme).size();
+    const std::size_t length = getLeadingWhitespace(lexeme).size();
     static_cast<void>(lexeme.at(length));
-    replaceBlanks(lexeme, length, width, settings);
+    replaceWhitespace(lexeme, length, width, settings);
 }
 
 void indentLoneToken(Token& token, std::uint32_t width, const Settings& settings) {
@@ -87,55 +91,46 @@ std::uint32_t subtractLevel(std::uint32_t width, const Settings& settings) {
     return settings.indentSize < width ? width - settings.indentSize : 0;
 }
 
-std::uint32_t getIndentation(const LegacyFormatter& formatter, LineView line) {
-    if (formatter.nestingStack.empty()) {
-        return formatter.currentIndentation;
+unsigned int LegacyFormatter::calculateIndentationOfLine(const std::vector<Token>& line) const {
+    if (nestingStack.empty()) {
+        return currentIndentation;
     }
     if (line.size() == 1) {
-        return getIndentationOfLoneToken(formatter, line[0].type);
+        return getIndentationOfLoneToken(*this, line[0].type);
     }
-    const Token& top = formatter.nestingStack.back();
+    const Token& top = nestingStack.back();
     const TokenType first = getFirstCodeToken(line).type;
-    if (first == TokenType::End && formatter.isAnOpeningKeyword(top.type)) {
-        return isBodyNotIndented(formatter) ? top.column : subtractLevel(top.column, formatter.settings);
+    if (first == TokenType::End && isAnOpeningKeyword(top.type)) {
+        return isBodyNotIndented(*this) ? top.column : subtractLevel(top.column, settings);
     }
-    if (formatter.isASecondaryKeyword(first)) {
-        return subtractLevel(top.column, formatter.settings);
+    if (isASecondaryKeyword(first)) {
+        return subtractLevel(top.column, settings);
     }
-    if (formatter.isASecondaryIndentedKeyword(first)) {
+    if (isASecondaryIndentedKeyword(first)) {
         return top.column;
     }
     if (first == TokenType::Function) {
-        return getIndentationOfFunction(formatter);
+        return getIndentationOfFunction(*this);
     }
-    return formatter.currentIndentation;
+    return currentIndentation;
 }
 
-void indentLine(const LegacyFormatter& formatter, EditedLine line) {
-    const Settings& settings = formatter.settings;
-    const std::uint32_t width = getIndentation(formatter, line);
+void LegacyFormatter::indentLineInPlace(std::vector<Token>& line) const {
+    const std::uint32_t width = calculateIndentationOfLine(line);
     const TokenType first = line[0].type;
     if (line.size() == 1 && !isLineEnding(first)) {
         indentLoneToken(line[0], width, settings);
     } else if (first == TokenType::LineComment) {
-        indentLineComment(line, width, settings);
+        indentLineComment(*this, line, width);
     } else if (first != TokenType::Whitespace) {
         if (width != 0) {
-            insertBlanks(line, width, settings);
+            insertWhitespace(*this, line, width);
         }
     } else if (width != 0) {
-        rewriteBlanks(line, width, settings);
+        rewriteWhitespace(*this, line, width);
     } else {
-        eraseBlanks(line);
+        eraseWhitespace(*this, line);
     }
-}
-
-unsigned int LegacyFormatter::calculateIndentationOfLine(const std::vector<Token>& line) const {
-    return getIndentation(*this, line);
-}
-
-void LegacyFormatter::indentLineInPlace(std::vector<Token>& line) const {
-    indentLine(*this, EditedLine(line));
 }
 
 } // namespace ca::formatting::legacy

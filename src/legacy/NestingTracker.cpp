@@ -3,17 +3,16 @@
 
 #include <utility>
 
-// A line that has its final blanks tells where the next line stands: at the width of those blanks (`base`)
-// plus what the line's tokens open and close (`delta`). With a level of 4:
+// A line whose leading whitespace is final sets the indentation of the next line: the width of that
+// whitespace (`base`) plus what the line's tokens open and close (`delta`). With a level of 4:
 //
-//     if a             base 0, delta 4       the next line stands at 4
-//         b = [c       base 4, delta 4       at 8
-//             d];      base 8, delta 0;      the bracket was opened on another line, so closing it
-//                                            replaces the base by 4, from the bracket's entry on the stack
-//     end              base 0                the same for a block: the line has no delta of its own to give
-//     back
+//     if a             base 0, delta 4       the next line is indented by 4
+//         b = [c       base 4, delta 4       by 8
+//             d];      base 8, delta 0       The bracket was opened on another line, so closing it replaces
+//                                            the base: 4, from the bracket's entry on the stack.
+//     end              base 0                The same for a block, which this line has not opened either.
 //
-// Each entry of the stack is a copy of the token that opened something, with the width of its inside in
+// Each entry of the stack is a copy of the token that opened something, with the indentation of its inside in
 // `column`.
 
 namespace ca::formatting::legacy {
@@ -25,7 +24,7 @@ public:
     explicit LineTracker(LegacyFormatter& state)
         : state(state), settings(state.settings), levelWidth(state.settings.indentSize) {}
 
-    void run(LineView line) {
+    void run(const std::vector<Token>& line) {
         switch (line[0].type) {
         case TokenType::BlockCommentBody:
             return;
@@ -62,17 +61,17 @@ private:
         state.nestingStack.back().column = indentation;
     }
 
-    /// True if the line before ended in a continuation, which is forgotten.
+    /// True if the line before ended in a continuation. The next call returns false.
     bool takeContinuation() { return std::exchange(state.inContinuation, false); }
 
     void openBlockComment(const Token& token) {
-        push(token, measureBlanks(getLeadingBlanks(token.lexeme), settings));
+        push(token, measureWhitespace(getLeadingWhitespace(token.lexeme), settings));
         if (takeContinuation()) {
             state.currentIndentation = subtractLevel(state.currentIndentation, settings);
         }
     }
 
-    void startLine(LineView line) {
+    void startLine(const std::vector<Token>& line) {
         base = measureStart(line[0]);
         if (takeContinuation()) {
             base = subtractLevel(base, settings);
@@ -86,9 +85,9 @@ private:
     std::uint32_t measureStart(const Token& token) const {
         switch (token.type) {
         case TokenType::Whitespace:
-            return measureBlanks(token.lexeme, settings);
+            return measureWhitespace(token.lexeme, settings);
         case TokenType::LineComment:
-            return measureBlanks(getLeadingBlanks(token.lexeme), settings);
+            return measureWhitespace(getLeadingWhitespace(token.lexeme), settings);
         default:
             return 0;
         }
@@ -125,7 +124,7 @@ private:
         }
     }
 
-    /// A keyword's entry is one level in, however much the line has opened before it.
+    /// A keyword's entry is one level in, even if the line has opened other blocks before it.
     void pushKeyword(const Token& token) { push(token, delta == 0 ? base : base + levelWidth); }
 
     void openBlock(const Token& token) {
@@ -151,7 +150,8 @@ private:
         push(token, base + delta);
     }
 
-    /// Lends the next line a level, which that line gives back when its own turn comes. A list needs none.
+    /// Indents the next line by one more level, which takeContinuation() takes back there. Lines of a list
+    /// are indented by their bracket and need no other level.
     void continueLine() {
         if (!isTopABracket()) {
             state.inContinuation = true;
@@ -159,7 +159,7 @@ private:
         }
     }
 
-    /// Takes a level off this line's delta, if it has one to give.
+    /// Removes a level from this line's delta; false if the line has opened none.
     bool takeLevel() {
         if (delta < levelWidth) {
             return false;
@@ -168,14 +168,14 @@ private:
         return true;
     }
 
-    /// Gives back the level of what `top` opened. An entry less than one level in wraps around.
+    /// Removes the level of what `top` opened. If its entry is less than one level in, the base wraps around.
     void closeLevel() {
         if (!takeLevel()) {
             base = top().column - levelWidth;
         }
     }
 
-    /// Closes what is on top, be it a bracket, which `bracketDepth` then still counts.
+    /// Closes whatever is on top. If that is a bracket, `bracketDepth` still counts it.
     void closeBlock() {
         if (state.nestingStack.empty()) {
             return;
@@ -192,13 +192,14 @@ private:
     void closeFunction() {
         --state.functionDepth;
         if (!takeLevel()) {
-            base = getBaseBehindFunction();
+            base = getBaseAfterFunction();
         }
     }
 
-    /// Under Classic a function inside another one or a class gives back a level that its body never took, so
-    /// a run of methods walks to the left. Users of that style know it so.
-    std::uint32_t getBaseBehindFunction() const {
+    /// Under Classic the body of a function inside another function or a class is not indented, but its `end`
+    /// removes a level all the same, so each method in a row is indented less than the one before. This is
+    /// meant: it is how files in that style look.
+    std::uint32_t getBaseAfterFunction() const {
         const std::uint32_t inside = top().column;
         const FunctionStyle style = settings.functionIndentStyle;
         if (state.functionDepth == 0 && style != FunctionStyle::All) {
@@ -246,12 +247,8 @@ bool closesTop(TokenType type, TokenType top) {
 
 } // namespace
 
-void trackLine(LegacyFormatter& formatter, LineView line) {
-    LineTracker(formatter).run(line);
-}
-
 void LegacyFormatter::trackIndentationCausedByLine(const std::vector<Token>& line) {
-    trackLine(*this, line);
+    LineTracker(*this).run(line);
 }
 
 bool LegacyFormatter::checkForFunctionEnds(const std::vector<Token>& tokens) const {
