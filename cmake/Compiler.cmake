@@ -20,7 +20,7 @@ if(OMBREL_WERROR)
     add_compile_options(-Werror)
 endif()
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT OMBREL_SANITIZE)
-    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ${OMBREL_LTO})
     # Calls inside a library go straight to their target, exported or not. Data doesn't: a program may hold its copy
     # of it, and has to be the only one (the numbers of the stream facets are told apart by address).
     add_compile_options(-fno-semantic-interposition)

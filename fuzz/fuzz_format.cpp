@@ -3,7 +3,7 @@
 
 #include "FuzzText.h"
 
-#include "ombrel-format/engines/IndentationGuard.h"
+#include "format/IndentationGuard.h"
 #include "support/LineFormatting.h"
 
 #include <ca/lexer/lex.h>

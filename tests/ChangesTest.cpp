@@ -1,8 +1,8 @@
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/git/GitDiff.h>
-#include <ombrel-format/git/Process.h>
-#include <ombrel-format/git/StagedFiles.h>
+#include "git/GitDiff.h"
+#include "git/Process.h"
+#include "git/StagedFiles.h"
 
 #include <gtest/gtest.h>
 

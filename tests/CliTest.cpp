@@ -1,7 +1,7 @@
 #include "support/GoldenSuite.h"
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/text/TextEncoding.h>
+#include "text/TextEncoding.h"
 
 // Scenarios of ombrel-format: a script of the shell, and what it has to print on both streams. A script runs
 // in an empty folder behind the functions of golden/cli/common.sh and of the prelude that the head of its

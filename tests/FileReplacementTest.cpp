@@ -1,4 +1,4 @@
-#include <ombrel-format/files/FileSystem.h>
+#include "files/FileSystem.h"
 
 #include "support/TemporaryFolder.h"
 

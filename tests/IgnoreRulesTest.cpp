@@ -1,4 +1,4 @@
-#include <ombrel-format/files/IgnoreRules.h>
+#include "files/IgnoreRules.h"
 
 #include "support/TemporaryFolder.h"
 

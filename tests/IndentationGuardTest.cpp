@@ -1,4 +1,4 @@
-#include <ombrel-format/engines/IndentationGuard.h>
+#include "format/IndentationGuard.h"
 
 #include "support/DeepInput.h"
 

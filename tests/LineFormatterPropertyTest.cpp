@@ -1,7 +1,7 @@
 // What holds for every text: the tokens are the text, only blanks at line edges of the range change, and
 // formatting a result again changes nothing. Tried on all example programs and on soups of pieces.
 
-#include "ombrel-format/engines/IndentationGuard.h"
+#include "format/IndentationGuard.h"
 #include "support/ExampleFiles.h"
 #include "support/LineFormatting.h"
 #include "support/TokenContractChecker.h"

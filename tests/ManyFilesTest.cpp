@@ -1,6 +1,6 @@
-#include <ombrel-format/OrderedWork.h>
-#include <ombrel-format/reports/Progress.h>
-#include <ombrel-format/reports/Summary.h>
+#include "cli/OrderedWork.h"
+#include "cli/Progress.h"
+#include "cli/Summary.h"
 
 #include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"

@@ -3,11 +3,11 @@
 #include "config/FormattingFactoryConfig.h"
 #include "config/FormattingSection.h"
 
-#include <ombrel-format/options/FileOptions.h>
-#include <ombrel-format/options/OptionsFile.h>
-#include <ombrel-format/options/OptionsSchema.h>
-#include <ombrel-format/options/StarterFile.h>
-#include <ombrel-format/text/TextEncoding.h>
+#include "options/FileOptions.h"
+#include "options/OptionsFile.h"
+#include "options/OptionsSchema.h"
+#include "options/StarterFile.h"
+#include "text/TextEncoding.h"
 
 #include <ca/config/Config.h>
 

@@ -1,8 +1,8 @@
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/options/OptionsFile.h>
-#include <ombrel-format/options/OptionsResolver.h>
-#include <ombrel-format/text/TextEncoding.h>
+#include "options/OptionsFile.h"
+#include "options/OptionsResolver.h"
+#include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <ombrel-format/reports/Message.h>
+#include "diagnostics/Message.h"
 
 #include <gtest/gtest.h>
 

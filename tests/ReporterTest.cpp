@@ -1,9 +1,9 @@
 #include "support/TemporaryFolder.h"
 
-#include <ombrel-format/reports/GithubReporter.h>
-#include <ombrel-format/reports/HumanReporter.h>
-#include <ombrel-format/reports/JsonReporter.h>
-#include <ombrel-format/reports/SarifReporter.h>
+#include "reports/GithubReporter.h"
+#include "reports/HumanReporter.h"
+#include "reports/JsonReporter.h"
+#include "reports/SarifReporter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include <ombrel-format/engines/SafetyCheck.h>
+#include "format/SafetyCheck.h"
 
 #include <gtest/gtest.h>
 

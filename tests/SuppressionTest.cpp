@@ -1,8 +1,8 @@
 #include "support/GoldenFile.h"
 #include "support/ProgramRun.h"
 
-#include <ombrel-format/engines/Suppression.h>
-#include <ombrel-format/text/TextEncoding.h>
+#include "format/Suppression.h"
+#include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "support/ExampleFiles.h"
 #include "support/GoldenFile.h"
 
-#include <ombrel-format/engines/TreeEngine.h>
+#include "format/TreeEngine.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "support/GoldenSuite.h"
 #include "support/TreeFormatting.h"
 
-#include <ombrel-format/engines/TreeEngine.h>
-#include <ombrel-format/engines/TreeSafetyCheck.h>
-#include <ombrel-format/text/TextEncoding.h>
+#include "format/TreeEngine.h"
+#include "format/TreeSafetyCheck.h"
+#include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "OptionsDump.h"
 
+#include "text/TextEncoding.h"
 #include <ca/config/Config.h>
 #include <ca/config/ConfigManager.h>
 #include <config/FormattingSection.h>
 #include <fl/i18n/MessageCatalog.h>
-#include <ombrel-format/text/TextEncoding.h>
 
 #include <algorithm>
 #include <array>

@@ -3,8 +3,8 @@
 #include "OptionsDump.h"
 #include "SyntaxDump.h"
 
+#include "text/TextEncoding.h"
 #include <ca/lexer/lex.h>
-#include <ombrel-format/text/TextEncoding.h>
 #include <pass/FormattingExplorerBridgeImpl.h>
 #include <tree/FormatTree.h>
 

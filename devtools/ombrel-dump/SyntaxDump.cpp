@@ -1,8 +1,8 @@
 #include "SyntaxDump.h"
 
+#include "text/TextEncoding.h"
 #include <ca/Analyzer.h>
 #include <lf/astapi/visitFields.h>
-#include <ombrel-format/text/TextEncoding.h>
 
 #include <algorithm>
 #include <ostream>

@@ -1,11 +1,11 @@
 #include "Stages.h"
 
+#include "diagnostics/Message.h"
+#include "diagnostics/Suggestion.h"
+#include "files/FileSystem.h"
+#include "format/SyntaxCheck.h"
+#include "text/TextEncoding.h"
 #include <ca/SyntaxError.h>
-#include <ombrel-format/engines/SyntaxCheck.h>
-#include <ombrel-format/files/FileSystem.h>
-#include <ombrel-format/reports/Message.h>
-#include <ombrel-format/text/Suggestion.h>
-#include <ombrel-format/text/TextEncoding.h>
 
 #include <exception>
 #include <iomanip>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "text/TextEncoding.h"
 #include <fl/i18n/MessageCatalog.h>
-#include <ombrel-format/text/TextEncoding.h>
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "support/ExampleFiles.h"
 
-#include "ombrel-format/text/TextEncoding.h"
+#include "text/TextEncoding.h"
 
 #include <fstream>
 #include <iterator>

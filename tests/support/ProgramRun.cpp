@@ -1,6 +1,6 @@
 #include "support/ProgramRun.h"
 
-#include <ombrel-format/Run.h>
+#include "cli/Run.h"
 
 #include <sstream>
 #include <variant>

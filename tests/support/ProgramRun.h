@@ -1,6 +1,6 @@
 #pragma once
 
-#include <ombrel-format/files/FileSystem.h>
+#include "files/FileSystem.h"
 
 #include <string>
 #include <vector>

@@ -1,0 +1,424 @@
+#include "cli/Arguments.h"
+
+#include "cli/OptionFlags.h"
+#include "diagnostics/Message.h"
+#include "diagnostics/Suggestion.h"
+#include "options/OptionsSchema.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace ombrel {
+
+namespace {
+
+constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
+
+constexpr const char* description =
+    "Formats Ombrel source: FILEs and the *.omb files of FOLDERs, or standard input if there is neither, to "
+    "standard output.";
+
+constexpr const char* footer =
+    "Exit status, the largest wins: 0 done; 1 would change (--check, --diff); 2 wrong options or unreadable\n"
+    "input; 3 input refused; 4 doesn't parse; 5 safety check failed, file untouched; 6 writing failed.";
+
+/// Decimal digits and nothing else.
+std::optional<std::uint32_t> parseNumber(std::string_view text) {
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+LineRange parseRange(const std::string& text) {
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    const auto first = parseNumber(std::string_view(text).substr(0, colon));
+    const auto last = parseNumber(std::string_view(text).substr(std::min(colon + 1, text.size())));
+    if (!first || !last || *first == 0 || *first > *last) {
+        throw CLI::ValidationError(fmt::format(
+            "--lines {}: expected A:B, two line numbers from 1 to {} with A not above B", text, largestLine));
+    }
+    return {*first, *last};
+}
+
+/// `shownDefault` is for the help text; empty: the number that is in `target`.
+CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& target, std::uint32_t low,
+                       std::uint32_t high, const std::string& help, const std::string& shownDefault = {}) {
+    const std::string longName = name.substr(name.rfind(',') + 1);
+    const auto store = [=, &target](const std::string& text) {
+        const auto number = parseNumber(text);
+        if (!number || *number < low || *number > high) {
+            throw CLI::ValidationError(
+                fmt::format("{} {}: expected a number from {} to {}", longName, text, low, high));
+        }
+        target = *number;
+    };
+    return app
+        .add_option_function<std::string>(
+            name, store,
+            fmt::format("{} [{}]", help, shownDefault.empty() ? std::to_string(target) : shownDefault))
+        ->type_name("N");
+}
+
+template <class Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+/// An option that takes one of a few words. The first of the choices is the default and is already in
+/// `target`.
+template <class Value>
+CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, const Choices<Value>& choices,
+                       const std::string& help) {
+    std::vector<std::string> words;
+    for (const auto& choice : choices) {
+        words.push_back(choice.first);
+    }
+    const std::string list = fmt::format("{}", fmt::join(words, "|"));
+    const auto store = [=, &target](const std::string& text) {
+        const auto found = std::find(words.begin(), words.end(), text);
+        if (found == words.end()) {
+            throw CLI::ValidationError(
+                fmt::format("{} {}: expected {}{}", name, text, list, suggest(text, words)));
+        }
+        target = choices[static_cast<std::size_t>(found - words.begin())].second;
+    };
+    return app.add_option_function<std::string>(name, store, fmt::format("{} [{}]", help, words.front()))
+        ->type_name(list);
+}
+
+/// Ends the reading of the command line, as help does.
+class SchemaCall : public CLI::Success {
+public:
+    SchemaCall() : Success("SchemaCall", "print the schema", CLI::ExitCodes::Success) {}
+};
+
+CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& target,
+                      const std::string& help) {
+    return app.add_option(name, target, help)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void addModes(CLI::App& app, Arguments& arguments) {
+    app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
+    app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
+    app.add_flag("--diff", arguments.diff, "Write nothing, show what would change, exit 1 if anything");
+    app.add_flag("--check-syntax", arguments.checkSyntax,
+                 "Format nothing, print every syntax error, exit 4 if any");
+    const auto store = [&arguments](const std::vector<std::string>& texts) {
+        std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--lines", store, "Format only lines A to B, from 1; repeatable; line engine")
+        ->type_name("A:B")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_flag_callback(
+        "--force", [&] { arguments.mixedLineEnds = MixedLineEnds::UseFirst; },
+        "Tree engine: where a file mixes line ends, use the first one's for all");
+    app.add_flag("--print-config", arguments.printConfig,
+                 "Print the options that hold for the FILEs or this folder and where each comes from");
+    app.add_flag("--init", arguments.init, "Write an options file to begin with into this folder");
+    app.add_flag_callback(
+        "--schema", [] { throw SchemaCall(); }, "Print the JSON Schema of options files");
+}
+
+/// Patterns of the command line. The parser keeps each option's, and their common order matters.
+struct PatternOptions {
+    std::vector<std::string> excluded;
+    std::vector<std::string> included;
+
+    std::vector<std::string> join(const CLI::App& app) const {
+        std::vector<std::string> patterns;
+        auto nextExcluded = excluded.begin();
+        auto nextIncluded = included.begin();
+        for (const CLI::Option* option : app.parse_order()) {
+            if (option->check_name("--exclude")) {
+                patterns.push_back(*nextExcluded++);
+            } else if (option->check_name("--include")) {
+                patterns.push_back('!' + *nextIncluded++);
+            }
+        }
+        return patterns;
+    }
+};
+
+void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& patterns) {
+    app.add_option("--files-from", options.pathList, "Read more paths, one a line; - is standard input")
+        ->type_name("FILE");
+    app.add_flag("-0", options.isPathListNulEnded, "The paths of --files-from end in NUL");
+    addTexts(app, "--exclude", patterns.excluded,
+             "Leave out what matches, as in an ignore file of the current folder; repeatable")
+        ->type_name("PATTERN");
+    addTexts(
+        app, "--include", patterns.included,
+        "Take what matches, whatever it is called; of --exclude and --include the last decides; repeatable")
+        ->type_name("PATTERN");
+    app.add_flag_callback(
+        "--no-gitignore", [&options] { options.honorsGitignore = false; }, "Take files that git ignores too");
+    app.add_flag("--force-exclude", options.forcesExclusion, "Leave out named files and folders too");
+    app.add_flag("--list-files", options.listsOnly,
+                 "Say which files would be taken or left and why, and stop");
+    app.add_flag("--allow-no-files", options.allowsNoFiles, "Having nothing to do is no error");
+}
+
+void addChangeOptions(CLI::App& app, ChangeOptions& options) {
+    const auto store = [&options](const std::string& revision) {
+        if (revision.empty()) {
+            throw CLI::ValidationError("--since needs a revision");
+        }
+        options.since = revision;
+    };
+    app.add_option_function<std::string>(
+           "--since", store,
+           "Format only the lines changed since this revision of git; REV...: since HEAD left it")
+        ->type_name("REV");
+    app.add_flag("--staged", options.isStaged,
+                 "Format only the staged lines, in the index; without --check and --diff, write them back");
+    app.add_flag("--whole-files", options.takesWhole,
+                 "With --since and --staged: format all lines of files that have changed");
+}
+
+void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
+    app.add_flag("--allow-hard-links", rules.allowsHardLinks,
+                 "Replace files that have other names too, which keep the old text");
+    app.add_flag("--force-read-only", rules.allowsReadOnly, "Replace read-only files too");
+}
+
+void addGeneralOptions(CLI::App& app, Arguments& arguments) {
+    app.add_option("--stdin-filename", arguments.stdinName,
+                   "Name of standard input in messages, by which its options are found")
+        ->type_name("NAME");
+    addChoice<ColorChoice>(
+        app, "--color", arguments.color,
+        {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
+        "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
+    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files in work at a time, 1 to 1024", "all cores");
+    addReporterOption(app, arguments.reporters);
+    app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
+    app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
+    app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
+    app.set_help_flag("-h,--help", "Print this help");
+}
+
+/// The parser would read a path such as [a,b] as a list of two, so paths are what it leaves over, and the
+/// option is there for the help text only.
+std::string makeHelp(CLI::App& app, std::vector<std::string>& paths) {
+    app.add_option("PATH", paths, "Files and folders; - is standard input")->type_name("");
+    return app.help();
+}
+
+std::vector<std::string> getOptionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+/// Takes the paths from the words that are no options; behind a `--` all words are paths. Returns a message
+/// if one looks like an option and isn't.
+std::string takePaths(const CLI::App& app, std::vector<std::string>& paths) {
+    bool isBehindDashes = false;
+    for (const std::string& word : app.remaining()) {
+        if (!isBehindDashes && word == "--") {
+            isBehindDashes = true;
+        } else if (isBehindDashes || word == "-" || !word.starts_with('-')) {
+            paths.push_back(word);
+        } else {
+            const std::string name = word.starts_with("-=") ? word : word.substr(0, word.find('='));
+            return "unknown option " + name + suggest(name, getOptionNames(app));
+        }
+    }
+    return {};
+}
+
+/// An option with an equals sign and nothing behind it, which the parser would take the next word for; empty
+/// if there is none.
+std::string findEmptyValue(int argc, const char* const* argv) {
+    for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+        const std::string_view word = argv[i];
+        if (word.starts_with("--") && word.ends_with('=')) {
+            return std::string(word.substr(0, word.size() - 1)) + " needs a value";
+        }
+    }
+    return {};
+}
+
+void refuseFlagValues(CLI::App& app) {
+    for (CLI::Option* option : app.get_options([](const CLI::Option*) { return true; })) {
+        if (option->get_expected_min() == 0) {
+            option->disable_flag_override();
+        }
+    }
+}
+
+bool isFormattingAsked(const Arguments& arguments) {
+    return arguments.inPlace || arguments.check || arguments.diff || !arguments.lines.empty();
+}
+
+/// What speaks against formatting changes with these options; empty if nothing does.
+std::string findChangeContradiction(const Arguments& arguments) {
+    const ChangeOptions& changes = arguments.changes;
+    if (!changes.isAsked()) {
+        return changes.takesWhole ? "--whole-files goes with --since or --staged" : "";
+    }
+    if (changes.isStaged && !changes.since.empty()) {
+        return "--since looks at the work tree, --staged at the index: use one or the other";
+    }
+    if (!arguments.lines.empty()) {
+        return "--lines doesn't go with --since and --staged, which find the lines by themselves";
+    }
+    if (!arguments.search.pathList.empty() ||
+        std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
+        return "--since and --staged go with files and folders: neither with standard input nor with "
+               "--files-from";
+    }
+    return {};
+}
+
+/// A message if the options are fine one by one but not together; empty if they are.
+std::string findContradiction(const Arguments& arguments) {
+    const SearchOptions& search = arguments.search;
+    const auto standardInputs =
+        std::count(arguments.paths.begin(), arguments.paths.end(), "-") + (search.pathList == "-" ? 1 : 0);
+    if (arguments.checkSyntax && isFormattingAsked(arguments)) {
+        return "--check-syntax formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
+    }
+    if (arguments.inPlace && (arguments.check || arguments.diff)) {
+        return "--in-place writes, --check and --diff don't: use one or the other";
+    }
+    if (arguments.inPlace && std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
+        return "--in-place needs files: standard input can't be written back";
+    }
+    if (standardInputs > 1) {
+        return "standard input can be read only once";
+    }
+    if (!arguments.lines.empty() && arguments.paths.size() > 1) {
+        return "--lines goes with one file";
+    }
+    if (search.isPathListNulEnded && search.pathList.empty()) {
+        return "-0 goes with --files-from";
+    }
+    if (arguments.options.ignoresFiles && !arguments.options.file.empty()) {
+        return "--config and --no-config contradict each other";
+    }
+    if (arguments.init && (arguments.printConfig || isFormattingAsked(arguments))) {
+        return "--init writes a new options file and does nothing else";
+    }
+    if (arguments.printConfig && (arguments.checkSyntax || isFormattingAsked(arguments))) {
+        return "--print-config formats nothing: it doesn't go with other modes";
+    }
+    if (arguments.quiet && arguments.verbose) {
+        return "--quiet and --verbose contradict each other";
+    }
+    if (std::string message = findChangeContradiction(arguments); !message.empty()) {
+        return message;
+    }
+    return findReporterConflict(arguments);
+}
+
+/// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
+std::string describe(const CLI::ParseError& error) {
+    constexpr std::string_view flagOverride = " was given a disallowed flag override";
+    std::string text = error.what();
+    if (!text.ends_with(flagOverride)) {
+        return text;
+    }
+    const std::string name = text.substr(0, text.size() - flagOverride.size());
+    return (name.size() == 1 ? "-" : "--") + name + " takes no value";
+}
+
+EarlyExit refuse(const std::string& message) {
+    return {ExitStatus::Usage, getPrintableName(message)};
+}
+
+/// What is read goes to `arguments` and `patterns`, which have to outlive the parser.
+void addOptions(CLI::App& app, Arguments& arguments, PatternOptions& patterns) {
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app.allow_extras();
+    app.footer(footer);
+    addModes(app, arguments);
+    addOptionFlags(app, arguments.options);
+    addSearchOptions(app, arguments.search, patterns);
+    addChangeOptions(app, arguments.changes);
+    addReplacementRules(app, arguments.replacement);
+    addGeneralOptions(app, arguments);
+    refuseFlagValues(app);
+}
+
+OptionDescription describe(const CLI::Option& option) {
+    OptionDescription description;
+    for (const std::string& name : option.get_snames()) {
+        description.names.push_back('-' + name);
+    }
+    for (const std::string& name : option.get_lnames()) {
+        description.names.push_back("--" + name);
+    }
+    description.value = option.get_expected_min() == 0 ? "" : option.get_type_name();
+    description.help = option.get_description();
+    return description;
+}
+
+} // namespace
+
+std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
+    Arguments arguments;
+    CLI::App app(description, "ombrel-format");
+    PatternOptions patterns;
+    addOptions(app, arguments, patterns);
+    if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
+        return refuse(message);
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const SchemaCall&) {
+        return EarlyExit{ExitStatus::Done, makeOptionsSchema()};
+    } catch (const CLI::CallForHelp&) {
+        return EarlyExit{ExitStatus::Done, makeHelp(app, arguments.paths)};
+    } catch (const CLI::CallForVersion& version) {
+        return EarlyExit{ExitStatus::Done, std::string(version.what()) + '\n'};
+    } catch (const CLI::ParseError& error) {
+        return refuse(describe(error));
+    }
+    if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
+        return refuse(message);
+    }
+    if (arguments.paths.empty() && arguments.search.pathList.empty() && !arguments.changes.isAsked()) {
+        const bool isFolderMeant = arguments.printConfig && app.count("--stdin-filename") == 0;
+        arguments.paths.emplace_back(isFolderMeant ? "." : "-");
+    }
+    arguments.search.patterns = patterns.join(app);
+    if (arguments.reporters.empty()) {
+        arguments.reporters.push_back({ReporterKind::Human, {}});
+    }
+    if (const std::string message = findContradiction(arguments); !message.empty()) {
+        return refuse(message);
+    }
+    return arguments;
+}
+
+std::vector<OptionDescription> describeCommandLine() {
+    Arguments arguments;
+    PatternOptions patterns;
+    CLI::App app(description, "ombrel-format");
+    addOptions(app, arguments, patterns);
+    std::vector<OptionDescription> descriptions;
+    for (const CLI::Option* option : std::as_const(app).get_options()) {
+        descriptions.push_back(describe(*option));
+    }
+    return descriptions;
+}
+
+} // namespace ombrel

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "cli/ExitStatus.h"
+#include "cli/ReporterOption.h"
+#include "files/FileSystem.h"
+#include "files/SearchOptions.h"
+#include "format/Options.h"
+#include "git/ChangeOptions.h"
+#include "options/OptionsResolver.h"
+#include "text/LineRange.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace ombrel {
+
+enum class ColorChoice { Auto, Always, Never };
+
+/// What the user asked for, checked and with all defaults filled in.
+struct Arguments {
+    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless a list or git knows more
+    SearchOptions search;
+    ChangeOptions changes;
+    bool inPlace = false;
+    bool check = false;
+    bool diff = false;
+    bool checkSyntax = false; ///< parse instead of formatting; goes with no other mode and no lines
+    bool quiet = false;
+    bool verbose = false;
+    bool printConfig = false;     ///< say which options hold for the paths, and stop
+    bool init = false;            ///< write an options file to begin with, and stop
+    std::vector<LineRange> lines; ///< none: all lines
+    std::map<std::string, std::vector<LineRange>>
+        changedLines; ///< by path, instead of `lines`; counted by line feeds
+    OptionsRequest options;
+    MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
+    std::string stdinName = "<stdin>";
+    std::vector<ReporterChoice> reporters; ///< at least one
+    ColorChoice color = ColorChoice::Auto;
+    std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
+    ReplacementRules replacement;
+
+    /// What people know an input by.
+    const std::string& getShownName(const std::string& path) const { return path == "-" ? stdinName : path; }
+
+    bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
+};
+
+/// The end of a run before it has begun: help, version, or a usage error.
+struct EarlyExit {
+    ExitStatus status;
+    std::string text; ///< for standard output if the status is Done, otherwise an error
+};
+
+/// Reads the command line of the program, `argv[0]` included.
+std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv);
+
+/// An option of the command line as people get to see it.
+struct OptionDescription {
+    std::vector<std::string> names; ///< with their dashes, the short one first
+    std::string value;              ///< what stands behind it: "N", "FILE", "line|tree"; empty for a flag
+    std::string help;               ///< what it does; a default stands in brackets at the end
+};
+
+/// All options, from which manual and completions are made, in the order of the help.
+std::vector<OptionDescription> describeCommandLine();
+
+} // namespace ombrel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/Console.h"
+#include "cli/ExitStatus.h"
+#include "files/FileSystem.h"
+
+namespace ombrel {
+
+/// Runs on the changes that the arguments ask for and nothing else: on changed files of `files`, or on staged
+/// ones. Ignore files and patterns count for all of them. Having no changes is no error.
+ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem& files);
+
+} // namespace ombrel

@@ -1,0 +1,80 @@
+#include "cli/ReporterSet.h"
+
+#include "reports/GithubReporter.h"
+#include "reports/HumanReporter.h"
+#include "reports/JsonReporter.h"
+#include "reports/SarifReporter.h"
+
+#include <algorithm>
+
+namespace ombrel {
+
+ReporterSet::ReporterSet(const Arguments& arguments, Console& console, FileSystem& files, Color errorColor)
+    : arguments(arguments), console(console), files(files), errorColor(errorColor) {
+    for (const ReporterChoice& choice : arguments.reporters) {
+        open(choice);
+    }
+}
+
+void ReporterSet::open(const ReporterChoice& choice) {
+    auto buffer = choice.file.empty() ? nullptr : std::make_unique<std::ostringstream>();
+    auto reporter = makeReporter(choice.kind, buffer ? *buffer : console.out);
+    reports.push_back({choice, std::move(buffer), std::move(reporter)});
+}
+
+std::unique_ptr<Reporter> ReporterSet::makeReporter(ReporterKind kind, std::ostream& stream) const {
+    switch (kind) {
+    case ReporterKind::Json:
+        return makeJsonReporter(stream);
+    case ReporterKind::Github:
+        return makeGithubReporter(stream);
+    case ReporterKind::Sarif:
+        return makeSarifReporter(stream, OMBREL_VERSION);
+    case ReporterKind::Human:
+        break;
+    }
+    const HumanStyle style{errorColor, printsNames(arguments), arguments.verbose && !arguments.checkSyntax,
+                           !arguments.quiet};
+    return std::make_unique<HumanReporter>(console.out, console.err, style);
+}
+
+bool ReporterSet::wantsFirstChangedLine() const {
+    return std::any_of(reports.begin(), reports.end(),
+                       [](const Report& report) { return report.choice.kind != ReporterKind::Human; });
+}
+
+void ReporterSet::add(const FileOutcome& outcome) {
+    for (const Report& report : reports) {
+        report.reporter->add(outcome);
+    }
+}
+
+void ReporterSet::addFailure(const Problem& problem) {
+    for (const Report& report : reports) {
+        report.reporter->addFailure(problem);
+    }
+}
+
+ExitStatus ReporterSet::finish() {
+    ExitStatus status = ExitStatus::Done;
+    for (const Report& report : reports) {
+        report.reporter->finish();
+        if (report.buffer) {
+            status = getWorse(status, write(report));
+        }
+    }
+    return status;
+}
+
+ExitStatus ReporterSet::write(const Report& report) {
+    try {
+        files.write(report.choice.file, report.buffer->str());
+        return ExitStatus::Done;
+    } catch (const FileError& error) {
+        printProblem(console.err, report.choice.file, {ExitStatus::WriteFailed, error.what()}, {},
+                     errorColor);
+        return ExitStatus::WriteFailed;
+    }
+}
+
+} // namespace ombrel

@@ -1,0 +1,268 @@
+#include "cli/Run.h"
+
+#include "cli/ChangeRun.h"
+#include "cli/FileFormatter.h"
+#include "cli/OrderedWork.h"
+#include "cli/Progress.h"
+#include "cli/ReporterSet.h"
+#include "cli/Summary.h"
+#include "diagnostics/Message.h"
+#include "files/FileSearch.h"
+#include "files/InputReader.h"
+#include "files/PathList.h"
+#include "options/OptionsReport.h"
+#include "options/StarterFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <ostream>
+#include <thread>
+#include <utility>
+
+namespace ombrel {
+
+namespace {
+
+using Verdict = Candidate::Verdict;
+
+constexpr const char* nothingToDo =
+    "no file to format; --list-files says what was left out and why, --allow-no-files makes this no error";
+
+class Run {
+public:
+    Run(const Arguments& arguments, Console& console, FileSystem& files)
+        : arguments(arguments), console(console), files(files), resolver(arguments.options, files),
+          reporters(arguments, console, files, console.getErrColor(arguments.color)),
+          formatter(arguments, resolver, console, files, reporters.wantsFirstChangedLine()) {}
+
+    ExitStatus processAll() {
+        if (arguments.init) {
+            return writeStarterFile();
+        }
+        if (arguments.printConfig) {
+            return printOptions();
+        }
+        try {
+            return processFound(search());
+        } catch (const FileError& error) { // only the list of paths is read on this thread
+            status = ExitStatus::Usage;
+            reporters.add({arguments.search.pathList, FileStatus::Failed, 0,
+                           makeMessages({{status, error.what()}}, {})});
+            return finishReports();
+        }
+    }
+
+private:
+    ExitStatus processFound(SearchResult found) {
+        warn(found.warnings);
+        if (arguments.search.listsOnly) {
+            list(found.candidates);
+            return finish();
+        }
+        std::erase_if(found.candidates, [](const Candidate& c) { return c.verdict == Verdict::Left; });
+        if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
+            return refuse("--lines goes with one file");
+        }
+        if (found.candidates.empty() && !arguments.search.allowsNoFiles) {
+            return refuse(nothingToDo);
+        }
+        const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
+        if (isPrepared && !found.candidates.empty()) {
+            process(found.candidates, found.hasFolder);
+        }
+        return finishReports();
+    }
+
+    /// False if there is a fault in one of the options files. Then all faults have been reported.
+    bool prepareOptions(const std::vector<std::string>& names) {
+        const std::vector<OptionsFault> faults = resolver.prepare(names);
+        for (const OptionsFault& fault : faults) {
+            status = ExitStatus::Usage;
+            reporters.add({resolver.getShownPath(fault.path), FileStatus::Failed, 0,
+                           makeMessages(fault.problems, fault.text)});
+        }
+        return faults.empty();
+    }
+
+    std::vector<std::string> getNames(const std::vector<Candidate>& candidates) const {
+        std::vector<std::string> names;
+        names.reserve(candidates.size());
+        for (const Candidate& candidate : candidates) {
+            names.push_back(arguments.getShownName(candidate.path));
+        }
+        return names;
+    }
+
+    /// The options for the paths that the user wrote; those below folders aren't searched for.
+    ExitStatus printOptions() {
+        std::vector<std::string> names;
+        for (const std::string& path : arguments.paths) {
+            names.push_back(files.isFolder(path) ? path + '/' : arguments.getShownName(path));
+        }
+        if (!prepareOptions(names)) {
+            return finishReports();
+        }
+        for (const std::string& name : names) {
+            print(getPrintableName(name) + ":\n" + describeOptions(resolver.explain(name)));
+        }
+        return finish();
+    }
+
+    ExitStatus writeStarterFile() {
+        const std::string path(optionsFileName);
+        try {
+            files.create(path, makeStarterFile());
+        } catch (const FileError& error) {
+            return fail(path, {ExitStatus::WriteFailed, error.what()});
+        }
+        return ExitStatus::Done;
+    }
+
+    SearchResult search() {
+        const SearchOptions& options = arguments.search;
+        std::vector<std::string> paths = arguments.paths;
+        if (!options.pathList.empty()) {
+            const std::string list = readInput(options.pathList, console.in, files);
+            for (std::string& path : splitPathList(list, options.isPathListNulEnded)) {
+                paths.push_back(std::move(path));
+            }
+        }
+        return findFiles(paths, options, files);
+    }
+
+    void list(const std::vector<Candidate>& candidates) {
+        for (const Candidate& candidate : candidates) {
+            if (candidate.verdict == Verdict::Unreadable) {
+                status = fail(candidate.path, {ExitStatus::Usage, candidate.reason});
+            } else {
+                const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
+                print(getQuotedName(candidate.path) + ": " + verdict + ": " +
+                      getPrintableName(candidate.reason) + '\n');
+            }
+        }
+    }
+
+    void process(const std::vector<Candidate>& inputs, bool hasFolder) {
+        const bool isProgressWanted = console.isErrTerminal && isTalking();
+        Progress progress(isProgressWanted ? &console.err : nullptr, inputs.size());
+        const auto showProgress = [&] { progress.show(summary.getTotal()); };
+        OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
+                                     [&](std::size_t i) { return processOne(inputs[i]); });
+        while (const auto result = work.getNext(showProgress)) {
+            if (isShown(*result)) {
+                progress.erase();
+            }
+            if (!deliver(*result)) {
+                return;
+            }
+            showProgress();
+        }
+        progress.erase();
+        if (!arguments.isPrinting() && isTalking() && (hasFolder || inputs.size() > 1)) {
+            flush();
+            console.err << summary.describe(arguments) << '\n';
+        }
+    }
+
+    /// Whether a person wants to hear more than errors.
+    bool isTalking() const { return !arguments.quiet && hasHumanReporter(arguments); }
+
+    FileResult processOne(const Candidate& input) const {
+        return input.verdict == Verdict::Unreadable
+                   ? formatter.fail(input.path, {ExitStatus::Usage, input.reason})
+                   : formatter.process(input.path);
+    }
+
+    std::size_t getThreadCount(std::size_t inputCount) const {
+        const std::size_t wanted = arguments.jobs == 0 ? std::thread::hardware_concurrency() : arguments.jobs;
+        return std::clamp<std::size_t>(wanted, 1, inputCount);
+    }
+
+    bool isShown(const FileResult& result) const {
+        return arguments.verbose || !result.out.empty() || !result.outcome.messages.empty() ||
+               result.outcome.status == FileStatus::WouldChange;
+    }
+
+    /// False if standard output takes no more.
+    bool deliver(const FileResult& result) {
+        print(result.out);
+        reporters.add(result.outcome);
+        noteFailure();
+        status = getWorse(status, result.status);
+        summary.count(result.status, result.isChanged());
+        return static_cast<bool>(console.out);
+    }
+
+    /// On a terminal results must not come in the middle of later messages.
+    void print(const std::string& bytes) {
+        errno = 0;
+        console.out << bytes;
+        if (console.isErrTerminal && !bytes.empty()) {
+            console.out.flush();
+        }
+        noteFailure();
+    }
+
+    void flush() {
+        errno = 0;
+        console.out.flush();
+        noteFailure();
+    }
+
+    void noteFailure() { outError = outError == 0 && !console.out ? errno : outError; }
+
+    ExitStatus fail(const std::string& path, const Problem& problem) {
+        printProblem(console.err, path, problem, {}, console.getErrColor(arguments.color));
+        return problem.status;
+    }
+
+    ExitStatus refuse(const char* text) {
+        status = ExitStatus::Usage;
+        reporters.addFailure({status, text});
+        return finishReports();
+    }
+
+    void warn(const std::vector<std::string>& warnings) {
+        for (const std::string& warning : warnings) {
+            if (!arguments.quiet) {
+                console.err << "ombrel-format: warning: " << getPrintableName(warning) << '\n';
+            }
+        }
+    }
+
+    ExitStatus finishReports() {
+        status = getWorse(status, reporters.finish());
+        return finish();
+    }
+
+    /// Ends the run with the status that it has come to.
+    ExitStatus finish() {
+        flush();
+        if (console.out) {
+            return status;
+        }
+        printOutputFailure(console.err, "ombrel-format", outError, console.getErrColor(arguments.color));
+        return ExitStatus::WriteFailed;
+    }
+
+    const Arguments& arguments;
+    Console& console;
+    FileSystem& files;
+    OptionsResolver resolver;
+    ReporterSet reporters;
+    FileFormatter formatter;
+    Summary summary;
+    ExitStatus status = ExitStatus::Done;
+    int outError = 0; ///< why standard output takes no more
+};
+
+} // namespace
+
+ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
+    if (arguments.changes.isAsked()) {
+        return runOnChanges(arguments, console, files);
+    }
+    return Run(arguments, console, files).processAll();
+}
+
+} // namespace ombrel

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/Console.h"
+#include "cli/ExitStatus.h"
+#include "files/FileSystem.h"
+
+namespace ombrel {
+
+/// Formats everything that the arguments name, or checks its syntax. A problem with one file doesn't keep the
+/// others from their turn; a failure to write results ends the run. Results and messages come in the order of
+/// the inputs, however many threads there are.
+ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files);
+
+} // namespace ombrel

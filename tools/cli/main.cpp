@@ -1,0 +1,80 @@
+#include "cli/Arguments.h"
+#include "cli/Run.h"
+#include "diagnostics/Message.h"
+#include "files/FileSystem.h"
+#include "files/Interruption.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+#include <malloc.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace ombrel;
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+ExitStatus finish(const EarlyExit& exit) {
+    if (exit.status != ExitStatus::Done) {
+        printUsageError(std::cerr, "ombrel-format", exit.text + "\nTry ombrel-format --help.", Color::Off);
+        return exit.status;
+    }
+    errno = 0;
+    std::cout << exit.text << std::flush;
+    if (std::cout) {
+        return ExitStatus::Done;
+    }
+    printOutputFailure(std::cerr, "ombrel-format", errno, Color::Off);
+    return ExitStatus::WriteFailed;
+}
+
+/// Keeps memory that one file has used for the next: giving it back after each takes longer than formatting.
+void keepFreedMemory() {
+#ifdef __GLIBC__
+    constexpr int most = 16 << 20; // bytes that each thread keeps, and the smallest block that stands alone
+    ::mallopt(M_TRIM_THRESHOLD, most);
+    ::mallopt(M_MMAP_THRESHOLD, most);
+#endif
+}
+
+ExitStatus runProgram(int argc, char** argv) {
+    const auto parsed = parseArguments(argc, argv);
+    if (const auto* exit = std::get_if<EarlyExit>(&parsed)) {
+        return finish(*exit);
+    }
+    Console console{
+        std::cin,         std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
+        isSet("NO_COLOR")};
+    const auto& arguments = std::get<Arguments>(parsed);
+    DiskFileSystem files(arguments.replacement);
+    return run(arguments, console, files);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
+    std::cin.tie(nullptr);
+    std::cerr.tie(nullptr);
+    // A limit on file sizes is an error to report like a full disk, not the end of the process.
+    std::signal(SIGXFSZ, SIG_IGN);
+    handleInterruptions();
+    keepFreedMemory();
+    try {
+        return static_cast<int>(runProgram(argc, argv));
+    } catch (const std::bad_alloc&) {
+        printUsageError(std::cerr, "ombrel-format", "not enough memory for this text", Color::Off);
+        return static_cast<int>(ExitStatus::Refused);
+    } catch (const std::exception& error) {
+        printUsageError(std::cerr, "ombrel-format", error.what(), Color::Off);
+        return static_cast<int>(ExitStatus::Unsafe);
+    }
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include <ca/formatting/LegacyFormatter.h>
+
+namespace ombrel {
+
+enum class Engine { Line, Tree };
+
+/// What to do with a text whose lines end in different ways.
+enum class MixedLineEnds {
+    Refuse,
+    UseFirst, ///< give all lines the end that the first line has
+};
+
+/// What the line engine does to a line. Sizes are columns.
+struct LineOptions {
+    std::uint32_t indentSize = 4; ///< one level: 0 to 64
+    std::uint32_t tabSize = 4;    ///< from one tab stop to the next: 1 to 64
+    bool useTabs = false;         ///< indentation is tabs and then spaces, instead of spaces only
+    ca::formatting::legacy::FunctionStyle functionStyle = ca::formatting::legacy::FunctionStyle::All;
+    ca::formatting::legacy::BlankLineStyle blankLines = ca::formatting::legacy::BlankLineStyle::Trim;
+};
+
+} // namespace ombrel

@@ -1,0 +1,60 @@
+#include "format/SafetyCheck.h"
+
+#include "text/LineSplitter.h"
+
+#include <algorithm>
+
+namespace ombrel {
+
+namespace {
+
+constexpr std::u16string_view blanks = u" \t";
+
+std::size_t getLeadingBlankCount(std::u16string_view line) {
+    return std::min(line.find_first_not_of(blanks), line.size());
+}
+
+std::u16string_view getTrimmed(std::u16string_view line) {
+    line.remove_prefix(getLeadingBlankCount(line));
+    return line.substr(0, line.find_last_not_of(blanks) + 1);
+}
+
+std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
+    const auto first = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
+    return static_cast<std::size_t>(first - a.begin());
+}
+
+Problem describe(std::size_t line, std::size_t column) {
+    return {
+        ExitStatus::Unsafe,
+        "the formatter would have changed more than blanks at the edges of this line; nothing was written",
+        static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column)};
+}
+
+} // namespace
+
+std::optional<Problem> checkOnlyEdgesChanged(std::u16string_view before, std::u16string_view after) {
+    LineSplitter beforeLines(before);
+    LineSplitter afterLines(after);
+    for (std::size_t number = 1;; ++number) {
+        const auto a = beforeLines.getNext();
+        const auto b = afterLines.getNext();
+        if (!a && !b) {
+            return std::nullopt;
+        }
+        if (!a || !b) {
+            return describe(number - (a ? 0 : 1), 1);
+        }
+        const std::u16string_view trimmedA = getTrimmed(a->content);
+        const std::u16string_view trimmedB = getTrimmed(b->content);
+        if (trimmedA != trimmedB) {
+            return describe(number,
+                            getLeadingBlankCount(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
+        }
+        if (a->end != b->end) {
+            return describe(number, a->content.size() + 1);
+        }
+    }
+}
+
+} // namespace ombrel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "diagnostics/Message.h"
+
+#include <ca/Analyzer.h>
+#include <ca/lexer/Token.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// A text with its tokens and its syntax tree. Keeps the text by reference, so it takes no temporary one.
+struct ParsedText {
+    /// Throws ca::SyntaxErrorException if the text doesn't parse.
+    explicit ParsedText(const std::u16string& text);
+    explicit ParsedText(std::u16string&&) = delete;
+
+    const std::u16string& text;
+    std::vector<ca::lexer::Token> tokens;
+    std::shared_ptr<ca::AnalysisResult> analysis;
+};
+
+/// Finds out whether a formatted text is still the same program: the same tokens but for separators, with the
+/// same comments between them, and the same syntax tree. Blanks and line ends at the edges of a comment don't
+/// count, nor do separators that the tree knows nothing of, such as a comma between two statements. A
+/// semicolon that keeps a result from being printed is part of the tree, and so are the rows of a matrix.
+///
+/// Gives the first difference, placed in `before`:
+///
+///     x = [1; 2];          x = [1 2];        1:9: the formatter would put this number literal into the
+///                                                 matrix row before it
+///
+/// Takes time in proportion to the texts but for a logarithm, and no more of the call stack for a deep tree
+/// than for a flat one.
+std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& after);
+
+} // namespace ombrel

@@ -1,0 +1,201 @@
+#include "git/StagedFiles.h"
+
+#include "format/SafetyCheck.h"
+#include "git/GitDiff.h"
+#include "git/LineTransfer.h"
+#include "text/TextEncoding.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <variant>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string getFirstLine(std::string_view text) {
+    return std::string(text.substr(0, text.find('\n')));
+}
+
+/// `git commit FILE` has a hook work on an index made for this commit, and holds the one of the repository,
+/// which takes the place of the old one behind the commit. Unless both get the formatted text, the next
+/// commit would undo the formatting. Returns that other index, empty if there is none.
+std::string findOtherIndex() {
+    const char* variable = std::getenv("GIT_INDEX_FILE");
+    const fs::path index = variable == nullptr ? "" : variable;
+    const bool isForOneCommit =
+        index.filename().string().starts_with("next-index-") && index.extension() == ".lock";
+    return isForOneCommit ? (index.parent_path() / "index.lock").string() : std::string();
+}
+
+/// What makes git look away from the file in the work tree. A new object in the index takes that from a file,
+/// and one of those that a sparse work tree leaves out would look deleted.
+std::vector<std::string> getIndexFlags(const Git& git, const std::string& path) {
+    // The first letter says it: S, or s, is left out, and lower case means that it counts as unchanged.
+    const std::string entry = git.run({"ls-files", "-v", "-z", "--", getLiteralPathspec(path)});
+    std::vector<std::string> flags;
+    if (entry.starts_with('S') || entry.starts_with('s')) {
+        flags.emplace_back("--skip-worktree");
+    }
+    if (entry.starts_with('h') || entry.starts_with('s')) {
+        flags.emplace_back("--assume-unchanged");
+    }
+    return flags;
+}
+
+} // namespace
+
+/// A file as it is in the work tree before its staged content is replaced.
+class StagedFiles::WorkTreeFile {
+public:
+    WorkTreeFile(StagedFiles& files, const ChangedFile& file) : files(files), file(file) {
+        std::error_code error;
+        const auto status = fs::symlink_status(file.path, error);
+        if (!fs::exists(status)) {
+            return;
+        }
+        // A folder above it may have become a link to another one, and git wouldn't look there.
+        const fs::path place = fs::path(files.git.getTop()) / file.pathInTree;
+        if (fs::is_regular_file(status) && fs::canonical(file.path, error) == place) {
+            readText();
+        } else {
+            leaveAlone("it is no regular file there");
+        }
+    }
+
+    /// Does to it what turned the staged content from `before` into `after`.
+    void update(const std::string& before, const std::string& after) {
+        if (!text) {
+            return;
+        }
+        std::string result = getUpdated(before, after);
+        if (result == *text) {
+            noteIfDifferent(before, after);
+            return;
+        }
+        try {
+            files.workTree.replace(file.path, *text, result);
+        } catch (const FileError& error) {
+            leaveAlone(error.what());
+        }
+    }
+
+private:
+    void readText() {
+        try {
+            text = files.workTree.read(file.path, maximalByteCount);
+            std::vector<std::string> words{"diff-files"};
+            words.insert(words.end(), getDiffOptions().begin(), getDiffOptions().end());
+            words.insert(words.end(), {"--", getLiteralPathspec(file.pathInTree)});
+            for (FileDiff& diff : parseDiff(files.git.run(words))) {
+                hunks = std::move(diff.hunks);
+            }
+        } catch (const std::runtime_error& error) {
+            text.reset();
+            leaveAlone(getFirstLine(error.what()));
+        }
+    }
+
+    /// The tree engine joins and splits lines, so that only the same text can become the same result.
+    std::string getUpdated(const std::string& before, const std::string& after) const {
+        if (*text == before) {
+            return after;
+        }
+        return areLinesKept(before, after) ? transferLines(before, after, hunks, *text) : *text;
+    }
+
+    static bool areLinesKept(const std::string& before, const std::string& after) {
+        return !checkOnlyEdgesChanged(getText(before), getText(after));
+    }
+
+    static std::u16string getText(const std::string& bytes) {
+        return std::get<DecodedText>(decode(bytes)).text;
+    }
+
+    void noteIfDifferent(const std::string& before, const std::string& after) {
+        if (*text != after && *text != before && !areLinesKept(before, after)) {
+            leaveAlone("it isn't what is staged");
+        }
+    }
+
+    void leaveAlone(const std::string& reason) {
+        files.addNote(file.path,
+                      "formatted in the index; the file in the work tree is left alone: " + reason);
+    }
+
+    StagedFiles& files;
+    const ChangedFile& file;
+    std::optional<std::string> text; ///< nothing: there is none, or none to be touched
+    std::vector<Hunk> hunks;         ///< from the staged content to this one
+};
+
+StagedFiles::StagedFiles(const Git& git, const std::vector<ChangedFile>& files, FileSystem& workTree)
+    : git(git), workTree(workTree), otherIndex(findOtherIndex()) {
+    for (const ChangedFile& file : files) {
+        staged.emplace(file.path, file);
+    }
+}
+
+std::string StagedFiles::read(const std::string& path, std::uint64_t limit) {
+    const auto found = staged.find(path);
+    if (found == staged.end()) {
+        return workTree.read(path, limit);
+    }
+    try {
+        std::string bytes = git.run({"cat-file", "blob", found->second.blob});
+        if (bytes.size() > limit) {
+            throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+        }
+        return bytes;
+    } catch (const GitError& error) {
+        throw FileError(FileError::Kind::Unreadable, getFirstLine(error.what()));
+    }
+}
+
+void StagedFiles::replace(const std::string& path, const std::string& before, const std::string& after) {
+    const ChangedFile& file = staged.at(path);
+    WorkTreeFile workTreeFile(*this, file);
+    exchange(file, after);
+    workTreeFile.update(before, after);
+}
+
+void StagedFiles::exchange(const ChangedFile& file, const std::string& after) {
+    const std::lock_guard lock(mutex);
+    try {
+        // What is staged is what git's filters and line-end settings have made of the file: they have had
+        // their turn.
+        const std::string id = git.runForWord({"hash-object", "-w", "--stdin", "--no-filters"}, after);
+        const std::string diff = makeExchange(file.pathInTree, file.blob, id);
+        const std::vector<std::string> flags = getIndexFlags(git, file.pathInTree);
+        git.run({"apply", "--cached"}, diff);
+        for (const std::string& flag : flags) {
+            git.run({"update-index", flag, "-z", "--stdin"}, file.pathInTree + '\0');
+        }
+        if (!otherIndex.empty()) {
+            git.withIndex(otherIndex).run({"apply", "--cached"}, diff);
+        }
+    } catch (const GitError& error) {
+        throw FileError(FileError::Kind::Unwritable,
+                        "not written to the index: " + getFirstLine(error.what()));
+    }
+}
+
+void StagedFiles::addNote(const std::string& path, const std::string& text) {
+    const std::lock_guard lock(mutex);
+    notes.push_back({path, text});
+}
+
+std::vector<Note> StagedFiles::getNotes() const {
+    const std::lock_guard lock(mutex);
+    std::vector<Note> sorted = notes;
+    std::sort(sorted.begin(), sorted.end(), [](const Note& a, const Note& b) { return a.path < b.path; });
+    return sorted;
+}
+
+} // namespace ombrel

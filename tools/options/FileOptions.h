@@ -1,0 +1,45 @@
+#pragma once
+
+#include "format/Options.h"
+#include "options/OptionTable.h"
+
+#include <ca/utils/JsonValue.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ombrel {
+
+/// All options for one file.
+struct FileOptions {
+    Engine engine = Engine::Line;
+    LineOptions line;
+    std::u16string formattingJson;   ///< for the tree engine: {"formatting": {…}} with all layers in one
+    bool indentationEnabled = false; ///< of the tree engine
+};
+
+/// A value, or none, for each option of the table.
+class OptionValues {
+public:
+    OptionValues() : values(getOptions().size()) {}
+
+    void set(const Option& option, const ca::utils::JsonValue& value) { values[getIndex(option)] = value; }
+
+    /// Null if the option has its default.
+    const ca::utils::JsonValue* get(const Option& option) const {
+        const auto& value = values[getIndex(option)];
+        return value ? &*value : nullptr;
+    }
+
+private:
+    static std::size_t getIndex(const Option& option) {
+        return static_cast<std::size_t>(&option - getOptions().data());
+    }
+
+    std::vector<std::optional<ca::utils::JsonValue>> values;
+};
+
+FileOptions makeFileOptions(const OptionValues& values);
+
+} // namespace ombrel

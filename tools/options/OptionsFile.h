@@ -1,0 +1,57 @@
+#pragma once
+
+#include "diagnostics/Message.h"
+#include "files/IgnoreRules.h"
+#include "options/OptionValue.h"
+
+#include <ca/utils/JsonValue.h>
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+/// A key of an options file, or of one of its overrides, that is no option and no section of options.
+struct FileKey {
+    std::string_view name;
+    std::string_view description;
+};
+
+/// "$schema", "root", "extends", "overrides".
+std::span<const FileKey> getFileKeys();
+
+/// "files", the one key that an override has to have.
+const FileKey& getFilesKey();
+
+/// A file that lies underneath, as it is named in "extends".
+struct Extension {
+    std::string name; ///< UTF-8, not empty
+    std::optional<ca::utils::JsonSpan> place;
+};
+
+/// Settings for some of the files.
+struct Override {
+    std::vector<IgnoreRule> rules; ///< of "files", the last that matches decides
+    std::vector<Setting> settings;
+
+    /// `path` is relative to the folder of the options file.
+    bool isFor(std::string_view path) const;
+};
+
+/// What one options file says. Where it is wrong there is a problem, and the rest is read all the same.
+struct OptionsFile {
+    std::u16string text;
+    bool isRoot = true; ///< options files in folders above have no say
+    std::vector<Extension> extensions;
+    std::vector<Setting> settings;
+    std::vector<Override> overrides;
+    std::vector<Problem> problems; ///< all have the status Usage
+};
+
+/// Reads the bytes of an options file: JSON with comments and trailing commas, in UTF-8.
+OptionsFile readOptionsFile(std::string_view bytes);
+
+} // namespace ombrel

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "diagnostics/Message.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+enum class FileStatus {
+    Unchanged, ///< already formatted, or only checked for syntax
+    Formatted, ///< written back or printed
+    WouldChange,
+    Failed, ///< nothing was written
+};
+
+/// What became of one file.
+struct FileOutcome {
+    std::string path; ///< as the user knows it: bytes, not always UTF-8
+    FileStatus status = FileStatus::Unchanged;
+    std::uint32_t firstChangedLine = 0; ///< of a file that would change, from 1; 0 if nobody asked
+    std::vector<Message> messages;      ///< errors and warnings
+};
+
+/// The word for a status: "unchanged", "formatted", "would-change", "failed".
+const char* getWord(FileStatus status);
+
+/// The number of the first line, from 1, in which two texts differ. They must not be equal.
+std::uint32_t findFirstChangedLine(std::u16string_view before, std::u16string_view after);
+
+/// All that is wrong with a file: its messages, and that it would change. That one has a line but no column.
+std::vector<Problem> getFindings(const FileOutcome& outcome);
+
+/// Tells somebody how a run went. One reporter serves one run, and is called on one thread at a time.
+class Reporter {
+public:
+    virtual ~Reporter() = default;
+
+    /// Called once for each file, in the order of the input whatever order they were formatted in.
+    virtual void add(const FileOutcome& outcome) = 0;
+
+    /// Called for a problem that belongs to no file and kept the run from taking any.
+    virtual void addFailure(const Problem& problem) = 0;
+
+    /// Called once, behind the last file.
+    virtual void finish() {}
+};
+
+} // namespace ombrel

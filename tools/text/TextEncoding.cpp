@@ -1,0 +1,147 @@
+#include "text/TextEncoding.h"
+
+#include "text/LineSplitter.h"
+
+#include <stdexcept>
+
+#include <fmt/format.h>
+#include <unicode/ustring.h>
+#include <utf8.h>
+
+namespace ombrel {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr char32_t replacement = 0xFFFD;
+
+// The converter counts in signed 32-bit numbers, so long texts go through it in pieces.
+constexpr std::size_t pieceLength = std::size_t{1} << 24;
+
+bool isContinuationByte(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+bool isLeadSurrogate(char16_t c) {
+    return (c & 0xFC00) == 0xD800;
+}
+
+/// A piece from the front that ends between two characters. In broken text, where that may be hopeless, the
+/// end is anywhere: the converter reports the fault in one piece or the other.
+std::string_view getPiece(std::string_view bytes) {
+    if (bytes.size() <= pieceLength) {
+        return bytes;
+    }
+    std::size_t length = pieceLength;
+    while (length > pieceLength - 4 && isContinuationByte(bytes[length])) {
+        --length;
+    }
+    return bytes.substr(0, length);
+}
+
+std::u16string_view getPiece(std::u16string_view text) {
+    if (text.size() <= pieceLength) {
+        return text;
+    }
+    return text.substr(0, isLeadSurrogate(text[pieceLength - 1]) ? pieceLength - 1 : pieceLength);
+}
+
+/// Appends `bytes` to `text`; false for bad bytes if there is no `substitute` (-1).
+bool appendDecoded(std::u16string& text, std::string_view bytes, UChar32 substitute) {
+    while (!bytes.empty()) {
+        const std::string_view piece = getPiece(bytes);
+        const std::size_t start = text.size();
+        text.resize(start + piece.size());
+        std::int32_t length = 0;
+        UErrorCode error = U_ZERO_ERROR;
+        u_strFromUTF8WithSub(text.data() + start, static_cast<std::int32_t>(piece.size()), &length,
+                             piece.data(), static_cast<std::int32_t>(piece.size()), substitute, nullptr,
+                             &error);
+        if (U_FAILURE(error)) {
+            return false;
+        }
+        text.resize(start + static_cast<std::size_t>(length));
+        bytes.remove_prefix(piece.size());
+    }
+    return true;
+}
+
+/// Appends `text` to `bytes`; false for half a surrogate pair if there is no `substitute` (-1).
+bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substitute) {
+    while (!text.empty()) {
+        const std::u16string_view piece = getPiece(text);
+        const std::size_t start = bytes.size();
+        bytes.resize(start + 3 * piece.size());
+        std::int32_t length = 0;
+        UErrorCode error = U_ZERO_ERROR;
+        u_strToUTF8WithSub(bytes.data() + start, static_cast<std::int32_t>(3 * piece.size()), &length,
+                           piece.data(), static_cast<std::int32_t>(piece.size()), substitute, nullptr,
+                           &error);
+        if (U_FAILURE(error)) {
+            return false;
+        }
+        bytes.resize(start + static_cast<std::size_t>(length));
+        text.remove_prefix(piece.size());
+    }
+    return true;
+}
+
+Problem describeBadByte(std::string_view bytes) {
+    const auto bad = utf8::find_invalid(bytes.begin(), bytes.end());
+    std::u16string before;
+    appendDecoded(before, bytes.substr(0, static_cast<std::size_t>(bad - bytes.begin())), -1);
+
+    LineSplitter lines(before);
+    std::uint32_t line = 0;
+    std::size_t column = 0;
+    while (const auto next = lines.getNext()) {
+        ++line;
+        column = next->content.size() + 1;
+    }
+    return {ExitStatus::Refused,
+            fmt::format("this is not UTF-8: the byte 0x{:02X} can't stand here",
+                        static_cast<unsigned char>(*bad)),
+            line, static_cast<std::uint32_t>(column)};
+}
+
+} // namespace
+
+std::variant<DecodedText, Problem> decode(std::string_view bytes) {
+    if (bytes.size() > maximalByteCount) {
+        return Problem{ExitStatus::Refused, "this text is too large: 4 GiB is the limit"};
+    }
+    DecodedText result;
+    result.hasByteOrderMark = bytes.starts_with(byteOrderMark);
+    if (result.hasByteOrderMark) {
+        bytes.remove_prefix(byteOrderMark.size());
+    }
+    if (!appendDecoded(result.text, bytes, -1)) {
+        return describeBadByte(bytes);
+    }
+    return result;
+}
+
+std::u16string decodeLossy(std::string_view bytes) {
+    if (bytes.starts_with(byteOrderMark)) {
+        bytes.remove_prefix(byteOrderMark.size());
+    }
+    std::u16string text;
+    appendDecoded(text, bytes, replacement);
+    return text;
+}
+
+std::string encode(const DecodedText& source) {
+    std::string bytes(source.hasByteOrderMark ? byteOrderMark : std::string_view());
+    if (!appendEncoded(bytes, source.text, -1)) {
+        throw std::invalid_argument("half a surrogate pair can't be written as UTF-8");
+    }
+    return bytes;
+}
+
+std::string encodeLossy(std::u16string_view text) {
+    std::string bytes;
+    appendEncoded(bytes, text, replacement);
+    return bytes;
+}
+
+} // namespace ombrel
