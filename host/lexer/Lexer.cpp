@@ -82,7 +82,7 @@ void Lexer::emit(TokenType type, std::size_t end) {
 /// added for luck. Half as much again is the least, so that growing stays cheap when the guess is bad, and a
 /// token for each character left is the most. The first few thousand characters are too few to guess from.
 void Lexer::reserveTokens() {
-    constexpr std::size_t sample = 4096;
+    const std::size_t sample = std::max<std::size_t>(4096, size / 32);
     const std::size_t atMost = tokens.size() + (size - position) + 1;
     const std::size_t atLeast = std::max<std::size_t>(64, tokens.size() + tokens.size() / 2);
     const double density =
