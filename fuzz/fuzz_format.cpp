@@ -1,12 +1,9 @@
-// The whole of ca_format: only blanks at line edges change, lines outside the range stay as they are, and
-// formatting the result again changes nothing.
+// The whole of ca_format: only whitespace at line edges changes, lines outside the range stay as they are,
+// formatting the result again changes nothing, and the line engine has the same result.
 
 #include "FuzzText.h"
 
-#include "format/IndentationGuard.h"
 #include "support/LineFormatting.h"
-
-#include <ca/lexer/lex.h>
 
 namespace {
 
@@ -25,7 +22,7 @@ LineOptions makeOptions(const std::uint8_t* bytes) {
     return options;
 }
 
-/// A CR, blanks and an LF are two line ends, and one when the blanks of the second line have gone.
+/// A CR, whitespace and an LF are two line ends, and one without the whitespace.
 bool canJoinLineEnds(const std::u16string& text) {
     for (std::size_t cr = text.find(u'\r'); cr != text.npos; cr = text.find(u'\r', cr + 1)) {
         const std::size_t next = text.find_first_not_of(u" \t", cr + 1);
@@ -44,11 +41,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const LineOptions options = makeOptions(data);
     const std::u16string text = makeText(data + 4, size - 4);
-    if (canJoinLineEnds(text) ||
-        ombrel::findRunawayIndentation(ca::lexer::lex(text), makeSettings(options)).has_value()) {
+    const std::optional<std::u16string> edited = formatWithEngine(text, options);
+    if (!edited || canJoinLineEnds(text)) {
         return 0;
     }
     const std::u16string once = formatLines(text, options);
+    if (once != *edited) {
+        fail("the engine has another result than the library");
+    }
     if (const std::string change = findForeignChange(text, once, options); !change.empty()) {
         fail(change);
     }

@@ -1,79 +1,52 @@
-#include "format/IndentationGuard.h"
+#include "format/LineEngine.h"
 
 #include "support/DeepInput.h"
 
-#include <ca/lexer/lex.h>
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
+#include <optional>
 
 namespace {
 
-using namespace ca::formatting::legacy;
-using ca::lexer::lex;
-using ombrel::findRunawayIndentation;
+using ombrel::LineRange;
 
-Settings makeSettings(std::uint32_t indentSize, FunctionStyle style = FunctionStyle::All) {
-    return {1, 0xFFFFFFFF, 1, 4, indentSize, style, BlankLineStyle::Trim};
+/// The line at which the text is refused, 0 if it is not; its message in `message`.
+std::uint32_t findRunaway(const std::u16string& text, std::uint32_t indentSize, std::string& message,
+                          const std::vector<LineRange>& ranges = {}) {
+    const auto result = ombrel::formatLines(text, {.indentSize = indentSize}, ranges, {});
+    const auto* problem = std::get_if<ombrel::Problem>(&result);
+    message = problem == nullptr ? "" : problem->text;
+    return problem == nullptr ? 0 : problem->line;
 }
 
 TEST(IndentationGuard, FindsRunawayTexts) {
     const std::u16string deep = repeat(u"if a, ", 1'563) + u"\nx\n";
-    EXPECT_EQ(findRunawayIndentation(lex(deep), makeSettings(4)), std::nullopt);
-    const auto wide = findRunawayIndentation(lex(deep), makeSettings(64));
-    ASSERT_TRUE(wide);
-    EXPECT_EQ(wide->line, 2U);
-    EXPECT_EQ(wide->width, 100'032U);
-
-    EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"else\n", 30'000)), makeSettings(4)));
-    EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"if a\ncase end\n", 30'000)), makeSettings(4)));
-    EXPECT_TRUE(findRunawayIndentation(lex(repeat(u"[\ncase ]\n", 30'000)), makeSettings(4)));
-    const auto total =
-        findRunawayIndentation(lex(repeat(u"if a\n", 900) + repeat(u"x\n", 50'000)), makeSettings(64));
-    ASSERT_TRUE(total);
-    EXPECT_EQ(total->width, 57'600U);
-}
-
-TEST(IndentationGuard, CountsLinesInFrontOfTheRange) {
-    Settings settings = makeSettings(4);
-    settings.firstLine = 2;
-    const std::u16string text = std::u16string(50'000, u' ') + u"x\n" + repeat(u"x\n", 10);
-    EXPECT_EQ(findRunawayIndentation(lex(text), settings), std::nullopt);
-    settings.firstLine = 3;
-    EXPECT_TRUE(findRunawayIndentation(lex(std::u16string(200'000, u' ') + u"x\n\nx\n"), settings));
-}
-
-TEST(IndentationGuard, AgreesWithTheFormatterOnTokenSoup) {
-    const std::u16string_view words[] = {
-        u"if a",   u"for i=1", u"switch x",   u"case 1",     u"else",    u"catch", u"end",  u"[", u"]",
-        u"{",      u"}",       u"\n",         u"\n",         u"\n",      u"...\n", u"\n  ", u"x", u"%c\n",
-        u"\n%{\n", u"\n%}\n",  u"function f", u"classdef A", u"methods", u", ",    u"try"};
-    std::minstd_rand random(1);
-    int runaways = 0;
-    for (int round = 0; round < 60; ++round) {
+    struct Row {
         std::u16string text;
-        const std::size_t part = 1 + random() % 8;
-        for (std::size_t i = 0; i < part; ++i) {
-            text += std::u16string(words[random() % std::size(words)]) + u' ';
-        }
-        text = repeat(text, 2'000);
-        // 64 columns a level make the guard's limit as near as it gets.
-        const Settings settings = makeSettings(64, static_cast<FunctionStyle>(random() % 3));
-        const auto tokens = lex(text);
-        if (findRunawayIndentation(tokens, settings)) {
-            ++runaways;
-            continue;
-        }
-        LegacyFormatter formatter(settings);
-        for (const auto& line : formatter.getLines(formatter.indentCode(tokens))) {
-            const std::size_t width =
-                std::min(line[0].lexeme.find_first_not_of(u" \t"), line[0].lexeme.size());
-            ASSERT_LE(width, ombrel::maximalIndentation);
-        }
+        std::uint32_t indentSize;
+        std::uint32_t line;
+        const char* message;
+    };
+    const Row rows[] = {
+        {deep, 4, 0, ""},
+        {deep, 64, 2, "this line would be indented by 100032 columns"},
+        {u"if a, if a, if a, if a\nx = [\nend\nend\nx = [\nend\ny", 4, 7, "by 4294967292 columns"},
+        {repeat(u"if a\n", 900) + repeat(u"x\n", 800), 64, 1'617, "would add 67190400 characters"},
+        {repeat(u"else\n", 5'800), 4, 0, ""},
+        {repeat(u"[\ncase ]\n", 5'000), 4, 8'214, "characters"},
+    };
+    for (const Row& row : rows) {
+        std::string message;
+        EXPECT_EQ(findRunaway(row.text, row.indentSize, message), row.line) << message;
+        EXPECT_NE(message.find(row.message), message.npos) << message;
     }
-    EXPECT_LT(runaways, 60);
+}
+
+TEST(IndentationGuard, CountsWhatARangeWrites) {
+    std::string message;
+    const std::u16string wide = std::u16string(200'000, u' ') + u"x ...\ny\n" + repeat(u"z\n", 10);
+    EXPECT_EQ(findRunaway(wide, 4, message, {{3, 9}}), 0U);
+    EXPECT_EQ(findRunaway(wide, 4, message, {{2, 2}}), 2U) << "indented like the line before the range";
 }
 
 } // namespace

@@ -1,14 +1,13 @@
 #include <ca/formatting/LegacyFormatter.h>
 #include <ca/formatting/ca_format.h>
+#include <ca/formatting/lineWalk.h>
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <stdexcept>
 
-using ca::formatting::legacy::BlankLineStyle;
-using ca::formatting::legacy::FunctionStyle;
-using ca::formatting::legacy::LegacyFormatter;
-using ca::formatting::legacy::Settings;
+using namespace ca::formatting::legacy;
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 using Line = std::vector<Token>;
@@ -245,6 +244,32 @@ TEST(LegacyFormatter, FindsFunctionEndsBehindBracketsOfItsOwnKindOnly) {
     EXPECT_FALSE(closesFunction(TokenType::OpenSquareBracket, TokenType::CloseBrace));
     EXPECT_TRUE(closesFunction(TokenType::OpeningKeyword4, TokenType::End));
     EXPECT_FALSE(closesFunction(TokenType::OpeningKeyword4, name));
+}
+
+/// The nesting after an opening token on its line, and a line with a token of the type in its middle.
+std::string trackMiddle(TokenType opening, std::optional<TokenType> middle) {
+    LegacyFormatter formatter(spaces());
+    formatter.trackIndentationCausedByLine(makeLine({{opening, u"o"}, {lf, u"\n"}}));
+    Line line(3, {name, u"a", 1, 1});
+    if (middle) {
+        line.push_back({*middle, u"m", 1, 1});
+    }
+    line.insert(line.end(), 3, {name, u"a", 1, 1});
+    formatter.trackIndentationCausedByLine(line);
+    const Line stack(formatter.nestingStack.begin(), formatter.nestingStack.end());
+    return describe(stack) + std::to_string(formatter.currentIndentation) +
+           (formatter.inContinuation ? " continued" : "");
+}
+
+TEST(LineWalk, LeavesOutTokensWithoutEffectOnly) {
+    for (int number = 0; number <= 100; ++number) {
+        const auto type = static_cast<TokenType>(number);
+        bool hasEffect = false;
+        for (const TokenType opening : {TokenType::OpeningKeyword4, TokenType::OpenBrace}) {
+            hasEffect = hasEffect || trackMiddle(opening, type) != trackMiddle(opening, std::nullopt);
+        }
+        EXPECT_EQ(changesNesting(type), hasEffect) << number;
+    }
 }
 
 TEST(CaFormat, ReturnsARowOfCharacters) {

@@ -59,11 +59,4 @@ TEST(Reporter, WritesEveryForm) {
     expectGolden("report.human", report(reporter, human));
 }
 
-TEST(Reporter, NamesTheFirstLineThatChanges) {
-    EXPECT_EQ(findFirstChangedLine(u"a\r\nb\rc", u"a\r\nb\r c"), 3U);
-    EXPECT_EQ(findFirstChangedLine(u"a\nb", u"a\rb"), 1U);
-    EXPECT_EQ(findFirstChangedLine(u"a\nb", u"a\nb\nc"), 2U);
-    EXPECT_EQ(findFirstChangedLine(u"a\nb", u"a"), 1U);
-}
-
 } // namespace

@@ -1,5 +1,7 @@
 #include "support/LineFormatting.h"
 
+#include "format/LineEngine.h"
+
 #include <ca/formatting/LegacyFormatter.h>
 #include <ca/formatting/ca_format.h>
 
@@ -106,6 +108,17 @@ std::u16string formatLines(const std::u16string& text, const LineOptions& option
 ca::formatting::legacy::Settings makeSettings(const LineOptions& options) {
     return {options.firstLine,  options.lastLine,          options.useSpaces ? 1U : 0U, options.tabSize,
             options.indentSize, getFunctionStyle(options), getBlankLineStyle(options)};
+}
+
+std::optional<std::u16string> formatWithEngine(const std::u16string& text, const LineOptions& options) {
+    const ombrel::LineOptions line{options.indentSize, options.tabSize, !options.useSpaces,
+                                   getFunctionStyle(options), getBlankLineStyle(options)};
+    const auto result = ombrel::formatLines(text, line, {{options.firstLine, options.lastLine}}, {});
+    if (const auto* edits = std::get_if<ombrel::Edits>(&result)) {
+        return ombrel::applyEdits(text, *edits);
+    }
+    const bool isRunaway = std::get<ombrel::Problem>(result).line != 0;
+    return isRunaway ? std::nullopt : std::optional(text);
 }
 
 std::vector<ca::lexer::Token> indentTokens(const std::vector<ca::lexer::Token>& tokens,

@@ -6,6 +6,7 @@
 #include <ca/lexer/Token.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,9 @@ ca::formatting::legacy::Settings makeSettings(const LineOptions& options);
 
 /// The text of the array that `ca_format` returns.
 std::u16string formatLines(const std::u16string& text, const LineOptions& options);
+
+/// The result of the line engine of the tools, empty if it refuses the text because of its indentation.
+std::optional<std::u16string> formatWithEngine(const std::u16string& text, const LineOptions& options);
 
 /// What LegacyFormatter makes of the tokens with the same options.
 std::vector<ca::lexer::Token> indentTokens(const std::vector<ca::lexer::Token>& tokens,

@@ -7,8 +7,10 @@
 #include "format/SyntaxCheck.h"
 #include "git/ChangedFiles.h"
 #include "text/Diff.h"
+#include "text/Edit.h"
 #include "text/TextEncoding.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <sstream>
@@ -35,8 +37,22 @@ ExitStatus getStatus(FileError::Kind kind) {
     return ExitStatus::WriteFailed;
 }
 
-/// A formatted text, or why there is none.
-using Outcome = std::variant<std::u16string, std::vector<Problem>>;
+/// What to change in a text, or why nothing is.
+using Outcome = std::variant<Edits, std::vector<Problem>>;
+
+/// One edit for everything from the first to the last difference.
+Edits findDifference(std::u16string_view before, std::u16string_view after) {
+    if (before == after) {
+        return {};
+    }
+    const auto first = std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first;
+    const auto start = static_cast<std::size_t>(first - before.begin());
+    before.remove_prefix(start);
+    after.remove_prefix(start);
+    const auto last = std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first;
+    const auto kept = static_cast<std::size_t>(last - before.rbegin());
+    return {{start, before.size() - kept, std::u16string(after.substr(0, after.size() - kept))}};
+}
 
 /// The work on one input.
 class Task {
@@ -94,15 +110,15 @@ private:
             report(*problems, source.text);
             return;
         }
-        auto& text = std::get<std::u16string>(formatted);
-        if (text == source.text) {
+        const auto& edits = std::get<Edits>(formatted);
+        if (edits.empty()) {
             deliverUnchanged(std::move(bytes));
             return;
         }
         if (wantsFirstChangedLine && (arguments.check || arguments.diff)) {
-            outcome.firstChangedLine = findFirstChangedLine(source.text, text);
+            outcome.firstChangedLine = findLine(source.text, edits.front().offset);
         }
-        deliverChanged(bytes, encode({std::move(text), source.hasByteOrderMark}));
+        deliverChanged(bytes, applyEdits(bytes, edits));
     }
 
     Outcome layOut(const std::u16string& text, const Suppression& suppression) const {
@@ -117,7 +133,7 @@ private:
         if (auto* problem = std::get_if<Problem>(&formatted)) {
             return std::vector<Problem>{std::move(*problem)};
         }
-        return std::get<std::u16string>(std::move(formatted));
+        return std::get<Edits>(std::move(formatted));
     }
 
     Outcome layOutTree(const std::u16string& text, const FileOptions& options,
@@ -131,7 +147,11 @@ private:
         }
         const TreeOptions treeOptions{options.formattingJson, options.indentationEnabled,
                                       arguments.mixedLineEnds};
-        return formatTree(text, treeOptions, treeFormatter, suppression);
+        auto formatted = formatTree(text, treeOptions, treeFormatter, suppression);
+        if (auto* problems = std::get_if<std::vector<Problem>>(&formatted)) {
+            return std::move(*problems);
+        }
+        return findDifference(text, std::get<std::u16string>(formatted));
     }
 
     std::vector<LineRange> getLines(std::u16string_view text) const {

@@ -1,10 +1,9 @@
 #include "format/LineEngine.h"
 
 #include "format/IndentationGuard.h"
-#include "format/SafetyCheck.h"
-#include "text/LineSplitter.h"
 
 #include <ca/formatting/LegacyFormatter.h>
+#include <ca/formatting/lineWalk.h>
 #include <ca/lexer/lex.h>
 
 #include <algorithm>
@@ -13,15 +12,23 @@
 
 #include <fmt/format.h>
 
+// The formatter works on tokens and may change any of them. What counts here is only the whitespace that a
+// line has at its edges before and after: where that differs, it is an edit. Everything else is the source
+// text.
+
 namespace ombrel {
 
 namespace {
 
-using ca::formatting::legacy::LegacyFormatter;
-using ca::formatting::legacy::Settings;
+using namespace ca::formatting::legacy;
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+using Tokens = std::vector<Token>;
 
 constexpr std::uint32_t lastPossibleLine = std::numeric_limits<std::uint32_t>::max();
+constexpr std::u16string_view whitespace = u" \t";
 
+/// Ranges in ascending order, none of which touches another.
 std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
     std::sort(ranges.begin(), ranges.end(),
               [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
@@ -36,75 +43,189 @@ std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
     return merged;
 }
 
-std::size_t countLines(std::u16string_view text) {
-    std::size_t count = 0;
-    LineSplitter lines(text);
-    while (lines.getNext()) {
-        ++count;
-    }
-    return count;
-}
-
-std::optional<Problem> checkRange(std::u16string_view text, const LineRange& last) {
-    const std::size_t count = countLines(text);
+/// A text that ends in a line end has an empty line after it, which a range may start with, but which isn't
+/// counted for people.
+std::optional<Problem> checkRange(const Tokens& tokens, const LineRange& last) {
+    const std::uint32_t count = tokens.back().line;
     if (last.first <= count) {
         return std::nullopt;
     }
-    return Problem{ExitStatus::Usage,
-                   fmt::format("the lines {}:{} begin behind the end: the text has {} {}", last.first,
-                               last.last, count, count == 1 ? "line" : "lines")};
+    const bool isLastLineEmpty = tokens.back().column == 1;
+    return Problem{ExitStatus::Usage, fmt::format("--lines {}:{} starts after the last line ({})", last.first,
+                                                  last.last, count - (isLastLineEmpty ? 1 : 0))};
 }
 
-Problem describe(const RunawayIndentation& runaway) {
+Problem makeProblem(const RunawayIndentation& runaway) {
     constexpr const char* advice = "; look above for an `end`, a bracket or an `else` that has no partner";
     const std::string text =
         runaway.width > maximalIndentation
             ? fmt::format("this line would be indented by {} columns{}", runaway.width, advice)
-            : fmt::format("up to this line indentation would add {} blanks{}", runaway.blankCount, advice);
+            : fmt::format("up to this line indentation would add {} characters{}", runaway.whitespaceCount,
+                          advice);
     return {ExitStatus::Refused, text, runaway.line, 1};
 }
 
-/// What `ca_format` does, but for looking at the tokens on the way.
-std::variant<std::u16string, Problem> formatRange(const std::u16string& text, const LineOptions& options,
-                                                  const LineRange& range) {
-    const Settings settings{range.first,       range.last,         options.useTabs ? 0U : 1U,
-                            options.tabSize,   options.indentSize, options.functionStyle,
-                            options.blankLines};
-    const auto tokens = ca::lexer::lex(text);
-    if (const auto runaway = findRunawayIndentation(tokens, settings)) {
-        return describe(*runaway);
+std::size_t countLeadingWhitespace(std::u16string_view text) {
+    return std::min(text.find_first_not_of(whitespace), text.size());
+}
+
+/// Appends the whitespace that the line starts with, which may be in several tokens.
+void appendLeadingWhitespace(std::u16string& run, const Tokens& line) {
+    for (const Token& token : line) {
+        const std::size_t length = countLeadingWhitespace(token.lexeme);
+        run.append(token.lexeme, 0, length);
+        if (length != token.lexeme.size()) {
+            return;
+        }
     }
-    LegacyFormatter formatter(settings);
-    return formatter.getFormattedText(formatter.indentCode(tokens));
+}
+
+/// A line without its line end.
+std::u16string_view getContent(std::u16string_view line) {
+    return line.substr(0, line.find_last_not_of(u"\r\n") + 1);
+}
+
+std::u16string_view getContent(const Token& token) {
+    return getContent(std::u16string_view(token.lexeme));
+}
+
+/// Whether whitespace is left before the line's end. Empty tokens have no say, the end of the text above all.
+bool endsInWhitespace(const Tokens& line) {
+    const auto last = std::find_if(line.rbegin(), line.rend(),
+                                   [](const Token& token) { return !getContent(token).empty(); });
+    return last != line.rend() && whitespace.find(getContent(*last).back()) != whitespace.npos;
+}
+
+/// One run over the lines of a text.
+class LineRun {
+public:
+    LineRun(const std::u16string& text, const Settings& settings, const std::vector<LineRange>& ranges,
+            const Suppression& suppression)
+        : text(text), formatter(settings), guard(text.size()), range(ranges.begin()), rangeEnd(ranges.end()),
+          region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
+
+    void run(Tokens tokens) {
+        formatter.functionsHaveEnds = formatter.checkForFunctionEnds(tokens) ? 1 : 0;
+        forEachOutline(tokens, [this](Tokens& line, std::size_t length) { return takeLine(line, length); });
+    }
+
+    std::variant<Edits, Problem> getResult() {
+        if (const auto& runaway = guard.getRunaway()) {
+            return makeProblem(*runaway);
+        }
+        return std::move(edits);
+    }
+
+private:
+    /// False if the lines that follow don't matter.
+    bool takeLine(Tokens& line, std::size_t length) {
+        startLine();
+        if (range == rangeEnd) {
+            return false;
+        }
+        const std::u16string_view source = std::u16string_view(text).substr(offset, length);
+        const LineSteps steps = getLineSteps(formatter, getPlace(), line);
+        if (steps.trims) {
+            formatter.removeTrailingWhitespaceInPlace(line);
+        }
+        if (steps.indents && !indent(line)) {
+            return false;
+        }
+        if (steps.tracks) {
+            formatter.trackIndentationCausedByLine(line);
+        }
+        if (steps.trims && !isSuppressed()) {
+            addEdits(source, line);
+        }
+        offset += source.size();
+        return true;
+    }
+
+    void startLine() {
+        ++number;
+        while (range != rangeEnd && range->last < number) {
+            ++range;
+        }
+        while (region != regionEnd && region->end <= offset) {
+            ++region;
+        }
+    }
+
+    LinePlace getPlace() const { return number < range->first ? LinePlace::BeforeRange : LinePlace::InRange; }
+
+    bool isSuppressed() const { return region != regionEnd && region->begin <= offset; }
+
+    bool indent(Tokens& line) {
+        const bool isEnd = line.front().type == TokenType::EndOfInput;
+        const std::uint32_t width = isEnd ? 0 : formatter.calculateIndentationOfLine(line);
+        if (!guard.allows(number, width, formatter.calculateNumOfWhitespaceChar(width))) {
+            return false;
+        }
+        formatter.indentLineInPlace(line);
+        return true;
+    }
+
+    /// What has become of the whitespace at the edges of the line at `offset`.
+    void addEdits(std::u16string_view source, const Tokens& line) {
+        const std::u16string_view content = getContent(source);
+        const std::size_t leading = countLeadingWhitespace(content);
+        indentation.clear();
+        appendLeadingWhitespace(indentation, line);
+        const bool isBlank = leading == content.size();
+        if (content.substr(0, leading) != indentation && !(isBlank && joinsLineEnds(source))) {
+            edits.push_back({offset, leading, indentation});
+        }
+        const std::size_t kept = content.find_last_not_of(whitespace) + 1;
+        if (!isBlank && kept != content.size() && !endsInWhitespace(line)) {
+            edits.push_back({offset + kept, content.size() - kept, {}});
+        }
+    }
+
+    /// Whether a blank line that loses its whitespace would disappear: its LF would belong to the CR before
+    /// it.
+    bool joinsLineEnds(std::u16string_view source) const {
+        return indentation.empty() && source.ends_with(u'\n') && !source.ends_with(u"\r\n") && offset > 0 &&
+               text[offset - 1] == u'\r';
+    }
+
+    const std::u16string& text;
+    LegacyFormatter formatter;
+    IndentationGuard guard;
+    std::vector<LineRange>::const_iterator range; ///< that ends at this line or after it
+    std::vector<LineRange>::const_iterator rangeEnd;
+    std::vector<SuppressedRegion>::const_iterator region; ///< likewise
+    std::vector<SuppressedRegion>::const_iterator regionEnd;
+    std::uint32_t number = 0; ///< of the line
+    std::size_t offset = 0;   ///< of the line in the text
+    std::u16string indentation;
+    Edits edits;
+};
+
+Settings makeSettings(const LineOptions& options) {
+    return {1,
+            lastPossibleLine,
+            options.useTabs ? 0U : 1U,
+            options.tabSize,
+            options.indentSize,
+            options.functionStyle,
+            options.blankLines};
 }
 
 } // namespace
 
-std::variant<std::u16string, Problem> formatLines(const std::u16string& text, const LineOptions& options,
-                                                  std::vector<LineRange> ranges,
-                                                  const Suppression& suppression) {
+std::variant<Edits, Problem> formatLines(const std::u16string& text, const LineOptions& options,
+                                         std::vector<LineRange> ranges, const Suppression& suppression) {
     if (ranges.empty()) {
         ranges.push_back({1, lastPossibleLine});
     }
     ranges = mergeRanges(std::move(ranges));
-    if (const auto problem = checkRange(text, ranges.back())) {
-        return *problem;
+    Tokens tokens = ca::lexer::lex(text);
+    if (auto problem = checkRange(tokens, ranges.back())) {
+        return *std::move(problem);
     }
-    std::u16string result = text;
-    for (const LineRange& range : ranges) {
-        auto formatted = formatRange(result, options, range);
-        if (const auto* problem = std::get_if<Problem>(&formatted)) {
-            return *problem;
-        }
-        result = std::move(std::get<std::u16string>(formatted));
-    }
-    auto restored = restoreSuppressed(text, suppression, std::move(result));
-    if (const auto* formatted = std::get_if<std::u16string>(&restored)) {
-        if (const auto problem = checkOnlyEdgesChanged(text, *formatted)) {
-            return *problem;
-        }
-    }
-    return restored;
+    LineRun run(text, makeSettings(options), ranges, suppression);
+    run.run(std::move(tokens));
+    return run.getResult();
 }
 
 } // namespace ombrel

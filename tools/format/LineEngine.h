@@ -3,6 +3,7 @@
 #include "diagnostics/Message.h"
 #include "format/Options.h"
 #include "format/Suppression.h"
+#include "text/Edit.h"
 #include "text/LineRange.h"
 
 #include <string>
@@ -11,15 +12,16 @@
 
 namespace ombrel {
 
-/// Reindents a text as `ca_format` does, all of it or, if there are ranges, these lines only. Ranges are
-/// merged where they overlap and formatted in ascending order, each on the result of the one before, since
-/// earlier lines set the level of later ones. Suppressed lines count as if they were formatted, and stay as
-/// they are.
+/// Reindents a text as `ca_format` does: all of it or, if there are ranges, these lines only. Ranges may be
+/// in any order and overlap. Lines before a range set its level: those of other ranges as they are formatted,
+/// all others as they are. Suppressed lines count as if they were formatted, but are not changed.
 ///
-/// Gives a problem if a range begins behind the last line, if the indentation would get out of hand, or if
-/// the result isn't the same text but for blanks at the edges of lines.
-std::variant<std::u16string, Problem> formatLines(const std::u16string& text, const LineOptions& options,
-                                                  std::vector<LineRange> ranges,
-                                                  const Suppression& suppression);
+/// Each edit replaces the whitespace (spaces and tabs) at the start or at the end of one line, and nothing
+/// else, whatever the formatter does. Where removing the whitespace of a blank line would join the CR before
+/// it and the LF after it into one line end, the line is left as it is.
+///
+/// Returns a problem if a range starts after the last line, or if the indentation would get out of hand.
+std::variant<Edits, Problem> formatLines(const std::u16string& text, const LineOptions& options,
+                                         std::vector<LineRange> ranges, const Suppression& suppression);
 
 } // namespace ombrel

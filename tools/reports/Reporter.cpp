@@ -1,7 +1,5 @@
 #include "reports/Reporter.h"
 
-#include "text/LineSplitter.h"
-
 #include <algorithm>
 
 namespace ombrel {
@@ -18,18 +16,6 @@ const char* getWord(FileStatus status) {
         break;
     }
     return "failed";
-}
-
-std::uint32_t findFirstChangedLine(std::u16string_view before, std::u16string_view after) {
-    LineSplitter beforeLines(before);
-    LineSplitter afterLines(after);
-    for (std::uint32_t number = 1;; ++number) {
-        const auto a = beforeLines.getNext();
-        const auto b = afterLines.getNext();
-        if (!a || !b || a->content != b->content || a->end != b->end) {
-            return number;
-        }
-    }
 }
 
 std::vector<Problem> getFindings(const FileOutcome& outcome) {

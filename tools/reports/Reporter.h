@@ -27,9 +27,6 @@ struct FileOutcome {
 /// The word for a status: "unchanged", "formatted", "would-change", "failed".
 const char* getWord(FileStatus status);
 
-/// The number of the first line, from 1, in which two texts differ. They must not be equal.
-std::uint32_t findFirstChangedLine(std::u16string_view before, std::u16string_view after);
-
 /// All that is wrong with a file: its messages, and that it would change. That one has a line but no column.
 std::vector<Problem> getFindings(const FileOutcome& outcome);
 

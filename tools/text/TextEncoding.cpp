@@ -2,6 +2,7 @@
 
 #include "text/LineSplitter.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -12,7 +13,6 @@ namespace ombrel {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr char32_t replacement = 0xFFFD;
 
 // The converter counts in signed 32-bit numbers, so long texts go through it in pieces.
@@ -66,8 +66,19 @@ bool appendDecoded(std::u16string& text, std::string_view bytes, UChar32 substit
     return true;
 }
 
-/// Appends `text` to `bytes`; false for half a surrogate pair if there is no `substitute` (-1).
-bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substitute) {
+bool isAscii(char16_t c) {
+    return c < 0x80;
+}
+
+/// Removes the text before `end` from `text` and returns it.
+std::u16string_view takeFront(std::u16string_view& text, std::u16string_view::const_iterator end) {
+    const std::u16string_view front = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(front.size());
+    return front;
+}
+
+/// Appends a text that needs the converter; false for half a surrogate pair if there is no `substitute` (-1).
+bool appendConverted(std::string& bytes, std::u16string_view text, UChar32 substitute) {
     while (!text.empty()) {
         const std::u16string_view piece = getPiece(text);
         const std::size_t start = bytes.size();
@@ -82,6 +93,23 @@ bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substit
         }
         bytes.resize(start + static_cast<std::size_t>(length));
         text.remove_prefix(piece.size());
+    }
+    return true;
+}
+
+/// Appends `text` to `bytes`; false for half a surrogate pair if there is no `substitute` (-1). The converter
+/// needs room for the worst case, so ASCII, which is most of all text, doesn't go through it.
+bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substitute) {
+    while (!text.empty()) {
+        const auto ascii = takeFront(text, std::find_if_not(text.begin(), text.end(), isAscii));
+        const std::size_t start = bytes.size();
+        bytes.resize(start + ascii.size());
+        std::transform(ascii.begin(), ascii.end(), bytes.data() + start,
+                       [](char16_t c) { return static_cast<char>(c); });
+        const auto other = takeFront(text, std::find_if(text.begin(), text.end(), isAscii));
+        if (!appendConverted(bytes, other, substitute)) {
+            return false;
+        }
     }
     return true;
 }
@@ -130,11 +158,16 @@ std::u16string decodeLossy(std::string_view bytes) {
     return text;
 }
 
-std::string encode(const DecodedText& source) {
-    std::string bytes(source.hasByteOrderMark ? byteOrderMark : std::string_view());
-    if (!appendEncoded(bytes, source.text, -1)) {
+void appendEncoded(std::string& bytes, std::u16string_view text) {
+    if (!appendEncoded(bytes, text, -1)) {
         throw std::invalid_argument("half a surrogate pair can't be written as UTF-8");
     }
+}
+
+std::string encode(const DecodedText& source) {
+    std::string bytes(source.hasByteOrderMark ? byteOrderMark : std::string_view());
+    bytes.reserve(bytes.size() + source.text.size());
+    appendEncoded(bytes, source.text);
     return bytes;
 }
 

@@ -13,6 +13,8 @@ namespace ombrel {
 /// text has more lines or longer lines than they can count.
 constexpr std::uint64_t maximalByteCount = 0xFFFF'FFFE;
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// A file's text. The byte-order mark belongs to the file, not to the text, and is kept aside.
 struct DecodedText {
     std::u16string text;
@@ -27,6 +29,9 @@ std::u16string decodeLossy(std::string_view bytes);
 
 /// The bytes of a file. Throws std::invalid_argument for half a surrogate pair, which no decoded text has.
 std::string encode(const DecodedText& source);
+
+/// Appends `text` in UTF-8. Throws std::invalid_argument for half a surrogate pair.
+void appendEncoded(std::string& bytes, std::u16string_view text);
 
 /// UTF-8 for showing: a replacement character stands for half a surrogate pair.
 std::string encodeLossy(std::u16string_view text);

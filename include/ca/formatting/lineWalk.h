@@ -3,7 +3,9 @@
 #include <ca/formatting/LegacyFormatter.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 // LegacyFormatter::indentCode() one line at a time, for callers that look at each line on its way: to stop in
@@ -40,6 +42,63 @@ void forEachLine(Iterator begin, Iterator end, Visit visit) {
             return;
         }
         begin = next;
+    }
+}
+
+/// True for a token that changes the nesting wherever it is in its line. Of the other tokens, the steps below
+/// look only at the first two and the last two of a line, which are of the last three before one is removed.
+inline bool changesNesting(ca::lexer::TokenType type) {
+    using enum ca::lexer::TokenType;
+    switch (type) {
+    case Function:
+    case OpeningKeyword3:
+    case OpeningKeyword4:
+    case OpeningKeyword5:
+    case OpeningKeyword6:
+    case OpeningKeyword7:
+    case OpeningKeyword13:
+    case ClassLevelKeyword20:
+    case OpeningKeyword21:
+    case ClassLevelKeyword22:
+    case OpeningKeyword23:
+    case OpeningKeyword24:
+    case OpeningKeyword25:
+    case OpeningKeyword26:
+    case OpenSquareBracket:
+    case OpenBrace:
+    case CloseSquareBracket:
+    case CloseBrace:
+    case End:
+    case Continuation:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Calls `visit(line, length)` with the outline of each line: the tokens that the steps look at, moved to a
+/// scratch list, and the length of the whole line in 16-bit characters. For callers who don't need the rest
+/// of the line, which is most of it. Stops when `visit` returns false.
+template <class Visit>
+void forEachOutline(std::vector<ca::lexer::Token>& tokens, Visit visit) {
+    std::vector<ca::lexer::Token> line;
+    for (std::size_t begin = 0, end = 0; begin != tokens.size(); begin = end) {
+        std::size_t length = 0;
+        bool isLineEnd = false;
+        while (end != tokens.size() && !isLineEnd) {
+            length += tokens[end].lexeme.size();
+            isLineEnd = endsLine(tokens[end].type);
+            ++end;
+        }
+        line.clear();
+        for (std::size_t index = begin; index != end; ++index) {
+            if (index < begin + 2 || index + 3 >= end || changesNesting(tokens[index].type)) {
+                line.push_back(std::move(tokens[index]));
+            }
+        }
+        if (!visit(line, length)) {
+            return;
+        }
     }
 }
 

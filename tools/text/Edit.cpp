@@ -1,0 +1,97 @@
+#include "text/Edit.h"
+
+#include "text/LineSplitter.h"
+#include "text/TextEncoding.h"
+
+namespace ombrel {
+
+namespace {
+
+/// How many 16-bit characters a character has whose encoding starts with this byte; 0 for its other bytes.
+std::size_t getUnitCount(char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    if ((value & 0xC0) == 0x80) {
+        return 0;
+    }
+    return value >= 0xF0 ? 2 : 1;
+}
+
+/// Walks over UTF-8 by offsets that count 16-bit characters.
+class Utf8Walk {
+public:
+    explicit Utf8Walk(std::string_view bytes) : bytes(bytes) {}
+
+    /// The bytes from here to `offset`, which is then the new place.
+    std::string_view moveTo(std::size_t offset) {
+        const std::size_t begin = position;
+        while (units < offset) {
+            units += getUnitCount(bytes[position]);
+            ++position;
+        }
+        while (position < bytes.size() && getUnitCount(bytes[position]) == 0) {
+            ++position;
+        }
+        return bytes.substr(begin, position - begin);
+    }
+
+    std::string_view getRest() const { return bytes.substr(position); }
+
+private:
+    std::string_view bytes;
+    std::size_t position = 0; ///< in bytes
+    std::size_t units = 0;    ///< the same place in 16-bit characters
+};
+
+std::size_t getInsertedLength(const Edits& edits) {
+    std::size_t length = 0;
+    for (const Edit& edit : edits) {
+        length += edit.text.size();
+    }
+    return length;
+}
+
+} // namespace
+
+std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
+    std::u16string result;
+    result.reserve(text.size() + getInsertedLength(edits));
+    std::size_t done = 0;
+    for (const Edit& edit : edits) {
+        result += text.substr(done, edit.offset - done);
+        result += edit.text;
+        done = edit.offset + edit.length;
+    }
+    return result += text.substr(done);
+}
+
+std::string applyEdits(std::string_view bytes, const Edits& edits) {
+    std::string result;
+    result.reserve(bytes.size() + getInsertedLength(edits));
+    if (bytes.starts_with(byteOrderMark)) {
+        result = byteOrderMark;
+        bytes.remove_prefix(byteOrderMark.size());
+    }
+    Utf8Walk walk(bytes);
+    for (const Edit& edit : edits) {
+        result += walk.moveTo(edit.offset);
+        appendEncoded(result, edit.text);
+        walk.moveTo(edit.offset + edit.length);
+    }
+    return result += walk.getRest();
+}
+
+std::uint32_t findLine(std::u16string_view text, std::size_t offset) {
+    LineSplitter lines(text);
+    std::uint32_t number = 0;
+    std::size_t end = 0;
+    while (const auto line = lines.getNext()) {
+        ++number;
+        end += line->content.size() + line->end.size();
+        if (offset < end) {
+            break;
+        }
+    }
+    return number;
+}
+
+} // namespace ombrel
