@@ -41,27 +41,46 @@ std::string findFault(Break breakTree) {
 
 } // namespace
 
-TEST(FormatTree, DumpsItsLeaves) {
-    TreeBuilder builder(u"a  =");
-    const auto tree = builder.finish(builder.container(Kind::None, "TUT"));
-    EXPECT_EQ(tree->dumpLeaves(), u"  Token_NameToken27_L1_C1   \"a\"\n"
-                                  u"    UnnecessaryWhitespace  \"  \"\n"
-                                  u"       Token_Assign_L1_C4   \"=\"\n");
-}
-
-TEST(FormatTree, KeepsItsInvariants) {
+TEST(FormatTree, KeepsItsInvariantsAndServesSeveralPasses) {
     const auto tree = makeSample();
     EXPECT_EQ(checkTreeInvariants(sample, *tree), std::vector<std::string>());
-    const auto* root = static_cast<ContainerNode*>(tree->getRootText());
-    EXPECT_EQ(root->getName(), u"ContainerNode_[WhitespaceNode_T0_T0]_[Token_EndOfInput_L4_C1]");
-    EXPECT_EQ(root->getLeafBefore(), std::nullopt);
-}
-
-TEST(FormatTree, GivesTheSourceWithNothingSwitchedOnAndServesSeveralPasses) {
-    const auto tree = makeSample();
     EXPECT_EQ(formatTree(tree, makeConfig({})), sample);
     EXPECT_EQ(formatTree(tree, makeConfig({.trim = true, .indentation = true})), u"if a+b\n    c;% d\nend\n");
     EXPECT_EQ(formatTree(tree, makeConfig({})), sample);
+}
+
+TEST(FormatTree, NamesItsGapsByTheirTokens) {
+    const FormatTree empty(u"");
+    const auto& root = static_cast<const ContainerNode&>(*empty.getRootText());
+    EXPECT_EQ(root.getName(), u"ContainerNode_[WhitespaceNode_T0_T0]_[Token_EndOfInput_L1_C1]");
+    EXPECT_EQ(root.getLeafBefore(), std::nullopt);
+    const FormatTree tree(u"x  = y;\n");
+    EXPECT_EQ((*tree.getFirstLeaf())->getNext().value()->getNext().value()->getName(),
+              u"WhitespaceNode_T1_T2");
+}
+
+/// What each family of nodes waits for.
+TEST(FormatTree, LinksNodesByTheirDependencies) {
+    using Nodes = std::unordered_set<FormatNode*>;
+    TreeBuilder builder(u"a+b;");
+    IndentNode* program = builder.getLevel();
+    builder.enterLevel();
+    const auto inner = builder.take("TB");
+    builder.leaveLevel();
+    ContainerNode* chain = builder.container(Kind::PlusMinus, inner);
+    auto outer = builder.take("TA");
+    ContainerNode* last = builder.container(Kind::None, {outer[1], builder.take("T").front()});
+    ContainerNode* root = builder.container(Kind::None, {chain, outer[0], last});
+    IndentNode* level = static_cast<LeafNode*>(inner[1])->getIndent();
+    const auto tree = builder.finish(root);
+    EXPECT_EQ(program->getDependencies(), Nodes());
+    EXPECT_EQ(level->getDependencies(), Nodes{program});
+    EXPECT_EQ(root->getDependencies(), Nodes());
+    EXPECT_EQ(chain->getDependencies(), (Nodes{root, level}));
+    EXPECT_EQ(last->getDependencies(), (Nodes{root, outer[0], program}));
+    EXPECT_EQ(inner[0]->getDependencies(), Nodes{chain});
+    EXPECT_EQ(inner[1]->getDependencies(), (Nodes{chain, inner[0]}));
+    EXPECT_EQ(outer[0]->getDependencies(), (Nodes{root, inner[1]}));
 }
 
 TEST(FormatTree, DestroysEachNodeOnceAndTheFirstOneFirst) {

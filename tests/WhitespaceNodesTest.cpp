@@ -104,41 +104,48 @@ TEST(WhitespaceNodes, ClassifyAndRenderRuns) {
     }
 }
 
-TEST(WhitespaceNodes, StartNoLineInFrontOfAFile) {
+TEST(WhitespaceNodes, StartNoLineBeforeTheFirst) {
     TreeBuilder builder(u"  % c\n");
-    const auto* run = static_cast<WhitespaceNode*>(builder.take("L").front());
-    EXPECT_EQ(describeItems(*run), "CES");
+    EXPECT_EQ(describeItems(static_cast<const WhitespaceNode&>(*builder.take("L").front())), "CES");
 }
 
 TEST(WhitespaceNodes, CountARewrittenLineStartAsOneLevelHoweverDeepItIs) {
     EXPECT_EQ(Gap(u"\n", 'L', 0).render(indent), (Rendered{u"\n", 4}));
     EXPECT_EQ(Gap(u"\n", 'L', 2).render(indent), (Rendered{u"\n        ", 4}));
-}
-
-TEST(WhitespaceNodes, IndentBlankLinesOnRequest) {
     EXPECT_EQ(Gap(u"\n \n", 'L').render(indentBlank), (Rendered{u"\n    \n    ", 4}));
 }
 
-TEST(WhitespaceNodes, TakeTheSourceOrTheTrimmedTextWhereNoLineCanBreak) {
-    EXPECT_EQ(Gap(u" \r\n ", 'N').render(indent), (Rendered{u" \r\n ", 4}));
-    EXPECT_EQ(Gap(u" \r\n ", 'U').render({}), (Rendered{u" \r\n ", 1}));
-    EXPECT_EQ(Gap(u" \n ", 'N').render(trim), (Rendered{u" ", 3}));
-    EXPECT_EQ(Gap(u"", 'N').render(trim), (Rendered{u" ", 3}));
-    EXPECT_EQ(Gap(u"", 'N').render({}), (Rendered{u"", 2}));
-    EXPECT_EQ(Gap(u" \n ", 'U').render(trim), (Rendered{u"", 2}));
-    EXPECT_EQ(Gap(u"% c\r\n", 'N').render({}), (Rendered{u"% c\n", 0}));
-}
-
-TEST(WhitespaceNodes, MeasureThemselvesOnOneLine) {
-    const auto getWidth = [](const std::u16string& run, char step, const TestOptions& options) {
-        return Gap(run, step).node->getInlineWidth(makeConfig(options));
+/// Where no line can break, the text is the source's or one that is always the same, and no line start is
+/// rewritten.
+TEST(WhitespaceNodes, MeasureAndRenderWhereNoLineCanBreak) {
+    struct Row {
+        const char16_t* run;
+        char step;
+        TestOptions options;
+        Rendered rendered;
+        std::optional<std::uint64_t> width; ///< on one line
     };
-    EXPECT_EQ(getWidth(u" \t", 'N', {}), 2U);
-    EXPECT_EQ(getWidth(u" \n", 'N', trim), 1U);
-    EXPECT_EQ(getWidth(u" \n", 'N', {}), std::nullopt);
-    EXPECT_EQ(getWidth(u" \n", 'U', trim), 0U);
-    EXPECT_EQ(getWidth(u" ...", 'U', {}), 4U);
-    EXPECT_EQ(getWidth(u" \n", 'L', {}), 2U);
-    EXPECT_EQ(getWidth(u" \n", 'B', {}), 1U);
-    EXPECT_EQ(getWidth(u"% c", 'U', trim), std::nullopt);
+    const std::optional<std::uint64_t> unknown;
+    const Row rows[] = {
+        {u" \r\n ", 'N', indent, {u" \r\n ", 4}, unknown},
+        {u" \r\n ", 'U', {}, {u" \r\n ", 1}, unknown},
+        {u" \n ", 'N', trim, {u" ", 3}, 1},
+        {u" \n ", 'U', trim, {u"", 2}, 0},
+        {u"", 'N', trim, {u" ", 3}, 1},
+        {u"", 'N', {}, {u"", 2}, 0},
+        {u" \t", 'N', {}, {u" \t", 4}, 2},
+        {u" ...", 'U', {}, {u" ...", 6}, 4},
+        {u"% c\r\n", 'N', {}, {u"% c\n", 0}, unknown},
+        {u"% c", 'U', trim, {u"% c", 5}, unknown},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(Rendered{row.run, 0}) + row.step);
+        Gap gap(row.run, row.step);
+        EXPECT_EQ(gap.render(row.options), row.rendered);
+        EXPECT_EQ(gap.node->getInlineWidth(makeConfig(row.options)), row.width);
+    }
+    EXPECT_EQ(Gap(u" \n", 'L').node->getInlineWidth(makeConfig({})), 2U);
+    EXPECT_EQ(Gap(u" \n", 'B').node->getInlineWidth(makeConfig({})), 1U);
+    EXPECT_EQ(Gap(u" ...c", 'L').node->getOriginalWidth(), unknown);
+    EXPECT_EQ(Gap(u" ;,", 'L').node->getOriginalWidth(), 3U);
 }

@@ -4,8 +4,7 @@
 
 #include <ca/lexer/lex.h>
 
-#include <functional>
-#include <optional>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -18,83 +17,53 @@ using Style = FormattingConfig::FunctionIndentStyle;
 
 namespace {
 
-/// The enumerator that is written as `text`.
-template <class Enumeration>
-std::optional<Enumeration> findEnumerator(const std::string& text) {
-    for (int number = 0; number < static_cast<int>(Kind::None); ++number) {
-        std::ostringstream name;
-        name << static_cast<Enumeration>(number);
-        if (name.str() == text) {
-            return static_cast<Enumeration>(number);
-        }
-    }
-    return std::nullopt;
-}
-
 template <class Value>
-std::optional<Value> find(const std::map<std::string, Value>& values, const std::string& text) {
-    const auto value = values.find(text);
-    return value == values.end() ? std::nullopt : std::optional(value->second);
+using Words = std::map<std::string, Value>;
+
+/// The enumerators that have a text, by that.
+template <class Enumeration>
+Words<Enumeration> makeWords() {
+    Words<Enumeration> words;
+    for (int number = 0; number < static_cast<int>(Kind::None); ++number) {
+        std::ostringstream text;
+        text << static_cast<Enumeration>(number);
+        words.emplace(text.str(), static_cast<Enumeration>(number));
+    }
+    words.erase("");
+    return words;
 }
 
-/// Each sets one option and throws std::bad_optional_access for a value that isn't one of its own.
-using Setter = std::function<void(TestOptions&, const std::string&)>;
+const Words<bool TestOptions::*> flags = {{"trimUnnecessaryWhitespace", &TestOptions::trim},
+                                          {"indentationEnabled", &TestOptions::indentation},
+                                          {"indentBlankLines", &TestOptions::indentBlankLines},
+                                          {"indentCaseBlocks", &TestOptions::indentCaseBlocks},
+                                          {"lineBreakingEnabled", &TestOptions::lineBreaking}};
+const Words<std::uint32_t TestOptions::*> numbers = {{"indentWidth", &TestOptions::indentWidth},
+                                                     {"columnLimit", &TestOptions::columnLimit}};
+const Words<bool> flagWords = {{"true", true}, {"false", false}};
+const Words<Style> styles = {
+    {"Classic", Style::Classic}, {"IndentNested", Style::IndentNested}, {"IndentAll", Style::IndentAll}};
+const Words<Character> characters = {{"Space", Character::Space}, {"Tab", Character::Tab}};
+const Words<Kind> kinds = makeWords<Kind>();
+const Words<Behavior> behaviors = makeWords<Behavior>();
+const Words<Placement> placements = makeWords<Placement>();
 
-Setter makeSetter(bool TestOptions::*option) {
-    return [option](TestOptions& options, const std::string& text) {
-        options.*option = find<bool>({{"true", true}, {"false", false}}, text).value();
-    };
-}
-
-Setter makeSetter(std::uint32_t TestOptions::*option) {
-    return [option](TestOptions& options, const std::string& text) {
-        options.*option = static_cast<std::uint32_t>(std::stoul(text));
-    };
-}
-
-const std::map<std::string, Setter>& getSetters() {
-    static const std::map<std::string, Setter> setters = {
-        {"formatter", [](TestOptions&, const std::string&) {}},
-        {"trimUnnecessaryWhitespace", makeSetter(&TestOptions::trim)},
-        {"indentationEnabled", makeSetter(&TestOptions::indentation)},
-        {"indentBlankLines", makeSetter(&TestOptions::indentBlankLines)},
-        {"indentCaseBlocks", makeSetter(&TestOptions::indentCaseBlocks)},
-        {"lineBreakingEnabled", makeSetter(&TestOptions::lineBreaking)},
-        {"indentWidth", makeSetter(&TestOptions::indentWidth)},
-        {"columnLimit", makeSetter(&TestOptions::columnLimit)},
-        {"functionIndentStyle",
-         [](TestOptions& options, const std::string& text) {
-             options.functionStyle = find<Style>({{"Classic", Style::Classic},
-                                                  {"IndentNested", Style::IndentNested},
-                                                  {"IndentAll", Style::IndentAll}},
-                                                 text)
-                                         .value();
-         }},
-        {"indentCharacter",
-         [](TestOptions& options, const std::string& text) {
-             options.indentCharacter =
-                 find<Character>({{"Space", Character::Space}, {"Tab", Character::Tab}}, text).value();
-         }},
-        {"lineBreakBehavior",
-         [](TestOptions& options, const std::string& text) {
-             options.lineBreakBehavior = findEnumerator<Behavior>(text).value();
-         }},
-        {"separatorPlacement",
-         [](TestOptions& options, const std::string& text) {
-             options.separatorPlacement = findEnumerator<Placement>(text).value();
-         }},
-    };
-    return setters;
-}
-
+/// Throws std::out_of_range for a key or value that there isn't.
 void setOption(TestOptions& options, const std::string& key, const std::string& value) {
-    const auto setter = getSetters().find(key);
-    if (setter != getSetters().end()) {
-        setter->second(options, value);
-    } else if (const auto behavior = findEnumerator<Behavior>(value)) {
-        options.behaviors[findEnumerator<Kind>(key).value()] = *behavior;
-    } else {
-        options.placements[findEnumerator<Kind>(key).value()] = findEnumerator<Placement>(value).value();
+    if (const auto flag = flags.find(key); flag != flags.end()) {
+        options.*flag->second = flagWords.at(value);
+    } else if (const auto number = numbers.find(key); number != numbers.end()) {
+        options.*number->second = static_cast<std::uint32_t>(std::stoul(value));
+    } else if (key == "functionIndentStyle") {
+        options.functionStyle = styles.at(value);
+    } else if (key == "indentCharacter") {
+        options.indentCharacter = characters.at(value);
+    } else if (behaviors.contains(value)) {
+        (key == "lineBreakBehavior" ? options.lineBreakBehavior : options.behaviors[kinds.at(key)]) =
+            behaviors.at(value);
+    } else if (key != "formatter") {
+        (key == "separatorPlacement" ? options.separatorPlacement : options.placements[kinds.at(key)]) =
+            placements.at(value);
     }
 }
 
@@ -106,7 +75,7 @@ TestOptions readTreeOptions(const GoldenOptions& options) {
     for (const auto& [key, value] : options) {
         try {
             setOption(result, key, value);
-        } catch (const std::bad_optional_access&) {
+        } catch (const std::out_of_range&) {
             throw std::runtime_error("no option of the tree formatter: " + key + ": " + value);
         }
     }
