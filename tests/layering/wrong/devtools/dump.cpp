@@ -1,4 +1,0 @@
-#include "Dump.h"
-#include "lexer/State.h"
-#include "tree/Node.cpp"
-#include "tree/Node.h"

@@ -1,3 +1,0 @@
-#pragma once
-#include <ca/Token.h>
-#include <lexer/State.h>

@@ -1,3 +1,0 @@
-#include "lexer/State.h"
-#include "ca/Token.h"
-#include "config/Options.h"

@@ -1,3 +1,0 @@
-#pragma once
-#include "config/Options.h"
-#include <ca/Token.h>

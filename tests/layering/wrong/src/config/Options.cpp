@@ -1,2 +1,0 @@
-#include "Options.h"
-#include "../tree/Node.h"

@@ -1,3 +1,0 @@
-#include "legacy/Levels.h"
-#include "lexer/State.h"
-#include <ca/formatting/door.h>

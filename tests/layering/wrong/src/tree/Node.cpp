@@ -1,3 +1,0 @@
-#include "tree/Node.h"
-#include "pass/FormatPass.h"
-#include <ca/Token.h>

@@ -1,4 +1,0 @@
-#pragma once
-#include "config/Options.h"
-#include "pass/FormatPass.h"
-#include <vector>

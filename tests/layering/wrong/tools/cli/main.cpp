@@ -1,3 +1,0 @@
-#include "tree/Node.h"
-#include <ca/Token.h>
-#include <ca/formatting/door.h>
