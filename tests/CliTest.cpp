@@ -23,7 +23,7 @@ std::u16string runScript(const std::u16string& script, const GoldenOptions& opti
 
 class Cli : public testing::TestWithParam<GoldenCase> {};
 
-TEST_P(Cli, PrintsWhatItHasTo) {
+TEST_P(Cli, PrintsTheExpectedText) {
     expectGolden(GetParam(), GetParam().results.front(), runScript);
 }
 

@@ -137,7 +137,7 @@ void replaceSource(Config& config, std::shared_ptr<ca::config::ConfigSource> sou
 
 } // namespace
 
-TEST(Configuration, EndsAChainAtThirtyTwoLayers) {
+TEST(Configuration, LimitsAChainToThirtyTwoLayers) {
     std::map<std::u16string, std::u16string> files;
     for (char16_t i = 1; i <= 100; ++i) {
         files[std::u16string(1, u'\u1000' + i)] =
@@ -283,7 +283,7 @@ TEST_F(ConfigManagerTest, ReadsRegularFilesInUtf8Only) {
               "top:1:13 extends: can't read \"good\uFFFD\": no file can have this name\n");
 }
 
-TEST_F(ConfigManagerTest, KnowsAFileByAnyName) {
+TEST_F(ConfigManagerTest, RecognizesAFileUnderEachOfItsNames) {
     fs::create_directory_symlink(".", folder / "here");
     fs::create_symlink("top", folder / "alias");
     write("top", "{}");

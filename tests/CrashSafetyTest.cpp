@@ -61,7 +61,7 @@ protected:
     std::vector<Call> calls;
 };
 
-TEST_F(CrashSafety, AKillLeavesTheOldFileOrTheNewOneWhole) {
+TEST_F(CrashSafety, LeavesTheOldOrTheNewFileWholeWhenKilled) {
     std::set<std::string> results;
     int leftovers = 0;
     for (const Call& call : calls) {
@@ -81,7 +81,7 @@ TEST_F(CrashSafety, AKillLeavesTheOldFileOrTheNewOneWhole) {
     EXPECT_LE(leftovers, 1);
 }
 
-TEST_F(CrashSafety, AFailingCallLeavesTheOldFileAndNothingElse) {
+TEST_F(CrashSafety, LeavesOnlyTheOldFileWhenACallFails) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizers probe memory with calls of their own, and don't expect them to fail";
 #endif
@@ -129,7 +129,7 @@ TEST_F(CrashSafety, WorksWithoutUnnamedFiles) {
 }
 
 /// Makes a replacement so slow that signals come in its middle.
-TEST_F(CrashSafety, ASignalLetsARunningReplacementFinishAndStartsNoOther) {
+TEST_F(CrashSafety, FinishesTheRunningReplacementOnASignal) {
     // Whatever the test runs under, such as nohup, doesn't decide which signals end the program.
     const std::string run =
         "env --default-signal=INT,TERM,HUP strace -o out/log -e inject=fsync:delay_enter=2000000 "
@@ -151,7 +151,7 @@ TEST_F(CrashSafety, ASignalLetsARunningReplacementFinishAndStartsNoOther) {
 }
 
 /// Reading what never comes, there is nothing to finish.
-TEST_F(CrashSafety, ASignalEndsAtOnceWhenNothingIsBeingReplaced) {
+TEST_F(CrashSafety, EndsAtOnceOnASignalWhenNothingIsReplaced) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the thread sanitizer holds signals back while a call waits for a pipe";
 #endif

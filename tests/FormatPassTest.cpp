@@ -109,20 +109,20 @@ std::array<std::size_t, 2> measureWork(std::u16string_view unit, std::size_t rep
 
 } // namespace
 
-TEST(FormatPass, RunsEachNodeOnceAndBehindWhatItWaitsFor) {
+TEST(FormatPass, RunsEachNodeOnceAfterItsDependencies) {
     EXPECT_EQ(Graph(u"abcd", {u"ab", u"bc", u"cd"}).run(), u"dcba");
     const std::u16string diamond = Graph(u"abcd", {u"ab", u"ac", u"bd", u"cd"}).run();
     EXPECT_TRUE(diamond == u"dbca" || diamond == u"dcba");
     EXPECT_EQ(Graph(u"abc", {u"ba", u"cb", u"ca"}).run(), u"abc");
 }
 
-TEST(FormatPass, NeverRunsACycleNorWhatWaitsForIt) {
+TEST(FormatPass, NeverRunsACycleOrItsDependents) {
     EXPECT_EQ(Graph(u"abcde", {u"ab", u"bc", u"ca", u"da"}).run(), u"e");
     EXPECT_EQ(Graph(u"ab", {u"aa"}).run(), u"b");
     EXPECT_EQ(Graph(u"abc", {u"ab", u"bb", u"ac"}).run(), u"c");
 }
 
-TEST(FormatPass, NeverRunsWhatWaitsForANodeThatIsNotInTheTree) {
+TEST(FormatPass, NeverRunsDependentsOfAForeignNode) {
     std::u16string log;
     ScriptedNode stray(u"s", log);
     for (FormatNode* foreign : {static_cast<FormatNode*>(&stray), static_cast<FormatNode*>(nullptr)}) {
@@ -150,7 +150,7 @@ TEST(FormatPass, RunsLongChainsAndNodesWithManyDependencies) {
     EXPECT_EQ(log.back(), names[0]);
 }
 
-TEST(FormatPass, RaisesOutOfRangeForAResultThatIsMissing) {
+TEST(FormatPass, ThrowsOutOfRangeForAMissingResult) {
     const ProgramIndentNode stray;
     Graph graph(u"a", {});
     graph[u'a'].action = [&stray](FormatPass& pass) { pass.getIndentation(stray); };
@@ -191,7 +191,7 @@ TEST(FormatPass, KeepsTheFirstResult) {
     EXPECT_EQ(pass.getIndentation(level), u"first");
 }
 
-TEST(FormatPass, KeepsTheFirstDecisionAndLooksForNoneWhereNoLineCanBreak) {
+TEST(FormatPass, KeepsTheFirstDecisionAndPreservesWhatCannotBreak) {
     TreeBuilder builder(u" a;b");
     const auto children = builder.take("UTLT");
     const auto& fixed = static_cast<WhitespaceNode&>(*children[0]);
@@ -205,7 +205,7 @@ TEST(FormatPass, KeepsTheFirstDecisionAndLooksForNoneWhereNoLineCanBreak) {
     EXPECT_EQ(pass.getBreakDecision(candidate), WhitespaceDecision::LineBreak);
 }
 
-TEST(FormatPass, WorksInProportionToTheText) {
+TEST(FormatPass, DoesWorkInProportionToTheText) {
     using Behavior = FormattingConfig::LineBreakBehavior;
     const std::u16string_view units[] = {
         u"if a\n  x = f(a, (b + c) * 2); % note\nelse\n\n  y = [1 2; 3 4];\nend\n",

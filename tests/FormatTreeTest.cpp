@@ -83,7 +83,7 @@ TEST(FormatTree, LinksNodesByTheirDependencies) {
     EXPECT_EQ(outer[0]->getDependencies(), (Nodes{root, inner[1]}));
 }
 
-TEST(FormatTree, DestroysEachNodeOnceAndTheFirstOneFirst) {
+TEST(FormatTree, DestroysEachNodeOnceInCreationOrder) {
     struct Witness : IndentNode {
         Witness(std::string& log, char name) : IndentNode(u""), log(log), name(name) {}
         ~Witness() override { log += name; }

@@ -102,7 +102,7 @@ protected:
 };
 
 /// A pattern or several a line, with bars for line ends; those that a file of text can't hold stand here.
-TEST_F(IgnoreRulesTest, MeansWhatGitMeans) {
+TEST_F(IgnoreRulesTest, MatchesGitCheckIgnore) {
     std::ifstream stream(OMBREL_SOURCE_DIR "/tests/golden/ignore_patterns.txt");
     std::vector<std::string> patterns = {"a ",
                                          "a\\ ",
@@ -119,7 +119,7 @@ TEST_F(IgnoreRulesTest, MeansWhatGitMeans) {
     expectGitsVerdicts(patterns);
 }
 
-TEST_F(IgnoreRulesTest, MeansWhatGitMeansForRandomPatterns) {
+TEST_F(IgnoreRulesTest, MatchesGitCheckIgnoreForRandomPatterns) {
     expectGitsVerdicts(makeRandomPatterns(200));
 }
 
@@ -135,7 +135,7 @@ TEST_F(IgnoreRulesTest, FindsFaultsOnlyInPatternsThatNeverMatch) {
     EXPECT_GT(faults, 100);
 }
 
-TEST_F(IgnoreRulesTest, TakesNoTimeForManyStars) {
+TEST_F(IgnoreRulesTest, MatchesManyStarsInLinearTime) {
     const std::string path = std::string(200, 'a') + '/' + std::string(200, 'a');
     EXPECT_FALSE(IgnoreRules("a*a*a*a*a*a*a*a*a*a*a*a*a*a*a*b").match(path, false));
     std::string deep = "a";

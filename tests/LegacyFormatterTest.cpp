@@ -273,14 +273,16 @@ TEST(LineWalk, LeavesOutTokensWithoutEffectOnly) {
 }
 
 TEST(CaFormat, ReturnsARowOfCharacters) {
-    const auto empty = ca_format(u"", 1, 9, true, 4, u"", 4, u"");
+    auto empty = ca_format(u"", 1, 9, true, 4, u"", 4, u"");
     EXPECT_EQ(empty->classID, 4);
     EXPECT_EQ(empty->complexity, 0);
     ASSERT_EQ(empty->numberOfDimensions, 2);
     EXPECT_EQ(empty->dimensions[0], 1);
     EXPECT_EQ(empty->dimensions[1], 0);
 
-    ca_format(3, nullptr, -1, nullptr);
+    const auto* const before = empty.get();
+    ca_format(1, &empty, -1, nullptr);
+    EXPECT_EQ(empty.get(), before) << "the other overload does nothing";
 }
 
 TEST(CaFormat, ReadsStyleWordsToTheLetter) {

@@ -119,7 +119,7 @@ TEST(TreeFormatter, KeepsItsPropertiesOnGeneratedPrograms) {
 }
 
 /// The golden cases have every kind of node that the parser delivers.
-TEST(TreeFormatter, MeetsEveryKindOfNode) {
+TEST(TreeFormatter, CoversEveryKindOfNode) {
     std::map<lf::astapi::NodeKind, std::size_t> counts;
     for (const GoldenFile& file :
          readGoldenFolder(std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden/tree")) {
@@ -135,7 +135,7 @@ TEST(TreeFormatter, MeetsEveryKindOfNode) {
     }
 }
 
-TEST(TreeFormatter, TakesLongChainsAndRefusesDeepNesting) {
+TEST(TreeFormatter, FormatsLongChainsAndRefusesDeepNesting) {
 #ifdef NDEBUG
     const std::size_t many = 100'000;
 #else
