@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <system_error>
 
 using namespace ombrel;
@@ -22,10 +23,11 @@ protected:
                                     "printf 'b;c;d' > b.omb; git rev-parse :a.omb | tr -d '\\n' > id");
     const Git git; // of the current folder
     DiskFileSystem disk;
+    const StagedFiles::LineComparison areSame = std::equal_to<>();
 };
 
 TEST_F(Staged, WhatWasStagedMeanwhileStays) {
-    StagedFiles staged(git, {{"a.omb", "a.omb", folder.read("id"), {}}}, disk);
+    StagedFiles staged(git, {{"a.omb", "a.omb", folder.read("id"), {}}}, disk, areSame);
     folder.shell("printf new > a.omb; git add .");
     EXPECT_EQ(staged.read("a.omb", 1000), "b;c");
     EXPECT_THROW(staged.read("a.omb", 2), FileError);
@@ -35,7 +37,7 @@ TEST_F(Staged, WhatWasStagedMeanwhileStays) {
 
 TEST_F(Staged, TheTreeEngineTouchesOnlyWorkTreesThatAreTheSame) {
     const std::string id = folder.read("id");
-    StagedFiles staged(git, {{"a.omb", "a.omb", id, {}}, {"b.omb", "b.omb", id, {}}}, disk);
+    StagedFiles staged(git, {{"a.omb", "a.omb", id, {}}, {"b.omb", "b.omb", id, {}}}, disk, areSame);
     staged.replace("a.omb", "b;c", "b;\nc");
     staged.replace("b.omb", "b;c", "b;\nc");
     EXPECT_EQ(readIndex("a.omb") + readIndex("b.omb"), "b;\ncb;\nc");

@@ -2,12 +2,15 @@
 
 #include "cli/ReporterSet.h"
 #include "cli/Run.h"
+#include "format/SafetyCheck.h"
 #include "git/ChangedFiles.h"
 #include "git/StagedFiles.h"
 #include "text/Printable.h"
+#include "text/TextEncoding.h"
 
 #include <ostream>
 #include <utility>
+#include <variant>
 
 namespace ombrel {
 
@@ -38,6 +41,14 @@ Arguments nameChanges(Arguments arguments, const std::vector<ChangedFile>& files
     return arguments;
 }
 
+std::u16string getText(const std::string& bytes) {
+    return std::get<DecodedText>(decode(bytes)).text;
+}
+
+bool areLinesKept(const std::string& before, const std::string& after) {
+    return !checkOnlyEdgesChanged(getText(before), getText(after));
+}
+
 ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& files) {
     const Git git;
     ChangeOptions options = arguments.changes;
@@ -48,7 +59,7 @@ ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& 
     if (!arguments.changes.isStaged) {
         return run(named, console, files);
     }
-    StagedFiles staged(git, changed.files, files);
+    StagedFiles staged(git, changed.files, files, areLinesKept);
     const ExitStatus status = run(named, console, staged);
     print(staged.getNotes(), arguments, console);
     return status;

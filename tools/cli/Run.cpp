@@ -10,6 +10,7 @@
 #include "files/FileSearch.h"
 #include "files/InputReader.h"
 #include "files/PathList.h"
+#include "git/GitIgnore.h"
 #include "options/OptionsReport.h"
 #include "options/StarterFile.h"
 
@@ -127,7 +128,8 @@ private:
                 paths.push_back(std::move(path));
             }
         }
-        return findFiles(paths, options, files);
+        GitIgnore ignored;
+        return findFiles(paths, options, files, ignored);
     }
 
     void list(const std::vector<Candidate>& candidates) {

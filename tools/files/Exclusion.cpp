@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -20,10 +21,22 @@ bool isThere(const std::filesystem::path& path) {
     return std::filesystem::exists(path, error);
 }
 
+/// The folder of the repository that a folder belongs to, empty if it belongs to none.
+std::string findRepository(const std::string& folder) {
+    for (std::filesystem::path path = folder;; path = path.parent_path()) {
+        if (isThere(path / ".git")) {
+            return path;
+        }
+        if (!path.has_relative_path()) {
+            return {};
+        }
+    }
+}
+
 } // namespace
 
-Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope)
-    : files(files), honorsGitignore(options.honorsGitignore), git(std::move(scope)) {
+Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored)
+    : files(files), ignored(ignored), honorsGitignore(options.honorsGitignore) {
     std::error_code error;
     currentFolder = std::filesystem::current_path(error);
     for (const std::string& pattern : options.patterns) {
@@ -33,7 +46,7 @@ Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, std::vecto
 
 void Exclusion::begin(const std::string& folder) {
     levels.clear();
-    const std::string repository = GitIgnore::findRepository(folder);
+    const std::string repository = findRepository(folder);
     const std::string top = repository.empty() ? "/" : repository;
     std::filesystem::path path = top;
     levels.push_back({top, repository, readRules(top)});
@@ -103,7 +116,7 @@ Exclusion::Decision Exclusion::decide(const std::string& path, bool isFolder) {
     }
     const std::string& repository = levels.back().repository;
     const bool isIgnored = honorsGitignore && !repository.empty() && isBelow(repository, path) &&
-                           git.isIgnored(repository, path, isFolder);
+                           ignored.isIgnored(repository, path, isFolder);
     return {isIgnored, false, isIgnored ? "ignored by git" : ""};
 }
 
@@ -122,9 +135,8 @@ Exclusion::Decision Exclusion::decideFromTop(const std::string& path, bool isFol
 
 std::vector<std::string> Exclusion::getWarnings() const {
     std::vector<std::string> warnings = unreadable;
-    for (const std::string& repository : git.getFailures()) {
-        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is",
-                                       getShortPath(currentFolder, repository)));
+    for (std::string& warning : ignored.getWarnings()) {
+        warnings.push_back(std::move(warning));
     }
     return warnings;
 }

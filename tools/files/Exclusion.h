@@ -2,8 +2,8 @@
 
 #include "files/FileSystem.h"
 #include "files/IgnoreRules.h"
+#include "files/IgnoredFiles.h"
 #include "files/SearchOptions.h"
-#include "git/GitIgnore.h"
 
 #include <optional>
 #include <string>
@@ -11,24 +11,24 @@
 
 namespace ombrel {
 
-/// Decides what a search leaves out. The first of these that has a word for a path has the last one: the
-/// patterns of the command line, the ignore files of the folders above it from the innermost to the
-/// outermost, git.
+/// Decides what a search leaves out. The first of these that says anything about a path decides: the patterns
+/// of the command line, the ignore files of the folders above it from the innermost to the outermost, the
+/// repository it is in.
 ///
-/// All paths are absolute and without symbolic links. Ignore files count up to the folder of the repository
-/// that the search began in, or up to the root if there is none.
+/// All paths are absolute and without symbolic links. Ignore files apply up to the folder of the repository
+/// that the search started in, or up to the root if there is none.
 class Exclusion {
 public:
     struct Decision {
         bool isExcluded;
-        bool isWanted;      ///< a pattern of the command line takes this very path, whatever its name ends in
-        std::string reason; ///< empty if nothing has a word for the path
+        bool isWanted; ///< a pattern of the command line includes this very path, whatever its name ends in
+        std::string reason; ///< empty if no rule is about the path
     };
 
-    /// `scope` is what GitIgnore wants to know.
-    Exclusion(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope);
+    /// Files and `ignored`, which knows its scope already, have to outlive it.
+    Exclusion(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored);
 
-    /// Begins a search in a folder: the ignore files of the folder and of those above it count from now on.
+    /// Starts a search in a folder: the ignore files of the folder and of those above it apply from now on.
     void begin(const std::string& folder);
 
     /// Goes on to a folder in the innermost one, and back.
@@ -38,10 +38,10 @@ public:
     /// Asks for something in the innermost folder.
     Decision decide(const std::string& path, bool isFolder);
 
-    /// Asks for a path and everything above it, as far as ignore files count. Begins a search.
+    /// Asks for a path and everything above it, as far as ignore files apply. Starts a search.
     Decision decideFromTop(const std::string& path, bool isFolder);
 
-    /// Ignore files that can't be read, and repositories that git can't tell about, as sentences.
+    /// Ignore files that can't be read, and repositories that can't be asked, as sentences.
     std::vector<std::string> getWarnings() const;
 
 private:
@@ -56,10 +56,10 @@ private:
     std::optional<Decision> askIgnoreFiles(const std::string& path, bool isFolder) const;
 
     FileSystem& files;
+    IgnoredFiles& ignored;
     bool honorsGitignore;
     std::string currentFolder;
     IgnoreRules commandLine;
-    GitIgnore git;
     std::vector<Level> levels; ///< from the outermost to the innermost folder
     std::vector<std::string> unreadable;
 };

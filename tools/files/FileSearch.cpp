@@ -72,8 +72,8 @@ std::vector<Entry> readFolder(const fs::path& folder, std::error_code& error) {
 
 class Search {
 public:
-    Search(const SearchOptions& options, FileSystem& files, std::vector<std::string> scope)
-        : options(options), exclusion(options, files, std::move(scope)) {}
+    Search(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored)
+        : options(options), exclusion(options, files, ignored) {}
 
     void addStandardInput() { add("-", Verdict::Taken, "named"); }
 
@@ -193,8 +193,8 @@ private:
 
 } // namespace
 
-SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options,
-                       FileSystem& files) {
+SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options, FileSystem& files,
+                       IgnoredFiles& ignored) {
     std::vector<bool> isFolder;
     std::vector<std::string> scope;
     for (const std::string& path : paths) {
@@ -203,7 +203,8 @@ SearchResult findFiles(const std::vector<std::string>& paths, const SearchOption
             scope.push_back(getRealPath(path));
         }
     }
-    Search search(options, files, std::move(scope));
+    ignored.setScope(std::move(scope));
+    Search search(options, files, ignored);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (paths[i] == "-") {
             search.addStandardInput();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/FileSystem.h"
+#include "files/IgnoredFiles.h"
 #include "files/SearchOptions.h"
 
 #include <string>
@@ -23,11 +24,10 @@ struct SearchResult {
     std::vector<std::string> warnings; ///< sentences
 };
 
-/// Finds the files that a run takes: those of `paths` that are no folders, and below the folders everything
-/// named
-/// `*.omb` that nothing leaves out. Symbolic links to folders are not followed, and nothing below a `.git`
-/// counts. A path that doesn't exist is taken for a file.
-SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options,
-                       FileSystem& files);
+/// Finds the files that a run formats: those of `paths` that are no folders, and below the folders everything
+/// named `*.omb` that nothing leaves out; `ignored` is asked once its scope is set. Symbolic links to folders
+/// are not followed, and a `.git` is not entered. A path that doesn't exist is treated as a file.
+SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options, FileSystem& files,
+                       IgnoredFiles& ignored);
 
 } // namespace ombrel

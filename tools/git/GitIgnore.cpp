@@ -9,6 +9,8 @@
 #include <system_error>
 #include <utility>
 
+#include <fmt/format.h>
+
 namespace ombrel {
 
 namespace {
@@ -45,18 +47,6 @@ std::optional<ProcessResult> ask(const std::vector<std::string>& command) {
 }
 
 } // namespace
-
-std::string GitIgnore::findRepository(const std::string& folder) {
-    for (std::filesystem::path path = folder;; path = path.parent_path()) {
-        std::error_code error;
-        if (std::filesystem::exists(path / ".git", error)) {
-            return path;
-        }
-        if (!path.has_relative_path()) {
-            return {};
-        }
-    }
-}
 
 /// What git has to look at: nothing special means all of it, which serves many paths better than a long list.
 std::vector<std::string> GitIgnore::getScopeIn(const std::string& repository) const {
@@ -95,6 +85,17 @@ bool GitIgnore::isIgnored(const std::string& repository, const std::string& path
     std::string name = getShortPath(repository, path);
     name += isFolder ? "/" : "";
     return getIgnored(repository).contains(name);
+}
+
+std::vector<std::string> GitIgnore::getWarnings() const {
+    std::error_code error;
+    const std::string currentFolder = std::filesystem::current_path(error);
+    std::vector<std::string> warnings;
+    for (const std::string& repository : failures) {
+        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is",
+                                       getShortPath(currentFolder, repository)));
+    }
+    return warnings;
 }
 
 } // namespace ombrel

@@ -1,29 +1,22 @@
 #pragma once
 
+#include "files/IgnoredFiles.h"
+
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace ombrel {
 
-/// Knows which files git ignores, from git itself, which is asked once for each repository that matters.
-/// Without git nothing is ignored.
-class GitIgnore {
+/// Which files git ignores, from git itself, which is asked once for each repository that matters. Nothing is
+/// ignored where there is no git.
+class GitIgnore : public IgnoredFiles {
 public:
-    /// `scope` are the files and folders, absolute and without symbolic links, that will be asked about, and
-    /// with them all that is below them.
-    explicit GitIgnore(std::vector<std::string> scope) : scope(std::move(scope)) {}
-
-    /// Both are absolute and without symbolic links. Of what is below an ignored folder only the folder is
-    /// known to be ignored.
-    bool isIgnored(const std::string& repository, const std::string& path, bool isFolder);
-
-    /// The folder of the repository that a folder belongs to, empty if it belongs to none.
-    static std::string findRepository(const std::string& folder);
-
-    /// Repositories for which git failed.
-    const std::vector<std::string>& getFailures() const { return failures; }
+    void setScope(std::vector<std::string> paths) override { scope = std::move(paths); }
+    bool isIgnored(const std::string& repository, const std::string& path, bool isFolder) override;
+    std::vector<std::string> getWarnings() const override;
 
 private:
     using Paths = std::unordered_set<std::string>; ///< relative to the repository; folders end in a slash
@@ -33,7 +26,7 @@ private:
 
     std::vector<std::string> scope;
     std::unordered_map<std::string, Paths> repositories;
-    std::vector<std::string> failures;
+    std::vector<std::string> failures; ///< repositories for which git failed
 };
 
 } // namespace ombrel

@@ -1,6 +1,5 @@
 #include "git/StagedFiles.h"
 
-#include "format/SafetyCheck.h"
 #include "git/GitDiff.h"
 #include "git/LineTransfer.h"
 #include "text/TextEncoding.h"
@@ -9,7 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <variant>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -107,19 +106,11 @@ private:
         if (*text == before) {
             return after;
         }
-        return areLinesKept(before, after) ? transferLines(before, after, hunks, *text) : *text;
-    }
-
-    static bool areLinesKept(const std::string& before, const std::string& after) {
-        return !checkOnlyEdgesChanged(getText(before), getText(after));
-    }
-
-    static std::u16string getText(const std::string& bytes) {
-        return std::get<DecodedText>(decode(bytes)).text;
+        return files.areLinesKept(before, after) ? transferLines(before, after, hunks, *text) : *text;
     }
 
     void noteIfDifferent(const std::string& before, const std::string& after) {
-        if (*text != after && *text != before && !areLinesKept(before, after)) {
+        if (*text != after && *text != before && !files.areLinesKept(before, after)) {
             leaveAlone("it isn't what is staged");
         }
     }
@@ -135,8 +126,9 @@ private:
     std::vector<Hunk> hunks;         ///< from the staged content to this one
 };
 
-StagedFiles::StagedFiles(const Git& git, const std::vector<ChangedFile>& files, FileSystem& workTree)
-    : git(git), workTree(workTree), otherIndex(findOtherIndex()) {
+StagedFiles::StagedFiles(const Git& git, const std::vector<ChangedFile>& files, FileSystem& workTree,
+                         LineComparison areLinesKept)
+    : git(git), workTree(workTree), areLinesKept(std::move(areLinesKept)), otherIndex(findOtherIndex()) {
     for (const ChangedFile& file : files) {
         staged.emplace(file.path, file);
     }

@@ -3,6 +3,7 @@
 #include "files/FileSystem.h"
 #include "git/ChangedFiles.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -26,7 +27,11 @@ namespace ombrel {
 /// outlive it.
 class StagedFiles : public FileSystem {
 public:
-    StagedFiles(const Git& git, const std::vector<ChangedFile>& staged, FileSystem& workTree);
+    /// Says whether two texts, as bytes, have the same lines but for whitespace at their edges.
+    using LineComparison = std::function<bool(const std::string& before, const std::string& after)>;
+
+    StagedFiles(const Git& git, const std::vector<ChangedFile>& staged, FileSystem& workTree,
+                LineComparison areLinesKept);
 
     /// What is staged is a file, whatever the work tree has in its place.
     bool isFolder(const std::string& path) override {
@@ -54,6 +59,7 @@ private:
     const Git& git;
     std::map<std::string, ChangedFile> staged; ///< by ChangedFile::path
     FileSystem& workTree;
+    LineComparison areLinesKept;
     std::string
         otherIndex; ///< that of the repository, if a commit of named files works on an index of its own
     mutable std::mutex mutex; ///< held while the index is written, guards `notes`
