@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <system_error>
 
@@ -65,14 +66,19 @@ TEST(GitDiffText, LinesOfCodeAreNeverTakenForHeaders) {
 
 TEST(RunProcess, ExchangesMuchTextInBothDirections) {
     const std::vector<std::string> environment{"PATH=/usr/bin:/bin", "X=5"};
+    constexpr std::chrono::minutes minute{1};
     const std::string much(5'000'000, 'x');
-    const auto echo = runProcess({"sh", "-c", "tee /dev/fd/2; exit $X"}, environment, much);
+    const auto echo = runProcess({"sh", "-c", "tee /dev/fd/2; exit $X"}, environment, much, minute);
     EXPECT_EQ(echo.status, 5);
     EXPECT_TRUE(echo.out == much && echo.err == much);
-    EXPECT_EQ(runProcess({"true"}, environment, much).status, 0); // nobody reads it
-    EXPECT_EQ(runProcess({"cat"}, environment, "").out, "");      // it doesn't wait for ours
-    EXPECT_EQ(runProcess({"sh", "-c", "kill -9 $$"}, environment, much).status, 137);
-    EXPECT_THROW(runProcess({"no-such-program"}, environment, ""), std::system_error);
+    EXPECT_EQ(runProcess({"true"}, environment, much, minute).status, 0); // nobody reads it
+    EXPECT_EQ(runProcess({"cat"}, environment, "", minute).out, "");      // it doesn't wait for ours
+    EXPECT_EQ(runProcess({"sh", "-c", "kill -9 $$"}, environment, much, minute).status, 137);
+    EXPECT_THROW(runProcess({"no-such-program"}, environment, "", minute), std::system_error);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_THROW(runProcess({"sleep", "50"}, environment, "", std::chrono::milliseconds(20)),
+                 std::system_error);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
 }
 
 } // namespace

@@ -144,9 +144,8 @@ public:
         findDifferent();
         if (!options.isStaged) {
             findUntracked();
-        } else {
-            leaveFilteredOut();
         }
+        leaveFilteredOut();
         selection.checkExistence(result.files);
         std::sort(result.files.begin(), result.files.end(),
                   [](const ChangedFile& a, const ChangedFile& b) { return a.pathInTree < b.pathInTree; });
@@ -226,6 +225,7 @@ private:
         }
     }
 
+    /// What git has of such a file isn't its text, and its filter isn't run.
     void leaveFilteredOut() {
         std::string paths;
         for (const ChangedFile& file : result.files) {
@@ -240,7 +240,7 @@ private:
         for (std::size_t i = 0; i + 2 < items.size(); i += 3) {
             if (items[i + 2] != "unspecified" && items[i + 2] != "unset") {
                 filtered.insert(items[i]);
-                leaveOut(items[i], "left out: what is staged went through the filter " + items[i + 2]);
+                leaveOut(items[i], "left out: it goes through the filter " + items[i + 2]);
             }
         }
         std::erase_if(result.files,

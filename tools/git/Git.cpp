@@ -1,33 +1,16 @@
 #include "git/Git.h"
 
-#include "diagnostics/Message.h"
-#include "git/Process.h"
-#include "text/ListSplitter.h"
+#include "text/Printable.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <system_error>
+#include <utility>
 
 #include <fmt/format.h>
 
 namespace ombrel {
 
 namespace {
-
-/// Without the variables that give paths or diffs another meaning.
-std::vector<std::string> getEnvironment() {
-    return getEnvironmentWithout({"GIT_LITERAL_PATHSPECS", "GIT_GLOB_PATHSPECS", "GIT_NOGLOB_PATHSPECS",
-                                  "GIT_ICASE_PATHSPECS", "GIT_EXTERNAL_DIFF", "GIT_DIFF_OPTS"});
-}
-
-/// git's messages name files, so each line is made fit for a terminal.
-std::string getPrintableLines(std::string_view text) {
-    std::string lines;
-    for (const std::string& line : splitList(text, '\n')) {
-        lines += (lines.empty() ? "" : "\n") + getPrintableName(line);
-    }
-    return lines;
-}
 
 std::string withoutLineEnd(std::string text) {
     if (text.ends_with('\n')) {
@@ -36,37 +19,44 @@ std::string withoutLineEnd(std::string text) {
     return text;
 }
 
-ProcessResult start(const std::vector<std::string>& words, const std::vector<std::string>& environment,
-                    std::string_view input) {
-    try {
-        return runProcess(words, environment, input);
-    } catch (const std::system_error& error) {
-        throw GitError(error.code() == std::errc::no_such_file_or_directory
-                           ? std::string("git isn't installed, and what changed is known to nobody else")
-                           : fmt::format("can't start git: {}", error.what()));
+} // namespace
+
+Git::Git() : environment(makeGitEnvironment(RepositoryChoice::Environment)) {
+    ProcessResult result = runGit({"rev-parse", "--show-toplevel"}, environment);
+    if (result.status != 0) {
+        throw GitError(fmt::format("not inside a git work tree: {}", getPrintableLines(result.err)));
+    }
+    top = withoutLineEnd(std::move(result.out));
+    const std::string folder = withoutLineEnd(runGit({"rev-parse", "--absolute-git-dir"}, environment).out);
+    if (std::getenv("GIT_DIR") != nullptr) {
+        setVariable("GIT_DIR", folder);
+        setVariable("GIT_WORK_TREE", top);
+    } else {
+        checkTop(folder);
+    }
+    driverOptions = disableDrivers(top, environment);
+}
+
+/// A repository can name any folder as its work tree, and its files would be formatted in place of those that
+/// the user sees.
+void Git::checkTop(const std::string& folder) const {
+    const ProcessResult found = runGit({"-C", top, "rev-parse", "--absolute-git-dir"}, environment);
+    if (withoutLineEnd(found.out) != folder && std::getenv("GIT_WORK_TREE") == nullptr) {
+        throw GitError(fmt::format("the configuration of this repository (core.worktree) names another work "
+                                   "tree: {}; set GIT_DIR and GIT_WORK_TREE if this is meant",
+                                   getPrintableName(top)));
     }
 }
 
-} // namespace
-
-Git::Git() : environment(getEnvironment()) {
-    ProcessResult result = start({"git", "rev-parse", "--show-toplevel"}, environment, {});
-    if (result.status != 0) {
-        throw GitError(
-            fmt::format("here is no work tree of a git repository: {}", getPrintableLines(result.err)));
-    }
-    top = withoutLineEnd(std::move(result.out));
-    if (std::getenv("GIT_DIR") != nullptr) {
-        result = start({"git", "rev-parse", "--absolute-git-dir"}, environment, {});
-        setVariable("GIT_DIR", withoutLineEnd(std::move(result.out)));
-        setVariable("GIT_WORK_TREE", top);
-    }
+ProcessResult Git::start(const std::vector<std::string>& words, std::string_view input) const {
+    std::vector<std::string> all{"-C", top};
+    all.insert(all.end(), driverOptions.begin(), driverOptions.end());
+    all.insert(all.end(), words.begin(), words.end());
+    return runGit(all, environment, input);
 }
 
 std::string Git::run(const std::vector<std::string>& words, std::string_view input) const {
-    std::vector<std::string> all{"git", "-C", top};
-    all.insert(all.end(), words.begin(), words.end());
-    ProcessResult result = start(all, environment, input);
+    ProcessResult result = start(words, input);
     if (result.status != 0) {
         throw GitError(fmt::format("git {} failed ({}): {}", words.front(), result.status,
                                    getPrintableLines(result.err)));
@@ -82,8 +72,7 @@ std::optional<std::string> Git::findCommit(const std::string& revision) const {
     if (revision.starts_with('-')) {
         return std::nullopt;
     }
-    ProcessResult result = start(
-        {"git", "-C", top, "rev-parse", "--verify", "--quiet", revision + "^{commit}"}, environment, {});
+    ProcessResult result = start({"rev-parse", "--verify", "--quiet", revision + "^{commit}"});
     return result.status == 0 ? std::optional(withoutLineEnd(std::move(result.out))) : std::nullopt;
 }
 

@@ -1,26 +1,22 @@
 #pragma once
 
+#include "git/GitProcess.h"
+
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace ombrel {
 
-/// git couldn't be run, or refused. `what()` is for the user, with git's own words, of several lines at
-/// times.
-class GitError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// The repository that the current folder belongs to. Its commands run in the top folder of the work tree,
 /// with the repository and the index that the environment names (GIT_DIR, GIT_INDEX_FILE: hooks rely on it),
-/// and without the settings that change what git prints. May be used on several threads at once.
+/// and without the settings that change what git prints or name programs. May be used on several threads at
+/// once.
 class Git {
 public:
-    /// Throws GitError where there is no git or no work tree.
+    /// Throws GitError where there is no git or no work tree, and where the repository's own configuration
+    /// (core.worktree) says that its work tree is elsewhere.
     Git();
 
     /// The folder that git's paths start from: absolute, without symbolic links.
@@ -39,9 +35,12 @@ public:
     Git withIndex(const std::string& path) const;
 
 private:
+    ProcessResult start(const std::vector<std::string>& words, std::string_view input = {}) const;
+    void checkTop(const std::string& folder) const;
     void setVariable(const std::string& name, const std::string& value);
 
-    std::vector<std::string> environment; ///< lines NAME=VALUE
+    std::vector<std::string> environment;   ///< lines NAME=VALUE
+    std::vector<std::string> driverOptions; ///< of disableDrivers()
     std::string top;
 };
 

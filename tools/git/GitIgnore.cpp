@@ -1,12 +1,10 @@
 #include "git/GitIgnore.h"
 
 #include "files/Paths.h"
-#include "git/Process.h"
+#include "git/GitProcess.h"
 #include "text/ListSplitter.h"
 
 #include <filesystem>
-#include <optional>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -15,35 +13,13 @@ namespace ombrel {
 
 namespace {
 
-/// Folders that are ignored as a whole are one name with a slash at its end. Repositories can set commands
-/// that git runs to learn what has changed; none of them is wanted here.
-std::vector<std::string> makeCommand(const std::string& repository, const std::vector<std::string>& scope) {
-    std::vector<std::string> command = {"git",
-                                        "-C",
-                                        repository,
-                                        "-c",
-                                        "core.fsmonitor=false",
-                                        "--literal-pathspecs",
-                                        "ls-files",
-                                        "--others",
-                                        "--ignored",
-                                        "--exclude-standard",
-                                        "--directory",
-                                        "-z",
-                                        "--"};
-    command.insert(command.end(), scope.begin(), scope.end());
-    return command;
-}
-
-/// Nothing if git can't be started. A hook's variables would lead it to the hook's repository, whichever
-/// folder it is called in.
-std::optional<ProcessResult> ask(const std::vector<std::string>& command) {
-    try {
-        return runProcess(
-            command, getEnvironmentWithout({"GIT_DIR", "GIT_WORK_TREE", "GIT_INDEX_FILE", "GIT_PREFIX"}), {});
-    } catch (const std::system_error&) {
-        return std::nullopt;
-    }
+/// Folders that are ignored as a whole are one name with a slash at its end.
+std::vector<std::string> makeWords(const std::string& repository, const std::vector<std::string>& scope) {
+    std::vector<std::string> words = {"-C",       repository,  "--literal-pathspecs", "ls-files",
+                                      "--others", "--ignored", "--exclude-standard",  "--directory",
+                                      "-z",       "--"};
+    words.insert(words.end(), scope.begin(), scope.end());
+    return words;
 }
 
 } // namespace
@@ -68,15 +44,18 @@ const GitIgnore::Paths& GitIgnore::getIgnored(const std::string& repository) {
     if (!isNew) {
         return known->second;
     }
-    const auto answer = ask(makeCommand(repository, getScopeIn(repository)));
-    if (!answer) {
-        return known->second;
-    }
-    if (answer->status != 0) {
+    try {
+        // A hook's variables would lead git to the hook's repository, whichever folder it is called in.
+        const ProcessResult answer = runGit(makeWords(repository, getScopeIn(repository)),
+                                            makeGitEnvironment(RepositoryChoice::Folder));
+        if (answer.status != 0) {
+            failures.push_back(repository);
+        }
+        for (std::string& name : splitList(answer.out, '\0')) {
+            known->second.insert(std::move(name));
+        }
+    } catch (const GitError&) {
         failures.push_back(repository);
-    }
-    for (std::string& name : splitList(answer->out, '\0')) {
-        known->second.insert(std::move(name));
     }
     return known->second;
 }

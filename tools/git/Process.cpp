@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
 #include <utility>
 
@@ -120,13 +121,27 @@ void receive(End& end, std::string& bytes) {
     }
 }
 
-/// Serves all three ends as they get ready, so that neither side waits for the other.
-void exchange(End& in, std::string_view input, End& out, End& err, ProcessResult& result) {
+using Clock = std::chrono::steady_clock;
+
+/// For `poll`: 0 if no time is left.
+int getMillisecondsUntil(Clock::time_point end) {
+    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(rest.count(), 0));
+}
+
+/// Serves all three ends as they get ready, so that neither side waits for the other. False if that isn't
+/// over at this time.
+bool exchange(End& in, std::string_view input, End& out, End& err, Clock::time_point deadline,
+              ProcessResult& result) {
     while (in.get() >= 0 || out.get() >= 0 || err.get() >= 0) {
         std::array<pollfd, 3> ends{{{in.get(), POLLOUT, 0}, {out.get(), POLLIN, 0}, {err.get(), POLLIN, 0}}};
-        if (::poll(ends.data(), ends.size(), -1) < 0) {
+        const int count = ::poll(ends.data(), ends.size(), getMillisecondsUntil(deadline));
+        if (count < 0) {
             check(errno == EINTR ? 0 : errno, "can't wait for a process");
             continue;
+        }
+        if (count == 0) {
+            return false;
         }
         if (ends[0].revents != 0) {
             send(in, input);
@@ -138,6 +153,7 @@ void exchange(End& in, std::string_view input, End& out, End& err, ProcessResult
             receive(err, result.err);
         }
     }
+    return true;
 }
 
 int waitFor(pid_t process) {
@@ -150,19 +166,17 @@ int waitFor(pid_t process) {
 
 } // namespace
 
-std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names) {
+std::vector<std::string> getEnvironment() {
     std::vector<std::string> lines;
     for (char** variable = environ; *variable != nullptr; ++variable) {
-        const std::string_view line = *variable;
-        if (std::find(names.begin(), names.end(), line.substr(0, line.find('='))) == names.end()) {
-            lines.emplace_back(line);
-        }
+        lines.emplace_back(*variable);
     }
     return lines;
 }
 
 ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
-                         std::string_view input) {
+                         std::string_view input, std::chrono::milliseconds timeLimit) {
+    const Clock::time_point deadline = Clock::now() + timeLimit;
     Channel in = makeInput();
     Channel out = makeOutput();
     Channel err = makeOutput();
@@ -184,8 +198,12 @@ ProcessResult runProcess(const std::vector<std::string>& words, const std::vecto
     out.theirs.close();
     err.theirs.close();
     ProcessResult result{};
-    exchange(in.ours, input, out.ours, err.ours, result);
+    const bool isOver = exchange(in.ours, input, out.ours, err.ours, deadline, result);
+    if (!isOver) {
+        ::kill(process, SIGKILL);
+    }
     result.status = waitFor(process);
+    check(isOver ? 0 : ETIMEDOUT, words.front().c_str());
     return result;
 }
 

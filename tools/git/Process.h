@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,16 +14,17 @@ struct ProcessResult {
     std::string err;
 };
 
-/// Our own environment, but for the variables of these names: lines NAME=VALUE.
-std::vector<std::string> getEnvironmentWithout(const std::vector<std::string_view>& names);
+/// Our own environment: lines NAME=VALUE.
+std::vector<std::string> getEnvironment();
 
 /// Runs a program found on the PATH, without a shell: feeds it `input` (nothing: the null device, never our
 /// own standard input), and reads what it writes until it ends, however much of both there is. `words` are
 /// its arguments, its name the first of them; `environment` has lines NAME=VALUE.
 ///
-/// Throws std::system_error if it can't be started, with no_such_file_or_directory if it isn't there. May be
-/// called on several threads at once.
+/// Throws std::system_error if it can't be started, with no_such_file_or_directory if it isn't there, and
+/// with timed_out if it hasn't ended within the time limit; it is killed then. May be called on several
+/// threads at once.
 ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
-                         std::string_view input);
+                         std::string_view input, std::chrono::milliseconds timeLimit);
 
 } // namespace ombrel

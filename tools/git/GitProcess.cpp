@@ -1,0 +1,132 @@
+#include "git/GitProcess.h"
+
+#include "text/ListSplitter.h"
+#include "text/Printable.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <system_error>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+// A repository that somebody else made must not be able to run a program through us. These are the keys of
+// git's configuration that can name one, and why none of them is run here:
+//
+// core.fsmonitor                                      set to false for every command
+// core.hooksPath, and the folder hooks/               hooks are looked for in /dev/null
+// hook.*.command                                      disableDrivers()
+// filter.*.clean, .smudge, .process                   disableDrivers()
+// diff.*.command, .textconv, diff.external            disableDrivers(), and --no-ext-diff and --no-textconv
+// core.sshCommand, core.gitProxy, core.askPass,       only for connections, and there are none:
+// credential.helper, credential.*.helper,             GIT_ALLOW_PROTOCOL allows a protocol that doesn't
+// exist, remote.*.uploadpack, .receivepack, .vcs, url.*,     whatever protocol.*.allow says. Without this,
+// reading an uploadpack.packObjectsHook, imap.tunnel,            object that extensions.partialClone promises
+// elsewhere core.alternateRefsCommand, ssh.variant              would fetch it core.pager, pager.*
+// --no-pager, and our end of its output is no terminal core.editor, sequence.editor only for commands that
+// write commits or tags alias.*                                             never looked up for the names of
+// git's own commands gpg.program, gpg.*.program,                         only where signatures are made or
+// shown gpg.ssh.defaultKeyCommand merge.*.driver, mergetool.*, merge.tool             only in merges of
+// contents; "apply" gets no --3way submodule.*.update                                  only in "submodule";
+// --ignore-submodules=all keeps git
+//                                                     from asking submodules, which have their own settings
+// gc.recentObjectsHook, gc.auto, maintenance.*        only after fetching and committing
+// difftool.*, interactive.diffFilter, trailer.*,      only in the commands of these names
+// sendemail.*, browser.*, man.*, instaweb.*,
+// guitool.*, tar.*.command, receive.*, init.templateDir
+//
+// The user's own configuration is switched off in the same way, since git doesn't tell the two apart.
+
+namespace {
+
+constexpr std::chrono::seconds timeLimit{60};
+
+/// Of git's variables these are kept, besides those that configure it for one call (GIT_CONFIG_...): where
+/// git itself is, and how far it looks for a repository.
+constexpr std::array<std::string_view, 3> keptAlways = {"GIT_EXEC_PATH", "GIT_CEILING_DIRECTORIES",
+                                                        "GIT_DISCOVERY_ACROSS_FILESYSTEM"};
+
+/// These name a repository, or a part of it.
+constexpr std::array<std::string_view, 7> keptForRepository = {"GIT_DIR",
+                                                               "GIT_WORK_TREE",
+                                                               "GIT_INDEX_FILE",
+                                                               "GIT_COMMON_DIR",
+                                                               "GIT_OBJECT_DIRECTORY",
+                                                               "GIT_ALTERNATE_OBJECT_DIRECTORIES",
+                                                               "GIT_QUARANTINE_PATH"};
+
+constexpr const char* nothing = "OMBREL_FORMAT_NOTHING"; // a variable without text
+
+bool isKept(std::string_view name, RepositoryChoice choice) {
+    if (!name.starts_with("GIT_") || name.starts_with("GIT_CONFIG_")) {
+        return true;
+    }
+    const auto contains = [&](const auto& names) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    return contains(keptAlways) || (choice == RepositoryChoice::Environment && contains(keptForRepository));
+}
+
+} // namespace
+
+std::string getPrintableLines(std::string_view text) {
+    std::string lines;
+    for (const std::string& line : splitList(text, '\n')) {
+        lines += (lines.empty() ? "" : "\n") + getPrintableName(line);
+    }
+    return lines;
+}
+
+std::vector<std::string> makeGitEnvironment(RepositoryChoice choice) {
+    std::vector<std::string> lines = getEnvironment();
+    std::erase_if(lines, [&](const std::string& line) {
+        return !isKept(std::string_view(line).substr(0, line.find('=')), choice);
+    });
+    lines.insert(lines.end(), {"GIT_ALLOW_PROTOCOL=none", "GIT_NO_LAZY_FETCH=1", "GIT_OPTIONAL_LOCKS=0",
+                               "GIT_TERMINAL_PROMPT=0", std::string(nothing) + '='});
+    return lines;
+}
+
+ProcessResult runGit(const std::vector<std::string>& words, const std::vector<std::string>& environment,
+                     std::string_view input) {
+    std::vector<std::string> all{
+        "git", "--no-pager",           "-c", "core.fsmonitor=false", "-c", "core.hooksPath=/dev/null",
+        "-c",  "protocol.allow=never", "-c", "credential.helper=",   "-c", "safe.bareRepository=explicit"};
+    all.insert(all.end(), words.begin(), words.end());
+    try {
+        return runProcess(all, environment, input, timeLimit);
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::no_such_file_or_directory) {
+            throw GitError("git isn't installed");
+        }
+        throw GitError(error.code() == std::errc::timed_out
+                           ? fmt::format("git took longer than {} seconds", timeLimit.count())
+                           : fmt::format("can't start git: {}", error.what()));
+    }
+}
+
+std::vector<std::string> disableDrivers(const std::string& folder,
+                                        const std::vector<std::string>& environment) {
+    const ProcessResult result = runGit(
+        {"-C", folder, "config", "-z", "--name-only", "--get-regexp",
+         R"(^(filter\..*\.(clean|smudge|process|required)|diff\..*\.(command|textconv)|hook\..*\.command)$)"},
+        environment);
+    constexpr int noSuchKey = 1;
+    if (result.status != 0 && result.status != noSuchKey) {
+        throw GitError(
+            fmt::format("git config failed ({}): {}", result.status, getPrintableLines(result.err)));
+    }
+    std::vector<std::string> options;
+    for (std::string key : splitList(result.out, '\0')) {
+        if (key.starts_with("hook.")) {
+            key.replace(key.rfind('.') + 1, std::string::npos, "enabled");
+        }
+        // The value, nothing, comes from a variable, since an equals sign is allowed in a key's middle part.
+        options.push_back("--config-env=" + key + '=' + nothing);
+    }
+    return options;
+}
+
+} // namespace ombrel
