@@ -5,7 +5,7 @@
 #include "FuzzText.h"
 
 #include "config/FormattingSection.h"
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 #include "support/TreeProperties.h"
 
 #include <ca/Analyzer.h>

@@ -1,5 +1,6 @@
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 
+#include <ca/config/ConfigSource.h>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -50,6 +51,27 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
     for (const Row& row : rows) {
         EXPECT_EQ(row.wanted, callBridge(row.source, row.json)) << row.what;
     }
+}
+
+using namespace ca::formatting;
+
+TreeFormatResult callParsed(const std::u16string& source, const std::u16string& json) {
+    const auto config = std::make_shared<ca::config::Config>(
+        std::make_shared<ca::config::JsonConfigSource>(std::nullopt, json, nullptr));
+    return FormattingExplorerBridgeImpl().formatParsed({parseSource(source), config});
+}
+
+TEST(ExplorerBridge, GivesValuesForAParsedSource) {
+    EXPECT_EQ(std::get<std::u16string>(callParsed(u"if a\n  % c\nb = 1;\nend\n", indenting)),
+              u"if a\n    % c\n  b = 1;\nend\n");
+    const auto errors = std::get<std::vector<ca::SyntaxError>>(callParsed(u"x = (1;\n", u"{"));
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_EQ(errors[0].column, 7u);
+    const auto issues = std::get<std::vector<ca::config::ConfigIssue>>(
+        callParsed(u"x", uR"({"formatting": {}, "formatting": {"columnLimit": -1, "enabled": 1}})"));
+    ASSERT_EQ(issues.size(), 3u);
+    EXPECT_EQ(issues[0].start->column, 20u);
+    EXPECT_EQ(issues[2].severity, ca::config::Severity::Error);
 }
 
 TEST(ExplorerBridge, ServesEightThreadsAtOnce) {

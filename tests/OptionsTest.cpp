@@ -94,8 +94,6 @@ TEST_F(OptionsTest, HandsTheTreeEngineOneText) {
               R"({"formatting": {"indentationEnabled": true, "indentWidth": 2, "columnLimit": 100, )"
               R"("lineBreakBehavior": "SeparateLines", "separatorPlacement": {"Statements": "EndOfLine", )"
               R"("Inheritance": "EndOfLine", "Lists": "EndOfLine", "Expressions": "StartOfLine"}}})");
-    EXPECT_TRUE(options.indentationEnabled);
-    EXPECT_FALSE(resolver.resolve("a.txt").indentationEnabled);
 }
 
 } // namespace

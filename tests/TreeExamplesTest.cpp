@@ -1,4 +1,4 @@
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 #include "support/ConfigText.h"
 #include "support/ExampleFiles.h"
 #include "support/GoldenFile.h"
@@ -62,8 +62,8 @@ std::set<std::string> readKnownShapes() {
 
 TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
     const std::set<std::string> known = readKnownShapes();
-    const TreeFormatter formatter = [](const std::u16string& text, const std::u16string& json) {
-        return FormattingExplorerBridgeImpl().format(text, json);
+    const TreeFormatter formatter = [](const ca::formatting::TreeFormatRequest& request) {
+        return FormattingExplorerBridgeImpl().formatParsed(request);
     };
     std::size_t formatted[2] = {};
     const std::vector<ExampleFile> examples = readExamples();
@@ -72,9 +72,7 @@ TEST(TreeExamples, ComeOutTheSameTwiceUnderTwentyOptionSets) {
             for (const char* options : optionSets) {
                 SCOPED_TRACE(path.filename().string() + " {" + options +
                              "}, trimming: " + (trims ? "yes" : "no"));
-                const bool indents =
-                    std::string_view(options).find("indentationEnabled") != std::string_view::npos;
-                const TreeOptions tree{makeJson(options, trims), indents, MixedLineEnds::UseFirst};
+                const TreeOptions tree{getTreeConfig(makeJson(options, trims)), MixedLineEnds::UseFirst};
                 const auto once = formatTree(source, tree, formatter);
                 if (const auto* problems = std::get_if<std::vector<Problem>>(&once)) {
                     EXPECT_TRUE(trims) << problems->front().text;

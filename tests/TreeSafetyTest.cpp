@@ -1,4 +1,6 @@
+#include "entry/FormattingExplorerBridgeImpl.h"
 #include "support/GoldenSuite.h"
+#include "support/HostCalls.h"
 #include "support/TreeFormatting.h"
 
 #include "format/TreeEngine.h"
@@ -6,12 +8,14 @@
 #include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
+#include <resource_core/caConfig.h>
 
 // The golden files of tree-meaning are the list of what the tree formatter's rules do to a program's meaning:
 // each case has the text that the formatter writes, behind a line with the difference that the check names.
 
 namespace {
 
+using namespace ca::formatting;
 using namespace ombrel;
 
 constexpr std::string_view notice = "; nothing was written";
@@ -30,10 +34,10 @@ std::u16string toText(const std::string& ascii) {
 std::u16string refuse(const std::u16string& input, const GoldenOptions& options) {
     const TestOptions config = readTreeOptions(options);
     std::u16string written;
-    const auto formatter = [&](const std::u16string& text, const std::u16string&) {
-        return written = formatText(text, config);
+    const auto formatter = [&](const TreeFormatRequest& request) {
+        return written = formatParsed(request, config);
     };
-    const auto outcome = formatTree(input, {{}, config.indentation}, formatter);
+    const auto outcome = formatTree(input, {}, formatter);
     const auto* problems = std::get_if<std::vector<Problem>>(&outcome);
     if (problems == nullptr || problems->front().status != ExitStatus::Unsafe) {
         return u"not refused\n" + written;
@@ -144,17 +148,19 @@ TEST(TreeSafetyCheck, TakesNoStackForDeepTrees) {
               "1:1 the formatter would turn this assignment into a printing statement");
 }
 
-/// What formatTree hands over is what comes back, in the form in which it was handed over.
-std::u16string echo(const std::u16string& text, const std::u16string&) {
+/// A formatter that changes nothing.
+TreeFormatResult echo(const TreeFormatRequest& request) {
+    std::u16string text;
+    for (const ca::lexer::Token& token : *request.source.tokens) {
+        text += token.lexeme;
+    }
     return text;
 }
 
 std::u16string format(const std::u16string& text, const TestOptions& options,
                       MixedLineEnds mixed = MixedLineEnds::Refuse) {
-    const auto formatter = [&](const std::u16string& prepared, const std::u16string&) {
-        return formatText(prepared, options);
-    };
-    const auto outcome = formatTree(text, {{}, options.indentation, mixed}, formatter);
+    const auto formatter = [&](const TreeFormatRequest& request) { return formatParsed(request, options); };
+    const auto outcome = formatTree(text, {nullptr, mixed}, formatter);
     if (const auto* problems = std::get_if<std::vector<Problem>>(&outcome)) {
         return toText(problems->front().text);
     }
@@ -162,7 +168,7 @@ std::u16string format(const std::u16string& text, const TestOptions& options,
 }
 
 std::vector<Problem> getProblems(const std::u16string& text, const TreeFormatter& formatter) {
-    auto outcome = formatTree(text, {{}, true}, formatter);
+    auto outcome = formatTree(text, {}, formatter);
     auto* problems = std::get_if<std::vector<Problem>>(&outcome);
     return problems == nullptr ? std::vector<Problem>() : std::move(*problems);
 }
@@ -184,34 +190,29 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     EXPECT_EQ(mixed[0].line, 2u);
     EXPECT_EQ(mixed[0].column, 3u);
 
-    const auto unsafe =
-        getProblems(u"a;", [](const auto& text, const auto&) { return text.empty() ? u"" : u"b;"; });
+    const auto unsafe = getProblems(u"a;", [](const auto&) { return u"b;"; });
     ASSERT_EQ(unsafe.size(), 1u);
     EXPECT_EQ(unsafe[0].status, ExitStatus::Unsafe);
 
     const auto failed = getProblems(
-        u"a;", [](const auto&...) -> std::u16string { throw std::out_of_range("unordered_map::at"); });
+        u"a;", [](const auto&) -> std::u16string { throw std::out_of_range("unordered_map::at"); });
     ASSERT_EQ(failed.size(), 1u);
     EXPECT_EQ(failed[0].status, ExitStatus::Unsafe);
     EXPECT_EQ(failed[0].text, "the tree formatter failed: unordered_map::at");
 }
 
-TEST(TreeEngine, HandsOverLineFeedsAndGivesBackTheFirstLineEnd) {
+TEST(TreeEngine, GivesEachLineTheFirstLineEnd) {
     const TestOptions all{.indentation = true, .lineBreaking = true};
     for (const std::u16string end : {u"\n", u"\r\n", u"\r"}) {
-        std::u16string seen;
-        const auto formatter = [&](const std::u16string& text, const std::u16string& json) {
-            EXPECT_EQ(json, u"{}");
-            return seen = text;
-        };
         const std::u16string text = u"a" + end + u"%{" + end + u"b" + end + u"%}" + end;
-        EXPECT_EQ(std::get<std::u16string>(formatTree(text, {u"{}", true}, formatter)), text);
-        EXPECT_EQ(seen, u"a\n%{\nb\n%}\n");
+        EXPECT_EQ(std::get<std::u16string>(formatTree(text, {}, echo)), text);
+        EXPECT_EQ(format(text, all), text);
         EXPECT_EQ(format(u"if a, b, end" + end, all), u"if a" + end + u"    b" + end + u"end" + end);
     }
     EXPECT_EQ(format(u"if a, b, end", all), u"if a\n    b\nend");
     EXPECT_EQ(format(u"", all), u"");
     EXPECT_EQ(format(u"a\r\nb\nc\r", {}, MixedLineEnds::UseFirst), u"a\r\nb\r\nc\r\n");
+    EXPECT_EQ(format(u"a\nf(1,...\r\n2)", {}, MixedLineEnds::UseFirst), u"a\nf(1,...\n2)");
 }
 
 struct CommentRow {
@@ -252,33 +253,38 @@ TEST(TreeEngine, BreaksLinesBehindABlockCommentInTheSameWayTwice) {
     }
 }
 
-std::string describeFirst(const TreeFormatter& formatter, const std::u16string& text = u"a;") {
-    const auto problems = getProblems(text, formatter);
-    return problems.empty() ? "formatted"
-                            : std::to_string(static_cast<int>(problems[0].status)) + " " + problems[0].text;
+TEST(TreeEngine, ReportsTheReasonsThatTheFormatterGives) {
+    const ca::config::ConfigIssue issue(std::make_shared<CodeAnalyzer::caConfig::PlaceholderError>(u"why"),
+                                        ca::config::Severity::Error, {}, {}, {});
+    const auto refused = getProblems(u"", [&](const auto&) { return std::vector{issue}; });
+    ASSERT_EQ(refused.size(), 1u);
+    EXPECT_EQ(refused[0].status, ExitStatus::Usage);
+    EXPECT_EQ(refused[0].text, "the tree formatter doesn't take these options: why");
+
+    const ca::SyntaxError error{u"Identifier", u"message", 1, 2, 0};
+    const auto broken = getProblems(u"a", [&](const auto&) { return std::vector{error}; });
+    ASSERT_EQ(broken.size(), 1u);
+    EXPECT_EQ(broken[0].status, ExitStatus::Unparsable);
+    EXPECT_EQ(broken[0].text, "message");
 }
 
-/// The formatter answers with its reasons as with a text.
-TEST(TreeEngine, TakesNoReasonForAText) {
-    const auto refuseOptions = [](const auto&...) { return u"b: no such option\n  line: 1\n"; };
-    const char* options = "2 the tree formatter doesn't take these options: b: no such option";
-    EXPECT_EQ(describeFirst(refuseOptions), options);
-    EXPECT_EQ(describeFirst(refuseOptions, u""), options);
-    EXPECT_EQ(describeFirst([](const auto&...) { return u"x"; }, u"x"),
-              "2 the tree formatter doesn't take these "
-              "options: x");
-    EXPECT_EQ(describeFirst([](const auto&...) { return u" \n"; }, u""), "formatted");
+TEST(TreeEngine, ReadsEqualOptionsOnce) {
+    EXPECT_EQ(getTreeConfig(u"{}"), getTreeConfig(u"{}"));
+    EXPECT_NE(getTreeConfig(u"{}"), getTreeConfig(u"{ }"));
+}
 
-    const auto findErrors = [](const auto& text, const auto&) {
-        return text.empty() ? u"" : u"Syntax errors:\n   why line: 1 column: 2\n";
+/// Source and result, once each, whatever the text holds.
+TEST(TreeEngine, ParsesTwiceAndTokenizesNothingElse) {
+    const std::u16string text = u"if a\n%{\nb\n%}\n% c\nx=1;\nend\n";
+    const TreeFormatter formatter = [](const TreeFormatRequest& request) {
+        return FormattingExplorerBridgeImpl().formatParsed(request);
     };
-    const char* errors = "5 the tree formatter finds syntax errors where there are none";
-    EXPECT_EQ(describeFirst(findErrors), errors);
-    EXPECT_EQ(describeFirst(findErrors, u"if a\r\n%{\r\n%}\r\nend"), errors);
-    EXPECT_EQ(describeFirst(findErrors, u"% ombrel-format off\nx\n% ombrel-format on\n"), errors);
-    EXPECT_EQ(describeFirst(echo, u"Syntax errors:\n"), "formatted") << "a command";
-    EXPECT_EQ(describeFirst(findErrors, u"Syntax errors:"),
-              "5 the formatter would turn the end of the text into 'why'; nothing was written");
+    const TreeOptions options{getTreeConfig(uR"({"formatting": {"indentationEnabled": true}})")};
+    resetHostCalls();
+    const auto outcome = formatTree(text, options, formatter);
+    EXPECT_EQ(getHostCalls().parsed, 2u);
+    EXPECT_EQ(getHostCalls().tokenized, 0u);
+    EXPECT_EQ(std::get<std::u16string>(outcome), u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include <ombrel/devtools.h>
 
-#include <pass/FormattingExplorerBridge.h>
+#include <entry/FormattingExplorerBridge.h>
 
 #include <atomic>
 
@@ -22,4 +22,9 @@ bool hasExplorerBridge() {
 void formatThroughExplorerBridge(const std::u16string& sourceText, const std::u16string& jsonText,
                                  std::u16string& result) {
     result = theBridge.load()->format(sourceText, jsonText);
+}
+
+void formatParsedThroughExplorerBridge(const ca::formatting::TreeFormatRequest& request,
+                                       ca::formatting::TreeFormatResult& result) {
+    result = theBridge.load()->formatParsed(request);
 }

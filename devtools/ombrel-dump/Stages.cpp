@@ -5,7 +5,7 @@
 
 #include "text/TextEncoding.h"
 #include <ca/lexer/lex.h>
-#include <pass/FormattingExplorerBridgeImpl.h>
+#include <entry/FormattingExplorerBridgeImpl.h>
 #include <tree/FormatTree.h>
 
 #include <ostream>

@@ -9,22 +9,33 @@ namespace ca {
 
 namespace {
 
+using Tokens = std::vector<lexer::Token>;
+
+/// Tokens are a large part of what a parse needs, so they are kept only for those who ask for them.
+enum class TokenUse { Drop, Keep };
+
 /// The tree's identifiers point into the text, so the two stay together.
 class ParsedFile final : public AnalysisResult {
 public:
-    explicit ParsedFile(const std::u16string& sourceCode) : text(sourceCode) {
-        const std::vector<lexer::Token> tokens = lexer::lex(text);
+    ParsedFile(const std::u16string& sourceCode, TokenUse use) : text(sourceCode) {
+        auto all = std::make_shared<const Tokens>(lexer::lex(text));
         syntax::SyntaxErrors errors;
-        root = syntax::Parser(text, tokens, arena, errors).parseFile();
+        root = syntax::Parser(text, *all, arena, errors).parseFile();
         if (!errors.isEmpty()) {
             throw SyntaxErrorException(errors.take());
+        }
+        if (use == TokenUse::Keep) {
+            tokens = std::move(all);
         }
     }
 
     const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const override { return root; }
 
+    std::shared_ptr<const Tokens> getTokens() const override { return tokens; }
+
 private:
     std::u16string text;
+    std::shared_ptr<const Tokens> tokens;
     syntax::Arena arena;
     const lf::astapi::ProgramFile<astapi::CA>* root = nullptr;
 };
@@ -32,17 +43,22 @@ private:
 class SingleFileAnalyzer final : public Analyzer {
 public:
     std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions&) override {
-        return parseSourceCode(input.getSourceCode().value_or(std::u16string()));
+        return std::make_shared<ParsedFile>(input.getSourceCode().value_or(std::u16string()), TokenUse::Drop);
     }
 
     std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) override {
-        return std::make_shared<ParsedFile>(sourceCode);
+        return std::make_shared<ParsedFile>(sourceCode, TokenUse::Keep);
     }
 };
 
 } // namespace
 
 AnalysisResult::~AnalysisResult() = default;
+
+std::shared_ptr<const Tokens> AnalysisResult::getTokens() const {
+    return nullptr;
+}
+
 Analyzer::~Analyzer() = default;
 
 std::unique_ptr<Analyzer> createSingleFileAnalyzer() {

@@ -1,7 +1,7 @@
 #include "ca/formatting/LegacyFormatter.h"
 
 #include "ca/formatting/lineWalk.h"
-#include "entry/TokenContract.h"
+#include "tokens/TokenContract.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ca/formatting/LegacyFormatter.h"
-#include "entry/TokenContract.h"
+#include "tokens/TokenContract.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 #include "ca/formatting/LegacyFormatter.h"
-#include "entry/TokenContract.h"
+#include "tokens/TokenContract.h"
 
 #include <cstdint>
 #include <initializer_list>

@@ -12,18 +12,18 @@
 // Which class a run gets is decided by its place in the grammar alone, with one exception: a run with a
 // comment in it is a CommentNode.
 
-#include "entry/TokenContract.h"
+#include "parser/FormattingParser.h"
+
+#include "tokens/TokenContract.h"
+#include "tree/AlignedCommentNode.h"
 #include "tree/ContainerNode.h"
-#include "tree/FormatTree.h"
 #include "tree/IndentNodes.h"
 #include "tree/TokenNode.h"
 #include "tree/WhitespaceNodes.h"
 #include "tree/makeNode.h"
 
-#include <ca/Analyzer.h>
-#include <ca/lexer/lex.h>
-#include <lf/astapi/Nodes.h>
-#include <lf/astapi/getPageSize.h>
+#include <ca/astapi/CA.h>
+#include <ca/formatting/TreeFormat.h>
 
 #include <algorithm>
 #include <array>
@@ -136,8 +136,8 @@ std::pmr::u16string makeRunName(std::size_t first, std::size_t end, std::pmr::me
 /// The walk. Lives as long as the constructor of the tree.
 class FormattingParser {
 public:
-    FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens)
-        : allocator(&allocator), tokens(&tokens) {
+    FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens, CommentLines commentLines)
+        : allocator(&allocator), tokens(&tokens), commentLines(commentLines) {
         const std::size_t usualNodeCount = 2 * tokens.size();
         allocator.reserveCleanUps(usualNodeCount);
         nodes.reserve(usualNodeCount);
@@ -260,6 +260,9 @@ private:
             run.push_back(&token);
         }
         auto name = makeRunName(first, tokenIndex, *allocator);
+        if (hasComment && commentLines == CommentLines::Aligned) {
+            return make<AlignedCommentNode>(currentIndentNode, run, std::move(name));
+        }
         if (hasComment) {
             return make<CommentNode>(currentIndentNode, run, std::move(name));
         }
@@ -945,6 +948,7 @@ private:
 
     AstNodeAllocator* allocator;
     const std::vector<Token>* tokens;
+    CommentLines commentLines;
     std::size_t tokenIndex = 0; ///< of the next token that nobody has claimed
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
@@ -953,28 +957,16 @@ private:
     std::vector<const Token*> run;   ///< the run that is being taken; kept for its memory
 };
 
-std::shared_ptr<ca::AnalysisResult> parse(ca::Analyzer& analyzer, const std::u16string& sourceText) {
-    const ca::AnalysisOptions options{
-        .codeGenerationSupport = std::make_shared<ca::CodeGenerationSupport>(),
-        .userData = nullptr,
-        .flags = 0,
-        .config = std::make_shared<ca::config::Config>(std::make_shared<ca::config::FactoryConfigSource>()),
-        .searchPath = {},
-    };
-    return analyzer.parse(ca::CodeInput::createFromSourceCode(sourceText), options);
-}
-
 } // namespace
 
-FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi::internal::getPageSize()) {
-    const auto analyzer = ca::createSingleFileAnalyzer(); // outlives the syntax tree that it made
-    const auto analysis = parse(*analyzer, sourceText);
-    tokens = ca::lexer::lex(sourceText);
-    FormattingParser parser(allocator, tokens);
-    rootText = parser.programFile(*analysis->getProgramFile());
-    rootIndent = parser.getProgramIndentNode();
-    nodes = parser.takeNodes();
-    linkLeaves();
+ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<Token>& tokens,
+                       CommentLines commentLines, AstNodeAllocator& allocator) {
+    FormattingParser parser(allocator, tokens, commentLines);
+    ParsedNodes result;
+    result.rootText = parser.programFile(program);
+    result.rootIndent = parser.getProgramIndentNode();
+    result.nodes = parser.takeNodes();
+    return result;
 }
 
 } // namespace ca::formatting

@@ -5,12 +5,20 @@
 #include <ca/lexer/Token.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+namespace ca {
+class AnalysisResult;
+}
+
 namespace ca::formatting {
 
+enum class CommentLines : std::uint8_t;
+struct ParsedSource;
 class FormatNode;
 class IndentNode;
 class LeafNode;
@@ -24,13 +32,17 @@ class TextNode;
 /// the order of the text, and each token stands in exactly one leaf. tests/support/TreeInvariantChecker.h has
 /// the rules one by one and checks them.
 ///
-/// A tree owns its tokens and, through its arena, all its nodes, and nothing changes it once it is finished.
+/// A tree owns its tokens, with others perhaps, and, through its arena, all its nodes, and nothing changes it
+/// once it is finished.
 /// It is shared by `std::shared_ptr`, is neither copied nor moved, and serves one thread at a time.
 class FormatTree {
 public:
     /// Parses and tokenizes the text of a file and builds its tree. Throws ca::SyntaxErrorException if the
     /// text doesn't parse.
     explicit FormatTree(const std::u16string& sourceText);
+
+    /// Builds the tree of a text that parses. Shares its tokens and needs the rest of it no longer.
+    FormatTree(const ParsedSource& source, CommentLines commentLines);
 
     FormatTree(const FormatTree&) = delete;
     FormatTree& operator=(const FormatTree&) = delete;
@@ -59,12 +71,16 @@ protected:
     /// Chains the leaves under `rootText` in text order and sets `firstLeaf`.
     void linkLeaves();
 
+private:
+    void build(const ca::AnalysisResult& analysis, CommentLines commentLines);
+
+protected:
     // Destroyed in reverse order: the nodes first, then the tokens that they point at.
     std::vector<FormatNode*> nodes;
     TextNode* rootText = nullptr;     ///< a container of kind `None`
     IndentNode* rootIndent = nullptr; ///< a ProgramIndentNode
     std::optional<LeafNode*> firstLeaf;
-    std::vector<ca::lexer::Token> tokens;
+    std::shared_ptr<const std::vector<ca::lexer::Token>> tokens;
     lf::astapi::AstNodeAllocator allocator;
 };
 

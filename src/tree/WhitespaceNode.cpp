@@ -1,6 +1,7 @@
 #include "tree/WhitespaceNode.h"
 
 #include "pass/FormatPass.h"
+#include "tree/CommentMover.h"
 
 #include <algorithm>
 #include <utility>
@@ -90,12 +91,19 @@ std::u16string WhitespaceNode::getOriginalText() const {
 }
 
 std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass) const {
+    return computeEndColumn(pass, nullptr);
+}
+
+std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass, CommentMover* mover) const {
     std::uint64_t column = pass.getPreviousEndColumn(*this);
     const auto config = pass.getConfig();
     const bool trim = config->getTrimUnnecessaryWhitespace();
     const bool indentationEnabled = config->getIndentationEnabled();
     const std::uint64_t indentWidth = config->getIndentWidth();
     for (const WhitespaceItem& item : items) {
+        if (mover != nullptr) {
+            mover->step(item);
+        }
         switch (item.kind) {
         case WhitespaceItemKind::LineEndingItem:
             column = 0;
@@ -108,8 +116,10 @@ std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass) const {
         case WhitespaceItemKind::InlineWhitespaceItem:
             column += trim ? 0 : getLexeme(item).size();
             break;
-        case WhitespaceItemKind::SeparatorItem:
         case WhitespaceItemKind::CommentItem:
+            column += mover != nullptr ? mover->getWidth() : getLexeme(item).size();
+            break;
+        case WhitespaceItemKind::SeparatorItem:
             column += getLexeme(item).size();
         }
     }
@@ -117,6 +127,10 @@ std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass) const {
 }
 
 std::u16string WhitespaceNode::renderItems(FormatPass& pass) const {
+    return renderItems(pass, nullptr);
+}
+
+std::u16string WhitespaceNode::renderItems(FormatPass& pass, CommentMover* mover) const {
     std::u16string indentation = pass.getLeafIndentation(*this);
     const auto config = pass.getConfig();
     const bool trim = config->getTrimUnnecessaryWhitespace();
@@ -125,7 +139,14 @@ std::u16string WhitespaceNode::renderItems(FormatPass& pass) const {
                               std::move(indentation)};
     std::u16string text;
     for (const WhitespaceItem& item : items) {
-        appendItem(text, item, rendering);
+        if (mover != nullptr) {
+            mover->step(item);
+        }
+        if (mover != nullptr && item.kind == WhitespaceItemKind::CommentItem) {
+            mover->append(text);
+        } else {
+            appendItem(text, item, rendering);
+        }
     }
     return text;
 }

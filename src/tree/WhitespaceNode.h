@@ -9,6 +9,8 @@
 
 namespace ca::formatting {
 
+class CommentMover;
+
 /// Everything between two tokens of code: blanks, line ends, comments, stray separators. There is a node in
 /// every gap, also where the source has nothing, since the formatter must be able to put something there.
 /// These are the only places where the output can differ from the source.
@@ -46,6 +48,11 @@ protected:
     /// each of their names and lists would take longer to get and free than to fill.
     WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
                    std::pmr::u16string name);
+
+    /// The same as without a mover, but with comments as the mover moves them. It has to be a fresh one; null
+    /// moves nothing.
+    std::uint64_t computeEndColumn(FormatPass& pass, CommentMover* mover) const;
+    std::u16string renderItems(FormatPass& pass, CommentMover* mover) const;
 
 private:
     std::pmr::vector<WhitespaceItem> items;

@@ -3,7 +3,7 @@
 // companion's function there were with a bridge that works. With COMPANION in the environment there is such a
 // function.
 
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 
 #include <ca/astapi/symbols.h>
 
@@ -51,6 +51,11 @@ void* utFindSymbolInLibrary(void*, const char* name) {
 std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& sourceText,
                                                     const std::u16string& jsonText) {
     return sourceText + jsonText;
+}
+
+ca::formatting::TreeFormatResult
+FormattingExplorerBridgeImpl::formatParsed(const ca::formatting::TreeFormatRequest&) {
+    return {};
 }
 
 int main() {

@@ -1,6 +1,6 @@
 #include "support/TokenContractChecker.h"
 
-#include "entry/TokenContract.h"
+#include "tokens/TokenContract.h"
 
 #include <algorithm>
 #include <string_view>

@@ -25,7 +25,7 @@ bool isSeparator(const Token& token) {
 TreeBuilder::TreeBuilder(const std::u16string& text) : TreeBuilder(ca::lexer::lex(text)) {}
 
 TreeBuilder::TreeBuilder(std::vector<Token> tokens) : tree(std::make_shared<Tree>()) {
-    tree->tokens = std::move(tokens);
+    tree->tokens = std::make_shared<const std::vector<Token>>(std::move(tokens));
     level = tree->rootIndent = make<ProgramIndentNode>();
 }
 
@@ -55,7 +55,7 @@ void TreeBuilder::leaveLevel() {
 }
 
 const std::vector<Token>& TreeBuilder::getTokens() const {
-    return tree->tokens;
+    return *tree->tokens;
 }
 
 std::shared_ptr<FormatTree> TreeBuilder::finish(TextNode* rootText) {
@@ -67,7 +67,7 @@ std::shared_ptr<FormatTree> TreeBuilder::finish(TextNode* rootText) {
 TextNode* TreeBuilder::takeStep(char step, ContainerKind kind) {
     using Side = BinaryOperationWhitespaceNode::Side;
     if (step == 'T') {
-        return make<TokenNode>(level, &tree->tokens.at(tokenIndex++));
+        return make<TokenNode>(level, &tree->tokens->at(tokenIndex++));
     }
     Run run = takeRun(step == 'L');
     if (std::any_of(run.tokens.begin(), run.tokens.end(), [](const Token* t) { return t->isComment(); })) {
@@ -95,8 +95,8 @@ TreeBuilder::Run TreeBuilder::takeRun(bool absorbSeparators) {
     const auto belongs = [&](const Token& token) {
         return token.isWhitespace() || (absorbSeparators && isSeparator(token));
     };
-    while (tokenIndex < tree->tokens.size() && belongs(tree->tokens[tokenIndex])) {
-        run.tokens.push_back(&tree->tokens[tokenIndex++]);
+    while (tokenIndex < getTokens().size() && belongs(getTokens()[tokenIndex])) {
+        run.tokens.push_back(&getTokens()[tokenIndex++]);
     }
     auto stream = makeDebugStream();
     stream << u"WhitespaceNode_T" << first << u"_T" << tokenIndex;

@@ -98,3 +98,8 @@ std::u16string prepareText(const std::u16string& text, const TestOptions& option
 std::u16string formatText(const std::u16string& text, const TestOptions& options) {
     return FormatPass(std::make_shared<FormatTree>(text), makeConfig(options)).run();
 }
+
+std::u16string formatParsed(const TreeFormatRequest& request, const TestOptions& options) {
+    const auto tree = std::make_shared<FormatTree>(request.source, request.commentLines);
+    return FormatPass(tree, makeConfig(options)).run();
+}

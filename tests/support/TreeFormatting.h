@@ -3,6 +3,8 @@
 #include "support/GoldenFile.h"
 #include "support/TestConfig.h"
 
+#include <ca/formatting/TreeFormat.h>
+
 #include <string>
 
 /// Reads the keys of the JSON options, `formatter` aside. The two options by construct take one value for all
@@ -19,3 +21,6 @@ std::u16string prepareText(const std::u16string& text, const TestOptions& option
 
 /// The text as the tree formatter writes it. Throws ca::SyntaxErrorException if it doesn't parse.
 std::u16string formatText(const std::u16string& text, const TestOptions& options);
+
+/// What the bridge makes of the request, but with these options.
+std::u16string formatParsed(const ca::formatting::TreeFormatRequest& request, const TestOptions& options);

@@ -145,8 +145,7 @@ private:
         if (!treeFormatter) {
             return std::vector<Problem>{{ExitStatus::Usage, missingTreeEngine}};
         }
-        const TreeOptions treeOptions{options.formattingJson, options.indentationEnabled,
-                                      arguments.mixedLineEnds};
+        const TreeOptions treeOptions{getTreeConfig(options.formattingJson), arguments.mixedLineEnds};
         auto formatted = formatTree(text, treeOptions, treeFormatter, suppression);
         if (auto* problems = std::get_if<std::vector<Problem>>(&formatted)) {
             return std::move(*problems);

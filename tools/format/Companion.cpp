@@ -23,13 +23,14 @@ Function* find(void* library, const char* name) {
 TreeFormatter findTreeFormatter() {
     void* const library = ca::astapi::getNonshippingLibraryHandle();
     const auto hasBridge = find<decltype(hasExplorerBridge)>(library, "hasExplorerBridge");
-    const auto format = find<decltype(formatThroughExplorerBridge)>(library, "formatThroughExplorerBridge");
+    const auto format =
+        find<decltype(formatParsedThroughExplorerBridge)>(library, "formatParsedThroughExplorerBridge");
     if (hasBridge == nullptr || format == nullptr || !hasBridge()) {
         return {};
     }
-    return [format](const std::u16string& text, const std::u16string& json) {
-        std::u16string result;
-        format(text, json, result);
+    return [format](const ca::formatting::TreeFormatRequest& request) {
+        ca::formatting::TreeFormatResult result;
+        format(request, result);
         return result;
     };
 }

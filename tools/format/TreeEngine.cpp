@@ -1,16 +1,21 @@
 #include "format/TreeEngine.h"
 
-#include "format/CommentLines.h"
 #include "format/SyntaxCheck.h"
 #include "format/TreeSafetyCheck.h"
 #include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
-#include <algorithm>
+#include <ca/config/ConfigManager.h>
+#include <ca/config/ConfigSource.h>
+#include <fl/i18n/MessageCatalog.h>
+#include <fl/i18n/QrLocale.h>
+
 #include <exception>
+#include <mutex>
 #include <new>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include <fmt/format.h>
@@ -52,7 +57,7 @@ std::optional<Problem> checkLineEnds(std::u16string_view text) {
 }
 
 std::u16string withLineEnd(std::u16string text, std::u16string_view end) {
-    if (end == u"\n") {
+    if (end == u"\n" && text.find(u'\r') == std::u16string::npos) {
         return text;
     }
     std::u16string result;
@@ -64,63 +69,27 @@ std::u16string withLineEnd(std::u16string text, std::u16string_view end) {
     return result;
 }
 
-std::u16string_view withoutLeadingBlanks(std::u16string_view text) {
-    return text.substr(std::min(text.find_first_not_of(u" \t\r\n"), text.size()));
-}
-
-std::string getFirstLine(std::u16string_view text) {
-    return encodeLossy(text.substr(0, text.find(u'\n')));
-}
-
-/// The formatter's reasons come in the place of a text and can't be told from one by their looks. But of the
-/// empty text it makes blanks at most, so any words are about the options.
-std::optional<Problem> checkOptions(const TreeOptions& options, const TreeFormatter& formatter) {
-    const std::u16string answer = formatter({}, options.json);
-    const std::u16string_view words = withoutLeadingBlanks(answer);
-    if (words.empty()) {
-        return std::nullopt;
-    }
-    return Problem{ExitStatus::Usage,
-                   fmt::format("the tree formatter doesn't take these options: {}", getFirstLine(words))};
-}
-
-/// Whether the formatter found syntax errors in the text, which the tool's own parser didn't. A program that
-/// starts with the same word can't be told from them here, and the safety check looks after it.
-bool isListOfSyntaxErrors(std::u16string_view answer, std::u16string_view text) {
-    constexpr std::u16string_view heading = u"Syntax errors:";
-    return answer.starts_with(heading) && !withoutLeadingBlanks(text).starts_with(u"Syntax");
-}
-
-/// The first run over a text with a block comment shows where its opening line goes.
-std::u16string layOutIndented(const ParsedText& source, const TreeOptions& options,
-                              const TreeFormatter& formatter) {
-    const std::u16string bare = joinWithBareComments(source.tokens);
-    std::u16string result = formatter(bare, options.json);
-    if (hasBlockComment(source.tokens)) {
-        const std::u16string aligned = joinWithAlignedComments(source.tokens, result);
-        result = aligned == bare ? result : formatter(aligned, options.json);
-    }
-    return result;
-}
-
-std::u16string layOut(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
-    std::u16string result = options.isIndentationEnabled
-                                ? layOutIndented(source, options, formatter)
-                                : formatter(joinLexemes(source.tokens), options.json);
-    return withLineEnd(std::move(result), getFirstLineEnd(source.text));
+Problem describe(const ca::config::ConfigIssue& issue) {
+    const std::u16string message =
+        issue.message == nullptr
+            ? std::u16string()
+            : fl::i18n::MessageCatalog::get_message(*issue.message, fl::i18n::QrLocale::global());
+    return {ExitStatus::Usage,
+            fmt::format("the tree formatter doesn't take these options: {}", encodeLossy(message))};
 }
 
 /// What the formatter makes of the text, or why it makes nothing of it.
 Outcome callFormatter(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
+    using ca::config::ConfigIssue;
     try {
-        if (auto problem = checkOptions(options, formatter)) {
-            return fail(std::move(*problem));
+        auto result = formatter({source.parsed, options.config, ca::formatting::CommentLines::Aligned});
+        if (const auto* issues = std::get_if<std::vector<ConfigIssue>>(&result)) {
+            return fail(describe(issues->front()));
         }
-        std::u16string result = layOut(source, options, formatter);
-        if (isListOfSyntaxErrors(result, source.text)) {
-            return fail({ExitStatus::Unsafe, "the tree formatter finds syntax errors where there are none"});
+        if (const auto* errors = std::get_if<std::vector<ca::SyntaxError>>(&result)) {
+            return ombrel::describe(*errors);
         }
-        return result;
+        return withLineEnd(std::get<std::u16string>(std::move(result)), getFirstLineEnd(source.text));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
@@ -157,13 +126,22 @@ Outcome format(const ParsedText& source, const TreeOptions& options, const TreeF
 
 Outcome formatTree(const std::u16string& text, const TreeOptions& options, const TreeFormatter& formatter,
                    const Suppression& suppression) {
-    std::optional<ParsedText> source;
-    try {
-        source.emplace(text);
-    } catch (const ca::SyntaxErrorException& exception) {
-        return describe(exception.getErrors());
+    const ParsedText source(text);
+    return source.parsed.errors.empty() ? format(source, options, formatter, suppression)
+                                        : describe(source.parsed.errors);
+}
+
+std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& json) {
+    static std::mutex lock;
+    static std::unordered_map<std::u16string, std::shared_ptr<const ca::config::Config>> configs;
+    const std::lock_guard guard(lock);
+    auto& config = configs[json];
+    if (config == nullptr) {
+        const auto manager = std::make_shared<ca::config::ConfigManager>();
+        config = std::make_shared<const ca::config::Config>(
+            std::make_shared<ca::config::JsonConfigSource>(std::nullopt, json, manager));
     }
-    return format(*source, options, formatter, suppression);
+    return config;
 }
 
 } // namespace ombrel

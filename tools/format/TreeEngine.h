@@ -4,22 +4,28 @@
 #include "format/Options.h"
 #include "format/Suppression.h"
 
+#include <ca/formatting/TreeFormat.h>
+
 #include <functional>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace ombrel {
 
-/// Lays out a text, the first argument, by the options in a JSON text, the second. May answer with words of
-/// its own where it doesn't take one of them. What it throws is reported as a problem of the text.
-using TreeFormatter = std::function<std::u16string(const std::u16string&, const std::u16string&)>;
+/// The tree formatter's operation. What it throws is reported as a problem of the text.
+using TreeFormatter =
+    std::function<ca::formatting::TreeFormatResult(const ca::formatting::TreeFormatRequest&)>;
 
 struct TreeOptions {
-    std::u16string json;
-    bool isIndentationEnabled; ///< what the options come to: true if "indentationEnabled" is in force
+    std::shared_ptr<const ca::config::Config> config; ///< the formatter's options, for any number of texts
     MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse;
 };
+
+/// The options in a JSON text, {"formatting": {...}}. The same object for equal texts, so that each is read
+/// once. May be called on several threads at once.
+std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& json);
 
 /// Lays out a text with the tree formatter. All lines of the result end as the first line of the text does,
 /// in LF if the text has one line only.

@@ -2,8 +2,6 @@
 
 #include "text/TextEncoding.h"
 
-#include <ca/SyntaxError.h>
-#include <ca/lexer/lex.h>
 #include <lf/astapi/visitFields.h>
 
 #include <algorithm>
@@ -295,16 +293,15 @@ private:
 };
 
 std::optional<Difference> findTreeDifference(const ParsedText& before, const Marks& beforeMarks,
-                                             const std::u16string& after, const Marks& afterMarks) {
-    try {
-        const auto analysis = ca::createSingleFileAnalyzer()->parseSourceCode(after);
-        TreeComparison comparison(before.text, beforeMarks, after, afterMarks);
-        return comparison.run(*before.analysis->getProgramFile(), *analysis->getProgramFile());
-    } catch (const ca::SyntaxErrorException& exception) {
-        const ca::SyntaxError& error = exception.getErrors().front();
+                                             const ParsedText& after, const Marks& afterMarks) {
+    if (!after.parsed.errors.empty()) {
+        const ca::SyntaxError& error = after.parsed.errors.front();
         return Difference{afterMarks.find(error),
                           fmt::format("make a text that doesn't parse here: {}", encodeLossy(error.message))};
     }
+    TreeComparison comparison(before.text, beforeMarks, after.text, afterMarks);
+    return comparison.run(*before.parsed.analysis->getProgramFile(),
+                          *after.parsed.analysis->getProgramFile());
 }
 
 Problem describe(const Difference& difference, const Marks& marks) {
@@ -316,14 +313,10 @@ Problem describe(const Difference& difference, const Marks& marks) {
 
 } // namespace
 
-ParsedText::ParsedText(const std::u16string& text)
-    : text(text), tokens(ca::lexer::lex(text)),
-      analysis(ca::createSingleFileAnalyzer()->parseSourceCode(text)) {}
-
-std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& after) {
-    const std::vector<Token> afterTokens = ca::lexer::lex(after);
-    const Marks beforeMarks(before.tokens);
-    const Marks afterMarks(afterTokens);
+std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& afterText) {
+    const ParsedText after(afterText);
+    const Marks beforeMarks(*before.parsed.tokens);
+    const Marks afterMarks(*after.parsed.tokens);
     auto first = findTokenDifference(beforeMarks, afterMarks);
     const auto inTree = findTreeDifference(before, beforeMarks, after, afterMarks);
     if (inTree && (!first || inTree->mark < first->mark)) {

@@ -2,25 +2,20 @@
 
 #include "diagnostics/Message.h"
 
-#include <ca/Analyzer.h>
-#include <ca/lexer/Token.h>
+#include <ca/formatting/TreeFormat.h>
 
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace ombrel {
 
-/// A text with its tokens and its syntax tree. Keeps the text by reference, so it takes no temporary one.
+/// A text and what the parser makes of it. Keeps the text by reference, so it accepts no temporary one.
 struct ParsedText {
-    /// Throws ca::SyntaxErrorException if the text doesn't parse.
-    explicit ParsedText(const std::u16string& text);
+    explicit ParsedText(const std::u16string& text) : text(text), parsed(ca::formatting::parseSource(text)) {}
     explicit ParsedText(std::u16string&&) = delete;
 
     const std::u16string& text;
-    std::vector<ca::lexer::Token> tokens;
-    std::shared_ptr<ca::AnalysisResult> analysis;
+    ca::formatting::ParsedSource parsed;
 };
 
 /// Finds out whether a formatted text is still the same program: the same tokens but for separators, with the
@@ -28,7 +23,7 @@ struct ParsedText {
 /// count, nor do separators that the tree knows nothing of, such as a comma between two statements. A
 /// semicolon that keeps a result from being printed is part of the tree, and so are the rows of a matrix.
 ///
-/// Gives the first difference, placed in `before`:
+/// Gives the first difference, placed in `before`, which has to parse:
 ///
 ///     x = [1; 2];          x = [1 2];        1:9: the formatter would put this number literal into the
 ///                                                 matrix row before it

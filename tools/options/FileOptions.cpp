@@ -70,7 +70,6 @@ FileOptions makeFileOptions(const OptionValues& values) {
     options.line.functionStyle = getFunctionStyle(getWord(values, "line.functionStyle"));
     options.line.blankLines = getBlankLineStyle(getWord(values, "line.blankLines"));
     options.formattingJson = makeFormattingJson(values);
-    options.indentationEnabled = getBoolean(values, "formatting.indentationEnabled");
     return options;
 }
 

@@ -15,8 +15,7 @@ namespace ombrel {
 struct FileOptions {
     Engine engine = Engine::Line;
     LineOptions line;
-    std::u16string formattingJson;   ///< for the tree engine: {"formatting": {…}} with all layers in one
-    bool indentationEnabled = false; ///< of the tree engine
+    std::u16string formattingJson; ///< for the tree engine: {"formatting": {…}} with all layers in one
 };
 
 /// A value, or none, for each option of the table.

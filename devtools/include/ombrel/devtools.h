@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ca/formatting/TreeFormat.h>
+
 #include <string>
 
 class FormattingExplorerBridge;
@@ -20,4 +22,8 @@ OMBREL_DEVTOOLS_API bool hasExplorerBridge();
 /// bridge. Lets its exceptions through.
 OMBREL_DEVTOOLS_API void formatThroughExplorerBridge(const std::u16string& sourceText,
                                                      const std::u16string& jsonText, std::u16string& result);
+
+/// The same for the bridge's `formatParsed`.
+OMBREL_DEVTOOLS_API void formatParsedThroughExplorerBridge(const ca::formatting::TreeFormatRequest& request,
+                                                           ca::formatting::TreeFormatResult& result);
 }

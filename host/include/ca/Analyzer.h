@@ -4,11 +4,13 @@
 #include "ca/CodeInput.h"
 #include "ca/SyntaxError.h"
 #include "ca/astapi/CA.h"
+#include "ca/lexer/Token.h"
 #include "lf/astapi/Nodes.h"
 #include "ombrel/api.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ca {
 
@@ -19,6 +21,10 @@ public:
 
     /// The root of the tree. Never null.
     virtual const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const = 0;
+
+    /// The tokens of the text as `lexer::lex` gives them, for whoever needs both. Null if the analysis keeps
+    /// none: then the text has to be tokenized again.
+    virtual std::shared_ptr<const std::vector<lexer::Token>> getTokens() const;
 };
 
 /// Parses single files. Holds no state between calls; any number of threads may use one at once.
@@ -29,10 +35,10 @@ class OMBREL_HOST_API Analyzer {
 public:
     virtual ~Analyzer();
 
-    /// Parses the input's source code; an input without any is an empty file.
+    /// Parses the input's source code; an input without any is an empty file. The result keeps no tokens.
     virtual std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions& options) = 0;
 
-    /// Parses a text with default options.
+    /// Parses a text with default options. In this host, the result keeps the tokens.
     virtual std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) = 0;
 };
 

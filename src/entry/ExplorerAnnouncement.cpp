@@ -1,7 +1,7 @@
 // When the library is loaded, the one bridge object is handed to the development-only companion library, if
 // that is there. Without it nothing is made, and the tree formatter can't be reached.
 
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 
 #include <ca/astapi/symbols.h>
 

@@ -1,4 +1,4 @@
-#include "pass/FormattingExplorerBridgeImpl.h"
+#include "entry/FormattingExplorerBridgeImpl.h"
 
 #include "config/FormattingConfig.h"
 #include "config/FormattingSection.h"
@@ -14,19 +14,26 @@
 #include <fl/i18n/MessageCatalog.h>
 #include <fl/i18n/QrLocale.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <tuple>
 #include <unordered_set>
+#include <utility>
 
 namespace {
 
 using ca::formatting::FormattingConfig;
+using ca::formatting::FormatTree;
 using ca::formatting::makeDebugStream;
+using ca::formatting::TreeFormatRequest;
+using ca::formatting::TreeFormatResult;
 
 using TextStream = std::basic_stringstream<char16_t>;
-using Issues = std::unordered_set<ca::config::ConfigIssue>;
+using ca::config::ConfigIssue;
+using Issues = std::unordered_set<ConfigIssue>;
 
-void write(TextStream& stream, const ca::config::ConfigIssue& issue) {
+void write(TextStream& stream, const ConfigIssue& issue) {
     stream << fl::i18n::MessageCatalog::get_message(*issue.message, fl::i18n::QrLocale::global()) << u'\n';
     if (issue.start) {
         stream << u"  line: " << issue.start->line << u'\n' << u"  column: " << issue.start->column << u'\n';
@@ -36,7 +43,7 @@ void write(TextStream& stream, const ca::config::ConfigIssue& issue) {
 std::u16string describe(const Issues& sourceIssues, const Issues& sectionIssues) {
     auto stream = makeDebugStream();
     for (const Issues* issues : {&sourceIssues, &sectionIssues}) {
-        for (const ca::config::ConfigIssue& issue : *issues) {
+        for (const ConfigIssue& issue : *issues) {
             write(stream, issue);
         }
     }
@@ -63,6 +70,25 @@ std::optional<std::u16string> findSyntaxErrors(ca::Analyzer& analyzer, const std
     }
 }
 
+bool isBefore(const ConfigIssue& a, const ConfigIssue& b) {
+    const auto getKey = [](const ConfigIssue& issue) {
+        return std::tuple(issue.path ? issue.path->string() : std::u16string(),
+                          issue.start ? issue.start->line : 0, issue.start ? issue.start->column : 0);
+    };
+    return getKey(a) < getKey(b);
+}
+
+std::vector<ConfigIssue> sortByPlace(Issues sourceIssues, Issues sectionIssues) {
+    sourceIssues.merge(sectionIssues);
+    std::vector<ConfigIssue> sorted(sourceIssues.begin(), sourceIssues.end());
+    std::sort(sorted.begin(), sorted.end(), isBefore);
+    return sorted;
+}
+
+std::u16string formatTree(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config) {
+    return ca::formatting::FormatPass(std::move(tree), std::move(config)).run();
+}
+
 } // namespace
 
 std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& sourceText,
@@ -78,6 +104,17 @@ std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& source
     if (!config->getSourceIssues().empty() || !formattingConfig->getIssues().empty()) {
         return describe(config->getSourceIssues(), formattingConfig->getIssues());
     }
-    const auto tree = std::make_shared<ca::formatting::FormatTree>(sourceText);
-    return ca::formatting::FormatPass(tree, formattingConfig).run();
+    return formatTree(std::make_shared<FormatTree>(sourceText), formattingConfig);
+}
+
+TreeFormatResult FormattingExplorerBridgeImpl::formatParsed(const TreeFormatRequest& request) {
+    if (!request.source.errors.empty()) {
+        return request.source.errors;
+    }
+    const auto config = request.config->get<FormattingConfig>();
+    auto issues = sortByPlace(request.config->getSourceIssues(), config->getIssues());
+    if (!issues.empty()) {
+        return issues;
+    }
+    return formatTree(std::make_shared<FormatTree>(request.source, request.commentLines), config);
 }

@@ -1,0 +1,52 @@
+// How a tree is made: the syntax tree and the tokens of a text become nodes, and the leaves among them a
+// chain.
+
+#include "parser/FormattingParser.h"
+#include "tree/FormatTree.h"
+
+#include <ca/Analyzer.h>
+#include <ca/formatting/TreeFormat.h>
+#include <ca/lexer/lex.h>
+#include <lf/astapi/getPageSize.h>
+
+#include <utility>
+
+namespace ca::formatting {
+
+namespace {
+
+std::shared_ptr<ca::AnalysisResult> parse(ca::Analyzer& analyzer, const std::u16string& sourceText) {
+    const ca::AnalysisOptions options{
+        .codeGenerationSupport = std::make_shared<ca::CodeGenerationSupport>(),
+        .userData = nullptr,
+        .flags = 0,
+        .config = std::make_shared<ca::config::Config>(std::make_shared<ca::config::FactoryConfigSource>()),
+        .searchPath = {},
+    };
+    return analyzer.parse(ca::CodeInput::createFromSourceCode(sourceText), options);
+}
+
+} // namespace
+
+FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi::internal::getPageSize()) {
+    const auto analyzer = ca::createSingleFileAnalyzer(); // outlives the syntax tree that it made
+    const auto analysis = parse(*analyzer, sourceText);
+    tokens = std::make_shared<const Tokens>(ca::lexer::lex(sourceText));
+    build(*analysis, CommentLines::AsWritten);
+}
+
+FormatTree::FormatTree(const ParsedSource& source, CommentLines commentLines)
+    : FormatTree(lf::astapi::internal::getPageSize()) {
+    tokens = source.tokens;
+    build(*source.analysis, commentLines);
+}
+
+void FormatTree::build(const ca::AnalysisResult& analysis, CommentLines commentLines) {
+    ParsedNodes parsed = parseNodes(*analysis.getProgramFile(), *tokens, commentLines, allocator);
+    nodes = std::move(parsed.nodes);
+    rootText = parsed.rootText;
+    rootIndent = parsed.rootIndent;
+    linkLeaves();
+}
+
+} // namespace ca::formatting
