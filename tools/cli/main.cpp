@@ -37,11 +37,15 @@ ExitStatus finish(const EarlyExit& exit) {
 }
 
 /// Keeps memory that one file has used for the next: giving it back after each takes longer than formatting.
-void keepFreedMemory() {
+/// Small blocks are merged when they are freed: a file has millions of them, and merging all at once, as the
+/// library does by default, takes an eighth of the line engine's time.
+void tuneMemory() {
 #ifdef __GLIBC__
-    constexpr int most = 16 << 20; // bytes that each thread keeps, and the smallest block that stands alone
+    constexpr int most =
+        16 << 20; // bytes that each thread keeps, and the smallest block that is mapped alone
     ::mallopt(M_TRIM_THRESHOLD, most);
     ::mallopt(M_MMAP_THRESHOLD, most);
+    ::mallopt(M_MXFAST, 0);
 #endif
 }
 
@@ -67,7 +71,7 @@ int main(int argc, char** argv) {
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
     handleInterruptions();
-    keepFreedMemory();
+    tuneMemory();
     try {
         return static_cast<int>(runProgram(argc, argv));
     } catch (const std::bad_alloc&) {

@@ -1,6 +1,7 @@
 #include "format/LineEngine.h"
 
 #include "format/IndentationGuard.h"
+#include "text/Whitespace.h"
 
 #include <ca/formatting/LegacyFormatter.h>
 #include <ca/formatting/lineWalk.h>
@@ -26,7 +27,6 @@ using ca::lexer::TokenType;
 using Tokens = std::vector<Token>;
 
 constexpr std::uint32_t lastPossibleLine = std::numeric_limits<std::uint32_t>::max();
-constexpr std::u16string_view whitespace = u" \t";
 
 /// Ranges in ascending order, none of which touches another.
 std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
@@ -65,10 +65,6 @@ Problem makeProblem(const RunawayIndentation& runaway) {
     return {ExitStatus::Refused, text, runaway.line, 1};
 }
 
-std::size_t countLeadingWhitespace(std::u16string_view text) {
-    return std::min(text.find_first_not_of(whitespace), text.size());
-}
-
 /// Appends the whitespace that the line starts with, which may be in several tokens.
 void appendLeadingWhitespace(std::u16string& run, const Tokens& line) {
     for (const Token& token : line) {
@@ -82,18 +78,18 @@ void appendLeadingWhitespace(std::u16string& run, const Tokens& line) {
 
 /// A line without its line end.
 std::u16string_view getContent(std::u16string_view line) {
-    return line.substr(0, line.find_last_not_of(u"\r\n") + 1);
+    while (!line.empty() && (line.back() == u'\n' || line.back() == u'\r')) {
+        line.remove_suffix(1);
+    }
+    return line;
 }
 
-std::u16string_view getContent(const Token& token) {
-    return getContent(std::u16string_view(token.lexeme));
-}
-
-/// Whether whitespace is left before the line's end. Empty tokens have no say, the end of the text above all.
+/// Whether whitespace is left before the line's end. Tokens without content don't count, such as line ends
+/// and the end of the text.
 bool endsInWhitespace(const Tokens& line) {
     const auto last = std::find_if(line.rbegin(), line.rend(),
-                                   [](const Token& token) { return !getContent(token).empty(); });
-    return last != line.rend() && whitespace.find(getContent(*last).back()) != whitespace.npos;
+                                   [](const Token& token) { return !getContent(token.lexeme).empty(); });
+    return last != line.rend() && isWhitespace(getContent(last->lexeme).back());
 }
 
 /// One run over the lines of a text.
@@ -175,7 +171,7 @@ private:
         if (content.substr(0, leading) != indentation && !(isBlank && joinsLineEnds(source))) {
             edits.push_back({offset, leading, indentation});
         }
-        const std::size_t kept = content.find_last_not_of(whitespace) + 1;
+        const std::size_t kept = removeTrailingWhitespace(content).size();
         if (!isBlank && kept != content.size() && !endsInWhitespace(line)) {
             edits.push_back({offset + kept, content.size() - kept, {}});
         }

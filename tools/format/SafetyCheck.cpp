@@ -1,6 +1,7 @@
 #include "format/SafetyCheck.h"
 
 #include "text/LineSplitter.h"
+#include "text/Whitespace.h"
 
 #include <algorithm>
 
@@ -8,15 +9,8 @@ namespace ombrel {
 
 namespace {
 
-constexpr std::u16string_view blanks = u" \t";
-
-std::size_t getLeadingBlankCount(std::u16string_view line) {
-    return std::min(line.find_first_not_of(blanks), line.size());
-}
-
 std::u16string_view getTrimmed(std::u16string_view line) {
-    line.remove_prefix(getLeadingBlankCount(line));
-    return line.substr(0, line.find_last_not_of(blanks) + 1);
+    return removeTrailingWhitespace(line.substr(countLeadingWhitespace(line)));
 }
 
 std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
@@ -25,10 +19,10 @@ std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
 }
 
 Problem describe(std::size_t line, std::size_t column) {
-    return {
-        ExitStatus::Unsafe,
-        "the formatter would have changed more than blanks at the edges of this line; nothing was written",
-        static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column)};
+    return {ExitStatus::Unsafe,
+            "the formatter would have changed more than whitespace at the edges of this line; nothing was "
+            "written",
+            static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column)};
 }
 
 } // namespace
@@ -49,7 +43,7 @@ std::optional<Problem> checkOnlyEdgesChanged(std::u16string_view before, std::u1
         const std::u16string_view trimmedB = getTrimmed(b->content);
         if (trimmedA != trimmedB) {
             return describe(number,
-                            getLeadingBlankCount(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
+                            countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
         }
         if (a->end != b->end) {
             return describe(number, a->content.size() + 1);
