@@ -14,7 +14,7 @@ using ombrel::LineRange;
 std::uint32_t findRunaway(const std::u16string& text, std::uint32_t indentSize, std::string& message,
                           const std::vector<LineRange>& ranges = {}) {
     const auto result = ombrel::formatLines(text, {.indentSize = indentSize}, ranges, {});
-    const auto* problem = std::get_if<ombrel::Problem>(&result);
+    const ombrel::Problem* problem = result ? nullptr : &result.error().front();
     message = problem == nullptr ? "" : problem->text;
     return problem == nullptr ? 0 : problem->line;
 }

@@ -91,7 +91,7 @@ TEST(StarterFile, ShowsEveryOptionWithItsDefault) {
     OptionValues values;
     for (const Setting& setting : loud.settings) {
         EXPECT_EQ(getJson(setting.value),
-                  getJson(std::get<0>(parseValue(*setting.option, setting.option->factory))));
+                  getJson(parseValue(*setting.option, setting.option->factory).value()));
         values.set(*setting.option, setting.value);
     }
 

@@ -61,7 +61,7 @@ TEST(Printable, ShowsOnlyTheSurroundingsInALongLine) {
 TEST(Printable, MessagesHaveTheirLinesInAnyOrder) {
     std::vector<Problem> problems;
     for (const std::uint32_t line : {2U, 4U, 4U, 1U, 5U, 6U, 0U}) {
-        problems.push_back({ExitStatus::Refused, "wrong", line, 1});
+        problems.push_back({Code::RunawayIndentation, "wrong", line, 1});
     }
     std::string lines;
     for (const Message& message : makeMessages(problems, u"a\r\nb\rc\nd\n")) {
@@ -72,9 +72,9 @@ TEST(Printable, MessagesHaveTheirLinesInAnyOrder) {
 
 TEST(Printable, MessagesNamePlaceAndSeverity) {
     std::ostringstream out;
-    printProblem(out, "a\n", {ExitStatus::Refused, "wrong", 1, 2}, u"\tx", Color::Off);
-    printProblem(out, "b", {ExitStatus::Done, "odd"}, u"", Color::Off);
-    printProblem(out, "c", {ExitStatus::Done, "odd", 7, 1}, u"", Color::On);
+    printProblem(out, "a\n", {Code::RunawayIndentation, "wrong", 1, 2}, u"\tx", Color::Off);
+    printProblem(out, "b", {Code::UselessSuppression, "odd"}, u"", Color::Off);
+    printProblem(out, "c", {Code::UselessSuppression, "odd", 7, 1}, u"", Color::On);
     EXPECT_EQ(out.str(), "a\\n:1:2: error: wrong\n  \tx\n  \t^\nb: warning: odd\n"
                          "c:7:1: \033[1;35mwarning:\033[0m odd\n");
 }

@@ -21,10 +21,10 @@ std::vector<FileOutcome> makeOutcomes() {
     FileOutcome fine{"fine.omb", FileStatus::Unchanged, 0, {}};
     FileOutcome ugly{"a b/100%,c:d\n.omb", FileStatus::WouldChange, 3, {}};
     FileOutcome warned{"/tmp/\xFF.omb", FileStatus::Formatted, 0, {}};
-    warned.messages = makeMessages({{ExitStatus::Done, "odd", 1, 2}}, u"x;");
+    warned.messages = makeMessages({{Code::UselessSuppression, "odd", 1, 2}}, u"x;");
     FileOutcome bad{"bad.omb", FileStatus::Failed, 0, {}};
-    bad.messages = makeMessages({{ExitStatus::Unparsable, "50% of \"'\xC3\xA4'\",\r\n: lost", 2, 5},
-                                 {ExitStatus::WriteFailed, "the disk is full"}},
+    bad.messages = makeMessages({{Code::UnclosedString, "50% of \"'\xC3\xA4'\",\r\n: lost", 2, 5},
+                                 {Code::WriteFailed, "the disk is full"}},
                                 u"\n\tx = ;");
     return {fine, ugly, warned, bad};
 }

@@ -25,12 +25,13 @@ TEST(SafetyCheck, AllowsBlanksAtEdgesOnly) {
         {u"a\u00A0\n", u"a\n", 1, 2},  // a no-break space is no blank
     };
     for (const Row& row : rows) {
-        const auto problem = ombrel::checkOnlyEdgesChanged(row.before, row.after);
-        ASSERT_EQ(problem.has_value(), row.line != 0);
-        if (problem) {
-            EXPECT_EQ(problem->status, ombrel::ExitStatus::Unsafe);
-            EXPECT_EQ(problem->line, row.line);
-            EXPECT_EQ(problem->column, row.column);
+        const auto checked = ombrel::checkOnlyEdgesChanged(row.before, row.after);
+        ASSERT_EQ(checked.has_value(), row.line == 0);
+        if (!checked) {
+            const ombrel::Problem& problem = checked.error().front();
+            EXPECT_EQ(problem.code, ombrel::Code::UnsafeResult);
+            EXPECT_EQ(problem.line, row.line);
+            EXPECT_EQ(problem.column, row.column);
         }
     }
 }

@@ -36,8 +36,7 @@ TEST(Suppression, GoldenCases) {
 /// What an engine that joins and breaks lines may return.
 std::string restore(const std::u16string& before, const std::u16string& after) {
     const auto restored = restoreSuppressed(before, findSuppression(before), after);
-    const auto* text = std::get_if<std::u16string>(&restored);
-    return text == nullptr ? std::get<Problem>(restored).text : encodeLossy(*text);
+    return restored ? encodeLossy(*restored) : restored.error().front().text;
 }
 
 TEST(Suppression, RestoresRegionsInATextWithOtherLines) {

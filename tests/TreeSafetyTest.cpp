@@ -38,8 +38,8 @@ std::u16string refuse(const std::u16string& input, const GoldenOptions& options)
         return written = formatParsed(request, config);
     };
     const auto outcome = formatTree(input, {}, formatter);
-    const auto* problems = std::get_if<std::vector<Problem>>(&outcome);
-    if (problems == nullptr || problems->front().status != ExitStatus::Unsafe) {
+    const Problems* problems = outcome ? nullptr : &outcome.error();
+    if (problems == nullptr || problems->front().code != Code::UnsafeResult) {
         return u"not refused\n" + written;
     }
     return toText(show(problems->front())) + u"\n" + written;
@@ -161,29 +161,28 @@ std::u16string format(const std::u16string& text, const TestOptions& options,
                       MixedLineEnds mixed = MixedLineEnds::Refuse) {
     const auto formatter = [&](const TreeFormatRequest& request) { return formatParsed(request, options); };
     const auto outcome = formatTree(text, {nullptr, mixed}, formatter);
-    if (const auto* problems = std::get_if<std::vector<Problem>>(&outcome)) {
+    if (const Problems* problems = outcome ? nullptr : &outcome.error()) {
         return toText(problems->front().text);
     }
-    return std::get<std::u16string>(outcome);
+    return *outcome;
 }
 
-std::vector<Problem> getProblems(const std::u16string& text, const TreeFormatter& formatter) {
+Problems getProblems(const std::u16string& text, const TreeFormatter& formatter) {
     auto outcome = formatTree(text, {}, formatter);
-    auto* problems = std::get_if<std::vector<Problem>>(&outcome);
-    return problems == nullptr ? std::vector<Problem>() : std::move(*problems);
+    return outcome ? Problems() : outcome.error();
 }
 
 TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     const auto errors = getProblems(u"x = ;\r\nif a\n", echo);
     ASSERT_EQ(errors.size(), 2u);
-    EXPECT_EQ(errors[0].status, ExitStatus::Unparsable);
+    EXPECT_EQ(errors[0].code, Code::UnexpectedText);
     EXPECT_EQ(errors[0].line, 1u);
     EXPECT_EQ(errors[0].column, 5u);
     EXPECT_EQ(errors[1].line, 3u);
 
     const auto mixed = getProblems(u"a\r\nbc\n", echo);
     ASSERT_EQ(mixed.size(), 1u);
-    EXPECT_EQ(mixed[0].status, ExitStatus::Refused);
+    EXPECT_EQ(mixed[0].code, Code::MixedLineEnds);
     EXPECT_EQ(mixed[0].text,
               "this line ends in LF and the first one in CRLF: the tree engine can't keep line "
               "ends that are mixed; --force gives all lines the first one's");
@@ -192,12 +191,12 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
 
     const auto unsafe = getProblems(u"a;", [](const auto&) { return u"b;"; });
     ASSERT_EQ(unsafe.size(), 1u);
-    EXPECT_EQ(unsafe[0].status, ExitStatus::Unsafe);
+    EXPECT_EQ(unsafe[0].code, Code::UnsafeResult);
 
     const auto failed = getProblems(
         u"a;", [](const auto&) -> std::u16string { throw std::out_of_range("unordered_map::at"); });
     ASSERT_EQ(failed.size(), 1u);
-    EXPECT_EQ(failed[0].status, ExitStatus::Unsafe);
+    EXPECT_EQ(failed[0].code, Code::InternalError);
     EXPECT_EQ(failed[0].text, "the tree formatter failed: unordered_map::at");
 }
 
@@ -205,7 +204,7 @@ TEST(TreeEngine, GivesEachLineTheFirstLineEnd) {
     const TestOptions all{.indentation = true, .lineBreaking = true};
     for (const std::u16string end : {u"\n", u"\r\n", u"\r"}) {
         const std::u16string text = u"a" + end + u"%{" + end + u"b" + end + u"%}" + end;
-        EXPECT_EQ(std::get<std::u16string>(formatTree(text, {}, echo)), text);
+        EXPECT_EQ(formatTree(text, {}, echo).value(), text);
         EXPECT_EQ(format(text, all), text);
         EXPECT_EQ(format(u"if a, b, end" + end, all), u"if a" + end + u"    b" + end + u"end" + end);
     }
@@ -258,13 +257,13 @@ TEST(TreeEngine, ReportsTheReasonsThatTheFormatterGives) {
                                         ca::config::Severity::Error, {}, {}, {});
     const auto refused = getProblems(u"", [&](const auto&) { return std::vector{issue}; });
     ASSERT_EQ(refused.size(), 1u);
-    EXPECT_EQ(refused[0].status, ExitStatus::Usage);
+    EXPECT_EQ(refused[0].code, Code::RefusedOptions);
     EXPECT_EQ(refused[0].text, "the tree formatter doesn't take these options: why");
 
     const ca::SyntaxError error{u"Identifier", u"message", 1, 2, 0};
     const auto broken = getProblems(u"a", [&](const auto&) { return std::vector{error}; });
     ASSERT_EQ(broken.size(), 1u);
-    EXPECT_EQ(broken[0].status, ExitStatus::Unparsable);
+    EXPECT_EQ(broken[0].code, Code::SyntaxError);
     EXPECT_EQ(broken[0].text, "message");
 }
 
@@ -284,7 +283,7 @@ TEST(TreeEngine, ParsesTwiceAndTokenizesNothingElse) {
     const auto outcome = formatTree(text, options, formatter);
     EXPECT_EQ(getHostCalls().parsed, 2u);
     EXPECT_EQ(getHostCalls().tokenized, 0u);
-    EXPECT_EQ(std::get<std::u16string>(outcome), u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
+    EXPECT_EQ(outcome.value(), u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
 }
 
 } // namespace

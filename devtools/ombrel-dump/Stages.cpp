@@ -52,7 +52,7 @@ const std::vector<Stage>& getStages() {
     static const std::vector<Stage> stages = {
         {"tokens", "the token list, as JSON", printTokens},
         {"syntax", "the syntax tree, as JSON", printSyntax},
-        {"leaves", "the tree formatter's leaves: tokens and what stands between them",
+        {"leaves", "the tree formatter's leaves: tokens and what is between them",
          printTree<&ca::formatting::FormatTree::dumpLeaves>},
         {"text-tree", "the leaves with their containers",
          printTree<&ca::formatting::FormatTree::dumpTextTree>},
@@ -62,7 +62,7 @@ const std::vector<Stage>& getStages() {
          dumpOptions},
         {"bridge",
          "what the tree formatter makes of the text and of --config, or why it refuses (status 0 then too)",
-         printBridgeResult},
+         printBridgeResult, true},
     };
     return stages;
 }

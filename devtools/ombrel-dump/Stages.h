@@ -18,6 +18,7 @@ struct Stage {
     std::string name;
     std::string help;
     void (*print)(std::ostream& stream, const StageInput& input);
+    bool acceptsOptions = false; ///< prints what the options of --config make of the text
 };
 
 /// All stages, in the order in which a text passes through them.

@@ -1,17 +1,19 @@
 #include "Stages.h"
 
 #include "diagnostics/Message.h"
+#include "diagnostics/SourceText.h"
 #include "diagnostics/Suggestion.h"
-#include "files/FileSystem.h"
-#include "format/SyntaxCheck.h"
 #include "text/TextEncoding.h"
 #include <ca/SyntaxError.h>
 
+#include <cerrno>
 #include <exception>
+#include <fstream>
 #include <iomanip>
 #include <iostream>
-#include <iterator>
+#include <new>
 #include <sstream>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -19,11 +21,21 @@ namespace {
 
 using namespace ombrel;
 
-/// Why a run ends early, for the user.
-struct Failure {
-    ExitStatus status;
-    std::string text;
-};
+/// What the program exits with, as the command line does for the same problems.
+int getExitStatus(const Problem& problem) {
+    switch (getInfo(problem.code).family) {
+    case Family::Input:
+        return 3;
+    case Family::Syntax:
+        return 4;
+    case Family::Safety:
+        return 5;
+    case Family::Writing:
+        return 6;
+    default:
+        return 2;
+    }
+}
 
 std::string listStages() {
     std::ostringstream list;
@@ -34,84 +46,136 @@ std::string listStages() {
     return list.str();
 }
 
-const Stage& findStage(const std::string& name) {
+Result<const Stage*> findStage(const std::string& name) {
     std::vector<std::string> names;
     for (const Stage& stage : getStages()) {
         if (stage.name == name) {
-            return stage;
+            return &stage;
         }
         names.push_back(stage.name);
     }
-    throw Failure{ExitStatus::Usage, "unknown stage " + name + suggest(name, names) + '\n' + listStages()};
+    return fail(Code::UsageError, "unknown stage " + name + suggest(name, names));
 }
 
-std::string readStandardInput() {
-    std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
-    if (bytes.size() > maximalByteCount) {
-        throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+Result<std::string> readBytes(const std::string& path) {
+    std::ifstream file;
+    if (path != "-") {
+        file.open(path, std::ios::binary);
     }
-    return bytes;
+    std::istream& stream = path == "-" ? std::cin : file;
+    std::ostringstream bytes;
+    errno = 0;
+    if (!stream || (stream.peek() != EOF && !(bytes << stream.rdbuf())) || stream.bad()) {
+        return fail(Code::UnreadableInput, "can't read: " + std::generic_category().message(errno));
+    }
+    return std::move(bytes).str();
 }
 
-/// The text of a file. Prints what is wrong with it and throws the status if it can't be had.
-std::u16string readText(const std::string& path) {
-    std::string bytes;
-    try {
-        bytes = path == "-" ? readStandardInput() : DiskFileSystem().read(path, maximalByteCount);
-    } catch (const FileError& error) {
-        printProblem(std::cerr, path, {ExitStatus::Usage, error.what()}, {}, Color::Off);
-        throw error.kind == FileError::Kind::TooLarge ? ExitStatus::Refused : ExitStatus::Usage;
+int report(const std::string& path, const Problems& problems, std::u16string_view text) {
+    for (const Problem& problem : problems) {
+        printProblem(std::cerr, path, problem, text, Color::Off);
     }
-    auto decoded = decode(bytes);
-    if (const auto* problem = std::get_if<Problem>(&decoded)) {
-        printProblem(std::cerr, path, *problem, decodeLossy(bytes), Color::Off);
-        throw problem->status;
-    }
-    return std::get<DecodedText>(std::move(decoded)).text;
+    return getExitStatus(problems.front());
 }
 
-void dump(const Stage& stage, const StageInput& input) {
+/// A text that was read. If it has problems it is only what can be shown of it.
+struct Input {
+    std::u16string text;
+    Problems problems;
+};
+
+Input readText(const std::string& path) {
+    const auto bytes = readBytes(path);
+    if (!bytes) {
+        return {{}, bytes.error()};
+    }
+    auto decoded = decodeSource(*bytes);
+    return decoded ? Input{std::move(decoded->text), {}} : Input{decodeLossy(*bytes), decoded.error()};
+}
+
+Problems makeProblems(const std::vector<ca::SyntaxError>& errors) {
+    Problems problems;
+    for (const ca::SyntaxError& error : errors) {
+        problems.push_back(
+            {getSyntaxCode(error.identifier), encodeLossy(error.message), error.line, error.column});
+    }
+    return problems;
+}
+
+int dump(const Stage& stage, const StageInput& input) {
     try {
         stage.print(std::cout, input);
+        return 0;
     } catch (const ca::SyntaxErrorException& exception) {
-        for (const Problem& problem : describe(exception.getErrors())) {
-            printProblem(std::cerr, input.path, problem, input.text, Color::Off);
-        }
-        throw ExitStatus::Unparsable;
+        return report(input.path, makeProblems(exception.getErrors()), input.text);
     }
 }
 
-void runProgram(int argc, char** argv) {
-    CLI::App app("Prints one stage of a text's way through the formatters.", "ombrel-dump");
+/// Reports a problem with the run as a whole.
+int report(const Problem& problem) {
+    printRunProblem(std::cerr, "ombrel-dump", problem, Color::Off);
+    return getExitStatus(problem);
+}
+
+int refuse(const Problem& problem) {
+    const int status = report(problem);
+    std::cerr << listStages() << '\n';
+    return status;
+}
+
+/// What the command line asks for.
+struct Request {
     std::string stage;
     std::string path = "-";
-    std::string optionsPath;
-    app.add_option("STAGE", stage, "what to print")->required();
-    app.add_option("FILE", path,
-                   "the text, or a configuration for `options`; - or nothing is standard input");
-    app.add_option("--config", optionsPath, "options of the tree formatter for `bridge`, as JSON");
+    std::string optionsPath; ///< empty: no options
+};
+
+int run(const Request& request) {
+    const auto stage = findStage(request.stage);
+    if (!stage) {
+        return refuse(stage.error().front());
+    }
+    if (!request.optionsPath.empty() && !(*stage)->acceptsOptions) {
+        return refuse(
+            {Code::UsageError, "--config needs the stage bridge: " + request.stage + " has no options"});
+    }
+    if (request.path == "-" && request.optionsPath == "-") {
+        return refuse({Code::UsageError, "standard input can be read only once"});
+    }
+    const Input input = readText(request.path);
+    if (!input.problems.empty()) {
+        return report(request.path, input.problems, input.text);
+    }
+    const Input options = request.optionsPath.empty() ? Input{u"{}", {}} : readText(request.optionsPath);
+    if (!options.problems.empty()) {
+        return report(request.optionsPath, options.problems, options.text);
+    }
+    return dump(**stage, {request.path, input.text, options.text});
+}
+
+int runProgram(int argc, char** argv) {
+    CLI::App app("Prints one stage of a text's way through the formatters.", "ombrel-dump");
+    Request request;
+    app.add_option("STAGE", request.stage, "what to print")->required()->type_name("");
+    app.add_option("FILE", request.path,
+                   "the text, or a configuration for `options`; - or nothing is standard input")
+        ->type_name("");
+    app.add_option("--config", request.optionsPath, "options of the tree formatter for `bridge`, as JSON")
+        ->type_name("FILE");
+    app.set_version_flag("--version", "ombrel-dump " OMBREL_VERSION, "print the version");
     app.footer(listStages());
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         std::cout << app.help();
-        return;
+        return 0;
+    } catch (const CLI::CallForVersion& version) {
+        std::cout << version.what() << '\n';
+        return 0;
     } catch (const CLI::ParseError& error) {
-        throw Failure{ExitStatus::Usage, std::string(error.what()) + '\n' + listStages()};
+        return refuse({Code::UsageError, error.what()});
     }
-    const Stage& found = findStage(stage);
-    dump(found, {path, readText(path), optionsPath.empty() ? u"{}" : readText(optionsPath)});
-}
-
-void flush() {
-    if (!std::cout.flush()) {
-        throw Failure{ExitStatus::WriteFailed, "can't write standard output"};
-    }
-}
-
-int fail(ExitStatus status, const std::string& text) {
-    printUsageError(std::cerr, "ombrel-dump", text, Color::Off);
-    return static_cast<int>(status);
+    return run(request);
 }
 
 } // namespace
@@ -119,14 +183,11 @@ int fail(ExitStatus status, const std::string& text) {
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     try {
-        runProgram(argc, argv);
-        flush();
-        return static_cast<int>(ExitStatus::Done);
-    } catch (ExitStatus status) {
-        return static_cast<int>(status);
-    } catch (const Failure& failure) {
-        return fail(failure.status, failure.text);
+        const int status = runProgram(argc, argv);
+        return std::cout.flush() ? status : report({Code::WriteFailed, "can't write standard output"});
+    } catch (const std::bad_alloc&) {
+        return report({Code::OutOfMemory, "not enough memory"});
     } catch (const std::exception& error) {
-        return fail(ExitStatus::Refused, error.what());
+        return report({Code::InternalError, error.what()});
     }
 }

@@ -13,7 +13,7 @@ std::vector<ExampleFile> readExamples() {
         if (entry.path().extension() == ".omb") {
             std::ifstream file(entry.path(), std::ios::binary);
             const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-            examples.push_back({entry.path(), std::get<ombrel::DecodedText>(ombrel::decode(bytes)).text});
+            examples.push_back({entry.path(), ombrel::decode(bytes).value().text});
         }
     }
     return examples.size() >= 12 ? examples : throw std::runtime_error("examples are missing");

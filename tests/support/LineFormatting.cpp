@@ -114,10 +114,10 @@ std::optional<std::u16string> formatWithEngine(const std::u16string& text, const
     const ombrel::LineOptions line{options.indentSize, options.tabSize, !options.useSpaces,
                                    getFunctionStyle(options), getBlankLineStyle(options)};
     const auto result = ombrel::formatLines(text, line, {{options.firstLine, options.lastLine}}, {});
-    if (const auto* edits = std::get_if<ombrel::Edits>(&result)) {
-        return ombrel::applyEdits(text, *edits);
+    if (result) {
+        return ombrel::applyEdits(text, *result);
     }
-    const bool isRunaway = std::get<ombrel::Problem>(result).line != 0;
+    const bool isRunaway = result.error().front().code == ombrel::Code::RunawayIndentation;
     return isRunaway ? std::nullopt : std::optional(text);
 }
 

@@ -17,13 +17,17 @@ ProgramOutcome runProgram(const std::vector<std::string>& words, const std::stri
         argv.push_back(word.c_str());
     }
     const auto parsed = ombrel::parseArguments(static_cast<int>(argv.size()), argv.data());
-    if (const auto* exit = std::get_if<ombrel::EarlyExit>(&parsed)) {
-        return {static_cast<int>(exit->status), {}, exit->text};
+    if (!parsed) {
+        const ombrel::Problem& problem = parsed.error().front();
+        return {static_cast<int>(getExitStatus(problem)), {}, problem.text};
+    }
+    if (const auto* printed = std::get_if<ombrel::PrintedText>(&*parsed)) {
+        return {0, {}, printed->text};
     }
     std::istringstream in(input);
     std::ostringstream out;
     std::ostringstream err;
     ombrel::Console console{in, out, err};
-    const auto status = run(std::get<ombrel::Arguments>(parsed), console, files);
+    const auto status = run(std::get<ombrel::Arguments>(*parsed), console, files);
     return {static_cast<int>(status), out.str(), err.str()};
 }

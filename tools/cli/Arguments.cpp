@@ -30,6 +30,10 @@ constexpr const char* footer =
     "Exit status, the largest wins: 0 done; 1 would change (--check, --diff); 2 wrong options or unreadable\n"
     "input; 3 input refused; 4 doesn't parse; 5 safety check failed, file untouched; 6 writing failed.";
 
+Failure refuse(std::string_view message) {
+    return fail(Code::UsageError, getPrintableName(message));
+}
+
 /// Decimal digits and nothing else.
 std::optional<std::uint32_t> parseNumber(std::string_view text) {
     std::uint32_t number = 0;
@@ -126,8 +130,8 @@ void addModes(CLI::App& app, Arguments& arguments) {
         "--force", [&] { arguments.mixedLineEnds = MixedLineEnds::UseFirst; },
         "Tree engine: where a file mixes line ends, use the first one's for all");
     app.add_flag("--print-config", arguments.printConfig,
-                 "Print the options that hold for the FILEs or this folder and where each comes from");
-    app.add_flag("--init", arguments.init, "Write an options file to begin with into this folder");
+                 "Print the options that apply to the FILEs or this folder and where each comes from");
+    app.add_flag("--init", arguments.init, "Write an options file to start with into this folder");
     app.add_flag_callback(
         "--schema", [] { throw SchemaCall(); }, "Print the JSON Schema of options files");
 }
@@ -161,14 +165,15 @@ void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& pat
         ->type_name("PATTERN");
     addTexts(
         app, "--include", patterns.included,
-        "Take what matches, whatever it is called; of --exclude and --include the last decides; repeatable")
+        "Format what matches, whatever its name; of --exclude and --include the last one wins; repeatable")
         ->type_name("PATTERN");
     app.add_flag_callback(
-        "--no-gitignore", [&options] { options.honorsGitignore = false; }, "Take files that git ignores too");
+        "--no-gitignore", [&options] { options.honorsGitignore = false; },
+        "Format files that git ignores too");
     app.add_flag("--force-exclude", options.forcesExclusion, "Leave out named files and folders too");
     app.add_flag("--list-files", options.listsOnly,
-                 "Say which files would be taken or left and why, and stop");
-    app.add_flag("--allow-no-files", options.allowsNoFiles, "Having nothing to do is no error");
+                 "Say which files would be formatted or left out and why, and stop");
+    app.add_flag("--allow-no-files", options.allowsNoFiles, "Exit with 0 if there are no files to format");
 }
 
 void addChangeOptions(CLI::App& app, ChangeOptions& options) {
@@ -202,7 +207,8 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
-    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files in work at a time, 1 to 1024", "all cores");
+    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
+              "all cores");
     addReporterOption(app, arguments.reporters);
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
@@ -227,30 +233,31 @@ std::vector<std::string> getOptionNames(const CLI::App& app) {
     return names;
 }
 
-/// Takes the paths from the words that are no options; behind a `--` all words are paths. Returns a message
-/// if one looks like an option and isn't.
-std::string takePaths(const CLI::App& app, std::vector<std::string>& paths) {
-    bool isBehindDashes = false;
+/// The words that are no options; after a `--` all words are paths. Fails if one looks like an option and
+/// isn't.
+Result<std::vector<std::string>> getPaths(const CLI::App& app) {
+    std::vector<std::string> paths;
+    bool isAfterDashes = false;
     for (const std::string& word : app.remaining()) {
-        if (!isBehindDashes && word == "--") {
-            isBehindDashes = true;
-        } else if (isBehindDashes || word == "-" || !word.starts_with('-')) {
+        if (!isAfterDashes && word == "--") {
+            isAfterDashes = true;
+        } else if (isAfterDashes || word == "-" || !word.starts_with('-')) {
             paths.push_back(word);
         } else {
             const std::string name = word.starts_with("-=") ? word : word.substr(0, word.find('='));
-            return "unknown option " + name + suggest(name, getOptionNames(app));
+            return refuse("unknown option " + name + suggest(name, getOptionNames(app)));
         }
     }
-    return {};
+    return paths;
 }
 
-/// An option with an equals sign and nothing behind it, which the parser would take the next word for; empty
-/// if there is none.
-std::string findEmptyValue(int argc, const char* const* argv) {
+/// Refuses an option with an equals sign and nothing after it: the parser would use the next word as its
+/// value.
+Result<void> checkValues(int argc, const char* const* argv) {
     for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
         const std::string_view word = argv[i];
         if (word.starts_with("--") && word.ends_with('=')) {
-            return std::string(word.substr(0, word.size() - 1)) + " needs a value";
+            return refuse(std::string(word.substr(0, word.size() - 1)) + " needs a value");
         }
     }
     return {};
@@ -268,65 +275,64 @@ bool isFormattingAsked(const Arguments& arguments) {
     return arguments.inPlace || arguments.check || arguments.diff || !arguments.lines.empty();
 }
 
-/// What speaks against formatting changes with these options; empty if nothing does.
-std::string findChangeContradiction(const Arguments& arguments) {
+/// Whether the options can be combined with formatting changes.
+Result<void> checkChanges(const Arguments& arguments) {
     const ChangeOptions& changes = arguments.changes;
     if (!changes.isAsked()) {
-        return changes.takesWhole ? "--whole-files goes with --since or --staged" : "";
+        return changes.takesWhole ? refuse("--whole-files needs --since or --staged") : Result<void>();
     }
     if (changes.isStaged && !changes.since.empty()) {
-        return "--since looks at the work tree, --staged at the index: use one or the other";
+        return refuse("--since looks at the work tree, --staged at the index: use one or the other");
     }
     if (!arguments.lines.empty()) {
-        return "--lines doesn't go with --since and --staged, which find the lines by themselves";
+        return refuse("--lines can't be combined with --since and --staged, which find the lines themselves");
     }
     if (!arguments.search.pathList.empty() ||
         std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
-        return "--since and --staged go with files and folders: neither with standard input nor with "
-               "--files-from";
+        return refuse(
+            "--since and --staged need files and folders: they can't be combined with standard input "
+            "or --files-from");
     }
     return {};
 }
 
-/// A message if the options are fine one by one but not together; empty if they are.
-std::string findContradiction(const Arguments& arguments) {
+/// Whether options that are fine one by one can be combined.
+Result<void> checkCombination(const Arguments& arguments) {
     const SearchOptions& search = arguments.search;
     const auto standardInputs =
         std::count(arguments.paths.begin(), arguments.paths.end(), "-") + (search.pathList == "-" ? 1 : 0);
     if (arguments.checkSyntax && isFormattingAsked(arguments)) {
-        return "--check-syntax formats nothing: it doesn't go with --in-place, --check, --diff or --lines";
+        return refuse("--check-syntax formats nothing: it can't be combined with --in-place, --check, --diff "
+                      "or --lines");
     }
     if (arguments.inPlace && (arguments.check || arguments.diff)) {
-        return "--in-place writes, --check and --diff don't: use one or the other";
+        return refuse("--in-place writes, --check and --diff don't: use one or the other");
     }
     if (arguments.inPlace && std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
-        return "--in-place needs files: standard input can't be written back";
+        return refuse("--in-place needs files: standard input can't be written back");
     }
     if (standardInputs > 1) {
-        return "standard input can be read only once";
+        return refuse("standard input can be read only once");
     }
     if (!arguments.lines.empty() && arguments.paths.size() > 1) {
-        return "--lines goes with one file";
+        return refuse("--lines needs exactly one file");
     }
     if (search.isPathListNulEnded && search.pathList.empty()) {
-        return "-0 goes with --files-from";
+        return refuse("-0 needs --files-from");
     }
     if (arguments.options.ignoresFiles && !arguments.options.file.empty()) {
-        return "--config and --no-config contradict each other";
+        return refuse("--config and --no-config contradict each other");
     }
     if (arguments.init && (arguments.printConfig || isFormattingAsked(arguments))) {
-        return "--init writes a new options file and does nothing else";
+        return refuse("--init writes a new options file and does nothing else");
     }
     if (arguments.printConfig && (arguments.checkSyntax || isFormattingAsked(arguments))) {
-        return "--print-config formats nothing: it doesn't go with other modes";
+        return refuse("--print-config formats nothing: it can't be combined with other modes");
     }
     if (arguments.quiet && arguments.verbose) {
-        return "--quiet and --verbose contradict each other";
+        return refuse("--quiet and --verbose contradict each other");
     }
-    if (std::string message = findChangeContradiction(arguments); !message.empty()) {
-        return message;
-    }
-    return findReporterConflict(arguments);
+    return checkChanges(arguments).and_then([&] { return checkReporters(arguments); });
 }
 
 /// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
@@ -338,10 +344,6 @@ std::string describe(const CLI::ParseError& error) {
     }
     const std::string name = text.substr(0, text.size() - flagOverride.size());
     return (name.size() == 1 ? "-" : "--") + name + " takes no value";
-}
-
-EarlyExit refuse(const std::string& message) {
-    return {ExitStatus::Usage, getPrintableName(message)};
 }
 
 /// What is read goes to `arguments` and `patterns`, which have to outlive the parser.
@@ -373,28 +375,30 @@ OptionDescription describe(const CLI::Option& option) {
 
 } // namespace
 
-std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv) {
+Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv) {
     Arguments arguments;
     CLI::App app(description, "ombrel-format");
     PatternOptions patterns;
     addOptions(app, arguments, patterns);
-    if (const std::string message = findEmptyValue(argc, argv); !message.empty()) {
-        return refuse(message);
+    if (const auto checked = checkValues(argc, argv); !checked) {
+        return fail(checked.error());
     }
     try {
         app.parse(argc, argv);
     } catch (const SchemaCall&) {
-        return EarlyExit{ExitStatus::Done, makeOptionsSchema()};
+        return PrintedText{makeOptionsSchema()};
     } catch (const CLI::CallForHelp&) {
-        return EarlyExit{ExitStatus::Done, makeHelp(app, arguments.paths)};
+        return PrintedText{makeHelp(app, arguments.paths)};
     } catch (const CLI::CallForVersion& version) {
-        return EarlyExit{ExitStatus::Done, std::string(version.what()) + '\n'};
+        return PrintedText{std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
         return refuse(describe(error));
     }
-    if (const std::string message = takePaths(app, arguments.paths); !message.empty()) {
-        return refuse(message);
+    auto paths = getPaths(app);
+    if (!paths) {
+        return fail(paths.error());
     }
+    arguments.paths = *std::move(paths);
     if (arguments.paths.empty() && arguments.search.pathList.empty() && !arguments.changes.isAsked()) {
         const bool isFolderMeant = arguments.printConfig && app.count("--stdin-filename") == 0;
         arguments.paths.emplace_back(isFolderMeant ? "." : "-");
@@ -403,8 +407,8 @@ std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* a
     if (arguments.reporters.empty()) {
         arguments.reporters.push_back({ReporterKind::Human, {}});
     }
-    if (const std::string message = findContradiction(arguments); !message.empty()) {
-        return refuse(message);
+    if (const auto checked = checkCombination(arguments); !checked) {
+        return fail(checked.error());
     }
     return arguments;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/ExitStatus.h"
 #include "cli/ReporterOption.h"
+#include "diagnostics/Result.h"
 #include "files/FileSystem.h"
 #include "files/SearchOptions.h"
 #include "format/Options.h"
@@ -10,7 +10,6 @@
 #include "text/LineRange.h"
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -33,8 +32,6 @@ struct Arguments {
     bool printConfig = false;     ///< say which options hold for the paths, and stop
     bool init = false;            ///< write an options file to begin with, and stop
     std::vector<LineRange> lines; ///< none: all lines
-    std::map<std::string, std::vector<LineRange>>
-        changedLines; ///< by path, instead of `lines`; counted by line feeds
     OptionsRequest options;
     MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
     std::string stdinName = "<stdin>";
@@ -49,14 +46,13 @@ struct Arguments {
     bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
 };
 
-/// The end of a run before it has begun: help, version, or a usage error.
-struct EarlyExit {
-    ExitStatus status;
-    std::string text; ///< for standard output if the status is Done, otherwise an error
+/// A text that was asked for instead of a run: help, version, schema.
+struct PrintedText {
+    std::string text;
 };
 
-/// Reads the command line of the program, `argv[0]` included.
-std::variant<Arguments, EarlyExit> parseArguments(int argc, const char* const* argv);
+/// Reads the command line of the program, `argv[0]` included. Fails with one UsageError.
+Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv);
 
 /// An option of the command line as people get to see it.
 struct OptionDescription {

@@ -24,8 +24,8 @@ void print(const std::vector<Note>& notes, const Arguments& arguments, Console& 
     }
 }
 
-/// The arguments of a run that formats these changes as if the user had named them.
-Arguments nameChanges(Arguments arguments, const std::vector<ChangedFile>& files) {
+/// The arguments of a run that formats these files as if the user had named them.
+Arguments nameFiles(Arguments arguments, const std::vector<ChangedFile>& files) {
     const bool isWriting = !arguments.check && !arguments.diff && !arguments.checkSyntax;
     arguments.inPlace = arguments.inPlace || (arguments.changes.isStaged && isWriting);
     arguments.search.forcesExclusion = true;
@@ -34,19 +34,26 @@ Arguments nameChanges(Arguments arguments, const std::vector<ChangedFile>& files
     arguments.paths.clear();
     for (const ChangedFile& file : files) {
         arguments.paths.push_back(file.path);
-        if (file.lines) {
-            arguments.changedLines.emplace(file.path, *file.lines);
-        }
     }
     return arguments;
 }
 
+ChangedLines getLines(const std::vector<ChangedFile>& files) {
+    ChangedLines lines;
+    for (const ChangedFile& file : files) {
+        if (file.lines) {
+            lines.emplace(file.path, *file.lines);
+        }
+    }
+    return lines;
+}
+
 std::u16string getText(const std::string& bytes) {
-    return std::get<DecodedText>(decode(bytes)).text;
+    return decode(bytes).value().text;
 }
 
 bool areLinesKept(const std::string& before, const std::string& after) {
-    return !checkOnlyEdgesChanged(getText(before), getText(after));
+    return checkOnlyEdgesChanged(getText(before), getText(after)).has_value();
 }
 
 ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& files) {
@@ -55,12 +62,13 @@ ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& 
     options.takesWhole = options.takesWhole || arguments.checkSyntax;
     const ChangedFiles changed = findChangedFiles(git, options, arguments.paths);
     print(changed.notes, arguments, console);
-    const Arguments named = nameChanges(arguments, changed.files);
+    const Arguments named = nameFiles(arguments, changed.files);
+    const ChangedLines lines = getLines(changed.files);
     if (!arguments.changes.isStaged) {
-        return run(named, console, files);
+        return runOnPaths(named, lines, console, files);
     }
     StagedFiles staged(git, changed.files, files, areLinesKept);
-    const ExitStatus status = run(named, console, staged);
+    const ExitStatus status = runOnPaths(named, lines, console, staged);
     print(staged.getNotes(), arguments, console);
     return status;
 }
@@ -72,8 +80,9 @@ ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem
         return runWithGit(arguments, console, files);
     } catch (const GitError& error) {
         ReporterSet reporters(arguments, console, files, console.getErrColor(arguments.color));
-        reporters.addFailure({ExitStatus::Usage, error.what()});
-        return getWorse(ExitStatus::Usage, reporters.finish());
+        const Problem problem(Code::GitFailed, error.what());
+        reporters.addFailure(problem);
+        return getWorse(getExitStatus(problem), reporters.finish());
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diagnostics/Problem.h"
+
 #include <algorithm>
 
 namespace ombrel {
@@ -9,8 +11,8 @@ enum class ExitStatus {
     Done = 0,
     WouldChange = 1, ///< --check or --diff found a file that is not formatted
     Usage = 2,       ///< wrong options, unreadable input
-    Refused = 3,     ///< the input is not UTF-8, too large or too deep
-    Unparsable = 4,  ///< the input doesn't parse, and that was asked for or the tree engine needs it
+    Refused = 3,     ///< the input is not UTF-8 or too large, or its indentation would get out of hand
+    Unparsable = 4,  ///< the input doesn't parse or is nested too deeply, and it has to parse
     Unsafe = 5,      ///< the result failed the safety check and was thrown away
     WriteFailed = 6,
 };
@@ -18,5 +20,8 @@ enum class ExitStatus {
 constexpr ExitStatus getWorse(ExitStatus a, ExitStatus b) {
     return std::max(a, b);
 }
+
+/// What a run ends with that had this problem and no worse one.
+ExitStatus getExitStatus(const Problem& problem);
 
 } // namespace ombrel

@@ -1,5 +1,6 @@
 #include "cli/FileFormatter.h"
 
+#include "diagnostics/SourceText.h"
 #include "files/InputReader.h"
 #include "format/Companion.h"
 #include "format/LineEngine.h"
@@ -14,7 +15,7 @@
 #include <exception>
 #include <new>
 #include <sstream>
-#include <variant>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -25,20 +26,17 @@ namespace {
 constexpr const char* linesWithTree = "the tree engine lays out whole files: --lines doesn't go with it, and "
                                       "--since and --staged need --whole-files";
 
-ExitStatus getStatus(FileError::Kind kind) {
+Code getCode(FileError::Kind kind) {
     switch (kind) {
     case FileError::Kind::Unreadable:
-        return ExitStatus::Usage;
+        return Code::UnreadableInput;
     case FileError::Kind::TooLarge:
-        return ExitStatus::Refused;
+        return Code::TooLarge;
     case FileError::Kind::Unwritable:
         break;
     }
-    return ExitStatus::WriteFailed;
+    return Code::WriteFailed;
 }
-
-/// What to change in a text, or why nothing is.
-using Outcome = std::variant<Edits, std::vector<Problem>>;
 
 /// One edit for everything from the first to the last difference.
 Edits findDifference(std::u16string_view before, std::u16string_view after) {
@@ -57,44 +55,37 @@ Edits findDifference(std::u16string_view before, std::u16string_view after) {
 /// The work on one input.
 class Task {
 public:
-    Task(const Arguments& arguments, const OptionsResolver& resolver, Console& console, FileSystem& files,
-         const std::string& path, bool wantsFirstChangedLine)
-        : arguments(arguments), resolver(resolver), console(console), files(files), path(path),
-          wantsFirstChangedLine(wantsFirstChangedLine) {
+    Task(const FileJob& job, const std::string& path) : job(job), arguments(job.arguments), path(path) {
         outcome.path = arguments.getShownName(path);
     }
 
     FileResult run() {
         try {
-            process(readInput(path, console.in, files));
+            process(readInput(path, job.console.in, job.files));
         } catch (const FileError& error) {
-            report({getStatus(error.kind), error.what()}, {});
+            report(Problem(getCode(error.kind), error.what()), {});
         } catch (const std::bad_alloc&) {
-            report({ExitStatus::Refused, "not enough memory for this text"}, {});
+            report(Problem(Code::OutOfMemory, "not enough memory for this text"), {});
         } catch (const std::exception& error) { // a fault of ours, and no reason to leave out the other files
-            report({ExitStatus::Unsafe, fmt::format("formatting failed: {}", error.what())}, {});
+            report(Problem(Code::InternalError, fmt::format("formatting failed: {}", error.what())), {});
         }
         return std::move(result);
     }
 
-    /// The result of an input that can't be taken.
-    FileResult fail(const Problem& problem) {
+    FileResult refuse(const Problem& problem) {
         report(problem, {});
         return std::move(result);
     }
 
 private:
     void process(std::string bytes) {
-        auto decoded = decode(bytes);
-        if (const auto* problem = std::get_if<Problem>(&decoded)) {
-            report(*problem, decodeLossy(bytes));
-            return;
-        }
-        auto& source = std::get<DecodedText>(decoded);
-        if (arguments.checkSyntax) {
-            report(findSyntaxErrors(source.text), source.text);
+        const auto source = decodeSource(bytes);
+        if (!source) {
+            report(source.error(), decodeLossy(bytes));
+        } else if (arguments.checkSyntax) {
+            report(findSyntaxErrors(source->text), source->text);
         } else {
-            format(std::move(bytes), source);
+            format(std::move(bytes), *source);
         }
     }
 
@@ -105,58 +96,44 @@ private:
             deliverUnchanged(std::move(bytes));
             return;
         }
-        auto formatted = layOut(source.text, suppression);
-        if (const auto* problems = std::get_if<std::vector<Problem>>(&formatted)) {
-            report(*problems, source.text);
+        const auto edits = layOut(source.text, suppression);
+        if (!edits) {
+            report(edits.error(), source.text);
             return;
         }
-        const auto& edits = std::get<Edits>(formatted);
-        if (edits.empty()) {
+        if (edits->empty()) {
             deliverUnchanged(std::move(bytes));
             return;
         }
-        if (wantsFirstChangedLine && (arguments.check || arguments.diff)) {
-            outcome.firstChangedLine = findLine(source.text, edits.front().offset);
+        if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
+            outcome.firstChangedLine = findLine(source.text, edits->front().offset);
         }
-        deliverChanged(bytes, applyEdits(bytes, edits));
+        deliverChanged(bytes, applyEdits(bytes, *edits));
     }
 
-    Outcome layOut(const std::u16string& text, const Suppression& suppression) const {
-        const FileOptions options = resolver.resolve(outcome.path);
+    Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) const {
+        const FileOptions options = job.options.resolve(outcome.path);
         return options.engine == Engine::Tree ? layOutTree(text, options, suppression)
-                                              : layOutLines(text, options, suppression);
+                                              : formatLines(text, options.line, getLines(text), suppression);
     }
 
-    Outcome layOutLines(const std::u16string& text, const FileOptions& options,
-                        const Suppression& suppression) const {
-        auto formatted = formatLines(text, options.line, getLines(text), suppression);
-        if (auto* problem = std::get_if<Problem>(&formatted)) {
-            return std::vector<Problem>{std::move(*problem)};
-        }
-        return std::get<Edits>(std::move(formatted));
-    }
-
-    Outcome layOutTree(const std::u16string& text, const FileOptions& options,
-                       const Suppression& suppression) const {
+    Result<Edits> layOutTree(const std::u16string& text, const FileOptions& options,
+                             const Suppression& suppression) const {
         static const TreeFormatter treeFormatter = findTreeFormatter();
-        if (!arguments.lines.empty() || arguments.changedLines.contains(path)) {
-            return std::vector<Problem>{{ExitStatus::Usage, linesWithTree}};
+        if (!arguments.lines.empty() || job.changedLines.contains(path)) {
+            return fail(Code::NoRangesWithTree, linesWithTree);
         }
         if (!treeFormatter) {
-            return std::vector<Problem>{{ExitStatus::Usage, missingTreeEngine}};
+            return fail(Code::MissingTreeEngine, missingTreeEngine);
         }
         const TreeOptions treeOptions{getTreeConfig(options.formattingJson), arguments.mixedLineEnds};
-        auto formatted = formatTree(text, treeOptions, treeFormatter, suppression);
-        if (auto* problems = std::get_if<std::vector<Problem>>(&formatted)) {
-            return std::move(*problems);
-        }
-        return findDifference(text, std::get<std::u16string>(formatted));
+        return formatTree(text, treeOptions, treeFormatter, suppression)
+            .map([&](const std::u16string& formatted) { return findDifference(text, formatted); });
     }
 
     std::vector<LineRange> getLines(std::u16string_view text) const {
-        const auto changed = arguments.changedLines.find(path);
-        return changed == arguments.changedLines.end() ? arguments.lines
-                                                       : countAllLineEnds(text, changed->second);
+        const auto changed = job.changedLines.find(path);
+        return changed == job.changedLines.end() ? arguments.lines : countAllLineEnds(text, changed->second);
     }
 
     void deliverUnchanged(std::string bytes) {
@@ -167,7 +144,7 @@ private:
 
     void deliverChanged(const std::string& before, std::string after) {
         if (arguments.inPlace) {
-            files.replace(path, before, after);
+            job.files.replace(path, before, after);
             outcome.status = FileStatus::Formatted;
         } else if (arguments.isPrinting()) {
             result.out = std::move(after);
@@ -182,18 +159,16 @@ private:
     void showChange(const std::string& before, const std::string& after) {
         if (arguments.diff) {
             std::ostringstream stream;
-            printDiff(stream, outcome.path, before, after, console.getOutColor(arguments.color));
+            printDiff(stream, outcome.path, before, after, job.console.getOutColor(arguments.color));
             result.out = std::move(stream).str();
         }
     }
 
-    void report(const Problem& problem, std::u16string_view text) {
-        report(std::vector<Problem>{problem}, text);
-    }
+    void report(Problem problem, std::u16string_view text) { report(Problems{std::move(problem)}, text); }
 
-    void report(const std::vector<Problem>& problems, std::u16string_view text) {
+    void report(const Problems& problems, std::u16string_view text) {
         for (Message& message : makeMessages(problems, text)) {
-            result.status = getWorse(result.status, message.problem.status);
+            result.status = getWorse(result.status, getExitStatus(message.problem));
             outcome.messages.push_back(std::move(message));
         }
         if (result.status != ExitStatus::Done) {
@@ -201,24 +176,21 @@ private:
         }
     }
 
+    const FileJob& job;
     const Arguments& arguments;
-    const OptionsResolver& resolver;
-    Console& console;
-    FileSystem& files;
     const std::string& path;
-    bool wantsFirstChangedLine;
     FileResult result;
     FileOutcome& outcome = result.outcome;
 };
 
 } // namespace
 
-FileResult FileFormatter::process(const std::string& path) const {
-    return Task(arguments, options, console, files, path, wantsFirstChangedLine).run();
+FileResult processFile(const FileJob& job, const std::string& path) {
+    return Task(job, path).run();
 }
 
-FileResult FileFormatter::fail(const std::string& path, const Problem& problem) const {
-    return Task(arguments, options, console, files, path, wantsFirstChangedLine).fail(problem);
+FileResult refuseFile(const FileJob& job, const std::string& path, const Problem& problem) {
+    return Task(job, path).refuse(problem);
 }
 
 } // namespace ombrel

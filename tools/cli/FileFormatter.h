@@ -6,9 +6,24 @@
 #include "files/FileSystem.h"
 #include "reports/Reporter.h"
 
+#include <map>
 #include <string>
+#include <vector>
 
 namespace ombrel {
+
+/// Changed lines of files by their paths. Lines are counted by line feeds, as git counts them.
+using ChangedLines = std::map<std::string, std::vector<LineRange>>;
+
+/// What the work on every input of a run needs to know. All of it belongs to the caller.
+struct FileJob {
+    const Arguments& arguments;
+    const ChangedLines& changedLines; ///< of a file that has some, these lines are formatted
+    const OptionsResolver& options;
+    Console& console;
+    FileSystem& files;
+    bool wantsFirstChangedLine; ///< some report names the first line of a file that would change
+};
 
 /// What became of one input.
 struct FileResult {
@@ -21,30 +36,12 @@ struct FileResult {
     }
 };
 
-/// Does with one input after the other what the arguments ask for. It keeps nothing from one to the next and
-/// shows nothing itself, so `process` may run on several threads at once. Arguments, console and files are
-/// the caller's and have to outlive it.
-class FileFormatter {
-public:
-    /// `wantsFirstChangedLine` is for those that report where files would change.
-    FileFormatter(const Arguments& arguments, const OptionsResolver& options, Console& console,
-                  FileSystem& files, bool wantsFirstChangedLine)
-        : arguments(arguments), options(options), console(console), files(files),
-          wantsFirstChangedLine(wantsFirstChangedLine) {}
+/// Does with one input what the arguments ask for: reads it, formats it, and writes it back if that was asked
+/// for. `-` is standard input, which only one of the inputs may be. Shows nothing itself and keeps nothing,
+/// so several threads may call it at once. Every failure is part of the result.
+FileResult processFile(const FileJob& job, const std::string& path);
 
-    /// Reads the input, formats it, and writes it back if that was asked for; `-` is standard input, which
-    /// only one of the inputs may be.
-    FileResult process(const std::string& path) const;
-
-    /// What becomes of an input that can't even be read.
-    FileResult fail(const std::string& path, const Problem& problem) const;
-
-private:
-    const Arguments& arguments;
-    const OptionsResolver& options;
-    Console& console;
-    FileSystem& files;
-    bool wantsFirstChangedLine;
-};
+/// The result of an input that can't even be read.
+FileResult refuseFile(const FileJob& job, const std::string& path, const Problem& problem);
 
 } // namespace ombrel

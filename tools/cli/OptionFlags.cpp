@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <variant>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -16,17 +15,17 @@ namespace ombrel {
 
 namespace {
 
-/// `given` is what the user wrote behind the flag.
+/// `given` is what the user wrote after the flag.
 void addSetting(OptionsRequest& request, const Option& option, const std::string& flag,
                 const std::string& given, const std::string& text) {
-    const auto value = parseValue(option, text);
-    if (const auto* message = std::get_if<std::string>(&value)) {
-        throw CLI::ValidationError(fmt::format("{} {}: {}", flag, given, *message));
+    auto value = parseValue(option, text);
+    if (!value) {
+        throw CLI::ValidationError(fmt::format("{} {}: {}", flag, given, value.error().front().text));
     }
     CommandLineSetting& added = request.settings.emplace_back();
     added.flag = flag;
     added.setting.option = &option;
-    added.setting.value = std::get<ca::utils::JsonValue>(value);
+    added.setting.value = *std::move(value);
 }
 
 std::string getTypeName(const Option& option) {

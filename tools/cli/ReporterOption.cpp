@@ -38,10 +38,10 @@ ReporterChoice parseChoice(const std::string& text) {
     }
     const std::string file = text.substr(colon + 1);
     if (kind == ReporterKind::Human) {
-        refuse(text, "human writes to standard error and takes no file");
+        refuse(text, "human writes to standard error and can't have a file");
     }
     if (file.empty()) {
-        refuse(text, "a file name is missing behind the colon");
+        refuse(text, "a file name is missing after the colon");
     }
     return {kind, file == "-" ? std::string() : file};
 }
@@ -100,7 +100,8 @@ void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices) {
         std::transform(texts.begin(), texts.end(), std::back_inserter(choices), parseChoice);
     };
     app.add_option_function<std::vector<std::string>>(
-           "--reporter", store, "How to tell what happened, all but human in a file too; repeatable [human]")
+           "--reporter", store,
+           "How to report results, all but human optionally to a file; repeatable [human]")
         ->type_name(fmt::format("{}[:FILE]", fmt::join(words, "|")))
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -114,22 +115,23 @@ bool printsNames(const Arguments& arguments) {
     return hasHumanReporter(arguments) && arguments.check && !arguments.diff && !arguments.quiet;
 }
 
-std::string findReporterConflict(const Arguments& arguments) {
+Result<void> checkReporters(const Arguments& arguments) {
     const auto& choices = arguments.reporters;
     const auto result = getPrintedResult(arguments);
     for (auto choice = choices.begin(); choice != choices.end(); ++choice) {
         if (result && usesStandardOutput(*choice)) {
-            return describeConflict(*choice, *result);
+            return fail(Code::UsageError, describeConflict(*choice, *result));
         }
         const auto other = std::find_if(choices.begin(), choice, [&](const ReporterChoice& earlier) {
             return earlier.file == choice->file && isHuman(earlier) == isHuman(*choice);
         });
         if (other != choice) {
-            return describeConflict(*other, *choice);
+            return fail(Code::UsageError, describeConflict(*other, *choice));
         }
         if (!choice->file.empty() &&
             std::count(arguments.paths.begin(), arguments.paths.end(), choice->file) > 0) {
-            return fmt::format("a report can't go to {}, which is an input", choice->file);
+            return fail(Code::UsageError,
+                        fmt::format("a report can't go to {}, which is an input", choice->file));
         }
     }
     return {};

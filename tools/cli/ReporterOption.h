@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diagnostics/Result.h"
+
 #include <string>
 #include <vector>
 
@@ -25,10 +27,10 @@ void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices);
 /// True if there is text for people: summaries and progress have their place only then.
 bool hasHumanReporter(const Arguments& arguments);
 
-/// True if people want the names of files that would change on standard output.
+/// True if the names of files that would change go to standard output.
 bool printsNames(const Arguments& arguments);
 
-/// A message that says what to do if two things want standard output or the same file; empty if none do.
-std::string findReporterConflict(const Arguments& arguments);
+/// Fails with a UsageError that says what to do if two things would go to standard output or to one file.
+Result<void> checkReporters(const Arguments& arguments);
 
 } // namespace ombrel

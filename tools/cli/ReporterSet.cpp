@@ -71,8 +71,7 @@ ExitStatus ReporterSet::write(const Report& report) {
         files.write(report.choice.file, report.buffer->str());
         return ExitStatus::Done;
     } catch (const FileError& error) {
-        printProblem(console.err, report.choice.file, {ExitStatus::WriteFailed, error.what()}, {},
-                     errorColor);
+        printProblem(console.err, report.choice.file, {Code::WriteFailed, error.what()}, {}, errorColor);
         return ExitStatus::WriteFailed;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Console.h"
+#include "cli/ExitStatus.h"
 #include "files/FileSystem.h"
 #include "reports/Reporter.h"
 

@@ -27,14 +27,14 @@ namespace {
 using Verdict = Candidate::Verdict;
 
 constexpr const char* nothingToDo =
-    "no file to format; --list-files says what was left out and why, --allow-no-files makes this no error";
+    "no file to format; --list-files says what was left out and why, --allow-no-files makes this a success";
 
 class Run {
 public:
-    Run(const Arguments& arguments, Console& console, FileSystem& files)
+    Run(const Arguments& arguments, const ChangedLines& changedLines, Console& console, FileSystem& files)
         : arguments(arguments), console(console), files(files), resolver(arguments.options, files),
           reporters(arguments, console, files, console.getErrColor(arguments.color)),
-          formatter(arguments, resolver, console, files, reporters.wantsFirstChangedLine()) {}
+          job{arguments, changedLines, resolver, console, files, reporters.wantsFirstChangedLine()} {}
 
     ExitStatus processAll() {
         if (arguments.init) {
@@ -48,7 +48,7 @@ public:
         } catch (const FileError& error) { // only the list of paths is read on this thread
             status = ExitStatus::Usage;
             reporters.add({arguments.search.pathList, FileStatus::Failed, 0,
-                           makeMessages({{status, error.what()}}, {})});
+                           makeMessages({{Code::UnreadableInput, error.what()}}, {})});
             return finishReports();
         }
     }
@@ -62,10 +62,10 @@ private:
         }
         std::erase_if(found.candidates, [](const Candidate& c) { return c.verdict == Verdict::Left; });
         if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
-            return refuse("--lines goes with one file");
+            return refuse({Code::UsageError, "--lines needs exactly one file"});
         }
         if (found.candidates.empty() && !arguments.search.allowsNoFiles) {
-            return refuse(nothingToDo);
+            return refuse({Code::NoFiles, nothingToDo});
         }
         const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
         if (isPrepared && !found.candidates.empty()) {
@@ -114,7 +114,7 @@ private:
         try {
             files.create(path, makeStarterFile());
         } catch (const FileError& error) {
-            return fail(path, {ExitStatus::WriteFailed, error.what()});
+            return fail(path, {Code::WriteFailed, error.what()});
         }
         return ExitStatus::Done;
     }
@@ -135,7 +135,7 @@ private:
     void list(const std::vector<Candidate>& candidates) {
         for (const Candidate& candidate : candidates) {
             if (candidate.verdict == Verdict::Unreadable) {
-                status = fail(candidate.path, {ExitStatus::Usage, candidate.reason});
+                status = fail(candidate.path, {Code::UnreadableInput, candidate.reason});
             } else {
                 const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
                 print(getQuotedName(candidate.path) + ": " + verdict + ": " +
@@ -171,8 +171,8 @@ private:
 
     FileResult processOne(const Candidate& input) const {
         return input.verdict == Verdict::Unreadable
-                   ? formatter.fail(input.path, {ExitStatus::Usage, input.reason})
-                   : formatter.process(input.path);
+                   ? refuseFile(job, input.path, {Code::UnreadableInput, input.reason})
+                   : processFile(job, input.path);
     }
 
     std::size_t getThreadCount(std::size_t inputCount) const {
@@ -185,7 +185,7 @@ private:
                result.outcome.status == FileStatus::WouldChange;
     }
 
-    /// False if standard output takes no more.
+    /// False if standard output can't be written any more.
     bool deliver(const FileResult& result) {
         print(result.out);
         reporters.add(result.outcome);
@@ -215,12 +215,12 @@ private:
 
     ExitStatus fail(const std::string& path, const Problem& problem) {
         printProblem(console.err, path, problem, {}, console.getErrColor(arguments.color));
-        return problem.status;
+        return getExitStatus(problem);
     }
 
-    ExitStatus refuse(const char* text) {
-        status = ExitStatus::Usage;
-        reporters.addFailure({status, text});
+    ExitStatus refuse(const Problem& problem) {
+        status = getExitStatus(problem);
+        reporters.addFailure(problem);
         return finishReports();
     }
 
@@ -237,7 +237,7 @@ private:
         return finish();
     }
 
-    /// Ends the run with the status that it has come to.
+    /// Ends the run with its status so far.
     ExitStatus finish() {
         flush();
         if (console.out) {
@@ -252,19 +252,22 @@ private:
     FileSystem& files;
     OptionsResolver resolver;
     ReporterSet reporters;
-    FileFormatter formatter;
+    FileJob job;
     Summary summary;
     ExitStatus status = ExitStatus::Done;
-    int outError = 0; ///< why standard output takes no more
+    int outError = 0; ///< why standard output can't be written
 };
 
 } // namespace
 
+ExitStatus runOnPaths(const Arguments& arguments, const ChangedLines& changedLines, Console& console,
+                      FileSystem& files) {
+    return Run(arguments, changedLines, console, files).processAll();
+}
+
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
-    if (arguments.changes.isAsked()) {
-        return runOnChanges(arguments, console, files);
-    }
-    return Run(arguments, console, files).processAll();
+    return arguments.changes.isAsked() ? runOnChanges(arguments, console, files)
+                                       : runOnPaths(arguments, {}, console, files);
 }
 
 } // namespace ombrel

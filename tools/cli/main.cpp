@@ -22,13 +22,14 @@ bool isSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-ExitStatus finish(const EarlyExit& exit) {
-    if (exit.status != ExitStatus::Done) {
-        printUsageError(std::cerr, "ombrel-format", exit.text + "\nTry ombrel-format --help.", Color::Off);
-        return exit.status;
-    }
+ExitStatus refuse(const Problem& problem) {
+    printRunProblem(std::cerr, "ombrel-format", problem, Color::Off);
+    return getExitStatus(problem);
+}
+
+ExitStatus print(const PrintedText& printed) {
     errno = 0;
-    std::cout << exit.text << std::flush;
+    std::cout << printed.text << std::flush;
     if (std::cout) {
         return ExitStatus::Done;
     }
@@ -51,13 +52,18 @@ void tuneMemory() {
 
 ExitStatus runProgram(int argc, char** argv) {
     const auto parsed = parseArguments(argc, argv);
-    if (const auto* exit = std::get_if<EarlyExit>(&parsed)) {
-        return finish(*exit);
+    if (!parsed) {
+        const ExitStatus status = refuse(parsed.error().front());
+        std::cerr << "Try ombrel-format --help.\n";
+        return status;
+    }
+    if (const auto* printed = std::get_if<PrintedText>(&*parsed)) {
+        return print(*printed);
     }
     Console console{
         std::cin,         std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
         isSet("NO_COLOR")};
-    const auto& arguments = std::get<Arguments>(parsed);
+    const auto& arguments = std::get<Arguments>(*parsed);
     DiskFileSystem files(arguments.replacement);
     return run(arguments, console, files);
 }
@@ -75,10 +81,8 @@ int main(int argc, char** argv) {
     try {
         return static_cast<int>(runProgram(argc, argv));
     } catch (const std::bad_alloc&) {
-        printUsageError(std::cerr, "ombrel-format", "not enough memory for this text", Color::Off);
-        return static_cast<int>(ExitStatus::Refused);
+        return static_cast<int>(refuse({Code::OutOfMemory, "not enough memory"}));
     } catch (const std::exception& error) {
-        printUsageError(std::cerr, "ombrel-format", error.what(), Color::Off);
-        return static_cast<int>(ExitStatus::Unsafe);
+        return static_cast<int>(refuse({Code::InternalError, error.what()}));
     }
 }

@@ -15,15 +15,19 @@ std::string paint(const char* text, const char* code, Color color) {
     return color == Color::On ? fmt::format("\033[{}m{}\033[0m", code, text) : text;
 }
 
-std::string getErrorWord(Color color) {
+std::string getWord(Severity severity, Color color) {
+    switch (severity) {
+    case Severity::Note:
+        return paint("note:", "1;36", color);
+    case Severity::Warning:
+        return paint("warning:", "1;35", color);
+    case Severity::Error:
+        break;
+    }
     return paint("error:", "1;31", color);
 }
 
-std::string getWord(const Problem& problem, Color color) {
-    return problem.isWarning() ? paint("warning:", "1;35", color) : getErrorWord(color);
-}
-
-/// Finds lines by their numbers, and those further down without beginning anew.
+/// Finds lines by their numbers; going forward takes time in proportion to the distance.
 class LineFinder {
 public:
     explicit LineFinder(std::u16string_view text) : text(text), lines(text) {}
@@ -49,7 +53,7 @@ private:
 
 } // namespace
 
-std::vector<Message> makeMessages(const std::vector<Problem>& problems, std::u16string_view text) {
+std::vector<Message> makeMessages(const Problems& problems, std::u16string_view text) {
     std::vector<Message> messages;
     messages.reserve(problems.size());
     LineFinder lines(text);
@@ -65,8 +69,8 @@ void printMessage(std::ostream& stream, std::string_view path, const Message& me
     const auto& [problem, excerpt] = message;
     const std::string place =
         problem.line == 0 ? std::string() : fmt::format("{}:{}:", problem.line, problem.column);
-    stream << getPrintableName(path) << ':' << place << ' ' << getWord(problem, color) << ' ' << problem.text
-           << '\n';
+    stream << getPrintableName(path) << ':' << place << ' ' << getWord(problem.severity, color) << ' '
+           << problem.text << " [" << getInfo(problem.code).name << "]\n";
     if (!excerpt.text.empty()) {
         stream << "  " << excerpt.text << "\n  " << excerpt.padding << paint("^", "1;32", color) << '\n';
     }
@@ -74,16 +78,17 @@ void printMessage(std::ostream& stream, std::string_view path, const Message& me
 
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color) {
-    printMessage(stream, path, makeMessages({problem}, text).front(), color);
+    printMessage(stream, path, makeMessages(Problems{problem}, text).front(), color);
 }
 
-void printUsageError(std::ostream& stream, std::string_view program, std::string_view text, Color color) {
-    stream << program << ": " << getErrorWord(color) << ' ' << text << '\n';
+void printRunProblem(std::ostream& stream, std::string_view program, const Problem& problem, Color color) {
+    stream << program << ": " << getWord(problem.severity, color) << ' ' << problem.text << " ["
+           << getInfo(problem.code).name << "]\n";
 }
 
 void printOutputFailure(std::ostream& stream, std::string_view program, int errorNumber, Color color) {
     const std::string reason = errorNumber == 0 ? "" : ": " + std::generic_category().message(errorNumber);
-    printUsageError(stream, program, "can't write standard output" + reason, color);
+    printRunProblem(stream, program, {Code::WriteFailed, "can't write standard output" + reason}, color);
 }
 
 } // namespace ombrel

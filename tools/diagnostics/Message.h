@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/ExitStatus.h"
+#include "diagnostics/Problem.h"
 #include "text/Color.h"
 #include "text/Printable.h"
 
@@ -12,16 +12,6 @@
 
 namespace ombrel {
 
-/// Something that kept one input from being formatted or, if the status is Done, only a warning.
-struct Problem {
-    ExitStatus status;
-    std::string text;         ///< UTF-8, one line, no full stop
-    std::uint32_t line = 0;   ///< from 1; 0 if the problem has no place in the text
-    std::uint32_t column = 0; ///< 16-bit characters, from 1
-
-    bool isWarning() const { return status == ExitStatus::Done; }
-};
-
 /// A problem with the source line that it is about. Needs the source text no longer.
 struct Message {
     Problem problem;
@@ -30,11 +20,11 @@ struct Message {
 
 /// Problems of one text as messages, in the same order. If that is the order of lines, as it should be, this
 /// takes time in proportion to the text, however many there are.
-std::vector<Message> makeMessages(const std::vector<Problem>& problems, std::u16string_view text);
+std::vector<Message> makeMessages(const Problems& problems, std::u16string_view text);
 
 /// Writes a message as a person reads it:
 ///
-///     sum.omb:2:5: error: this line would be indented by 4294967292 columns
+///     sum.omb:2:5: error: this line would be indented by 4294967292 columns [runaway-indentation]
 ///       x = 1;
 ///           ^
 void printMessage(std::ostream& stream, std::string_view path, const Message& message, Color color);
@@ -43,10 +33,10 @@ void printMessage(std::ostream& stream, std::string_view path, const Message& me
 void printProblem(std::ostream& stream, std::string_view path, const Problem& problem,
                   std::u16string_view text, Color color);
 
-/// Writes an error that belongs to the command line and to no input.
-void printUsageError(std::ostream& stream, std::string_view program, std::string_view text, Color color);
+/// Writes a problem that belongs to the run as a whole and to no input.
+void printRunProblem(std::ostream& stream, std::string_view program, const Problem& problem, Color color);
 
-/// Writes that standard output takes no more. `errorNumber` says why; 0: nobody knows.
+/// Writes that standard output can't be written. `errorNumber` is the reason, 0 if it isn't known.
 void printOutputFailure(std::ostream& stream, std::string_view program, int errorNumber, Color color);
 
 } // namespace ombrel

@@ -45,14 +45,14 @@ std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
 
 /// A text that ends in a line end has an empty line after it, which a range may start with, but which isn't
 /// counted for people.
-std::optional<Problem> checkRange(const Tokens& tokens, const LineRange& last) {
+Result<void> checkRange(const Tokens& tokens, const LineRange& last) {
     const std::uint32_t count = tokens.back().line;
     if (last.first <= count) {
-        return std::nullopt;
+        return {};
     }
     const bool isLastLineEmpty = tokens.back().column == 1;
-    return Problem{ExitStatus::Usage, fmt::format("--lines {}:{} starts after the last line ({})", last.first,
-                                                  last.last, count - (isLastLineEmpty ? 1 : 0))};
+    return fail(Code::RangeAfterEnd, fmt::format("--lines {}:{} starts after the last line ({})", last.first,
+                                                 last.last, count - (isLastLineEmpty ? 1 : 0)));
 }
 
 Problem makeProblem(const RunawayIndentation& runaway) {
@@ -62,7 +62,7 @@ Problem makeProblem(const RunawayIndentation& runaway) {
             ? fmt::format("this line would be indented by {} columns{}", runaway.width, advice)
             : fmt::format("up to this line indentation would add {} characters{}", runaway.whitespaceCount,
                           advice);
-    return {ExitStatus::Refused, text, runaway.line, 1};
+    return {Code::RunawayIndentation, text, runaway.line, 1};
 }
 
 /// Appends the whitespace that the line starts with, which may be in several tokens.
@@ -105,9 +105,9 @@ public:
         forEachOutline(tokens, [this](Tokens& line, std::size_t length) { return takeLine(line, length); });
     }
 
-    std::variant<Edits, Problem> getResult() {
+    Result<Edits> getResult() {
         if (const auto& runaway = guard.getRunaway()) {
-            return makeProblem(*runaway);
+            return fail(makeProblem(*runaway));
         }
         return std::move(edits);
     }
@@ -209,15 +209,15 @@ Settings makeSettings(const LineOptions& options) {
 
 } // namespace
 
-std::variant<Edits, Problem> formatLines(const std::u16string& text, const LineOptions& options,
-                                         std::vector<LineRange> ranges, const Suppression& suppression) {
+Result<Edits> formatLines(const std::u16string& text, const LineOptions& options,
+                          std::vector<LineRange> ranges, const Suppression& suppression) {
     if (ranges.empty()) {
         ranges.push_back({1, lastPossibleLine});
     }
     ranges = mergeRanges(std::move(ranges));
     Tokens tokens = ca::lexer::lex(text);
-    if (auto problem = checkRange(tokens, ranges.back())) {
-        return *std::move(problem);
+    if (const auto checked = checkRange(tokens, ranges.back()); !checked) {
+        return fail(checked.error());
     }
     LineRun run(text, makeSettings(options), ranges, suppression);
     run.run(std::move(tokens));

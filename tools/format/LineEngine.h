@@ -1,13 +1,12 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Result.h"
 #include "format/Options.h"
 #include "format/Suppression.h"
 #include "text/Edit.h"
 #include "text/LineRange.h"
 
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace ombrel {
@@ -20,8 +19,8 @@ namespace ombrel {
 /// else, whatever the formatter does. Where removing the whitespace of a blank line would join the CR before
 /// it and the LF after it into one line end, the line is left as it is.
 ///
-/// Returns a problem if a range starts after the last line, or if the indentation would get out of hand.
-std::variant<Edits, Problem> formatLines(const std::u16string& text, const LineOptions& options,
-                                         std::vector<LineRange> ranges, const Suppression& suppression);
+/// Fails if a range starts after the last line, or if the indentation would get out of hand.
+Result<Edits> formatLines(const std::u16string& text, const LineOptions& options, std::vector<LineRange> ranges,
+                          const Suppression& suppression);
 
 } // namespace ombrel

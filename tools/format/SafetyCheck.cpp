@@ -18,35 +18,34 @@ std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
     return static_cast<std::size_t>(first - a.begin());
 }
 
-Problem describe(std::size_t line, std::size_t column) {
-    return {ExitStatus::Unsafe,
-            "the formatter would have changed more than whitespace at the edges of this line; nothing was "
-            "written",
-            static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column)};
+Failure failAt(std::size_t line, std::size_t column) {
+    return fail(Code::UnsafeResult,
+                "the formatter would have changed more than whitespace at the edges of this line; nothing was "
+                "written",
+                static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column));
 }
 
 } // namespace
 
-std::optional<Problem> checkOnlyEdgesChanged(std::u16string_view before, std::u16string_view after) {
+Result<void> checkOnlyEdgesChanged(std::u16string_view before, std::u16string_view after) {
     LineSplitter beforeLines(before);
     LineSplitter afterLines(after);
     for (std::size_t number = 1;; ++number) {
         const auto a = beforeLines.getNext();
         const auto b = afterLines.getNext();
         if (!a && !b) {
-            return std::nullopt;
+            return {};
         }
         if (!a || !b) {
-            return describe(number - (a ? 0 : 1), 1);
+            return failAt(number - (a ? 0 : 1), 1);
         }
         const std::u16string_view trimmedA = getTrimmed(a->content);
         const std::u16string_view trimmedB = getTrimmed(b->content);
         if (trimmedA != trimmedB) {
-            return describe(number,
-                            countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
+            return failAt(number, countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
         }
         if (a->end != b->end) {
-            return describe(number, a->content.size() + 1);
+            return failAt(number, a->content.size() + 1);
         }
     }
 }

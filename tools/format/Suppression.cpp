@@ -81,7 +81,7 @@ private:
         if (directive == Directive::On) {
             turnOn(comment.line, column, offset + comment.lexeme.size() + lineEndLength);
         } else if (open) {
-            warn(comment.line, column,
+            warn(Code::RepeatedSuppression, comment.line, column,
                  fmt::format("formatting is already off since line {}; one 'on' ends both",
                              open->region.line));
         } else {
@@ -91,7 +91,8 @@ private:
 
     void turnOn(std::uint32_t line, std::uint32_t column, std::size_t end) {
         if (!open) {
-            warn(line, column, "formatting isn't off here; this comment has no effect");
+            warn(Code::UselessSuppression, line, column,
+                 "formatting isn't off here; this comment has no effect");
             return;
         }
         open->region.end = end;
@@ -103,15 +104,15 @@ private:
         if (open->isInFrontOfCode) {
             result.isWholeFile = true;
         } else {
-            warn(open->region.line, open->column,
+            warn(Code::UnclosedSuppression, open->region.line, open->column,
                  "formatting is off from here to the end of the file; no '% ombrel-format on' follows");
         }
         open->region.end = offset;
         result.regions.push_back(open->region);
     }
 
-    void warn(std::uint32_t line, std::uint32_t column, std::string text) {
-        result.warnings.push_back({ExitStatus::Done, std::move(text), line, column});
+    void warn(Code code, std::uint32_t line, std::uint32_t column, std::string text) {
+        result.warnings.push_back({code, std::move(text), line, column});
     }
 
     Suppression result;
@@ -120,10 +121,11 @@ private:
     bool hasCode = false;
 };
 
-Problem describeMismatch(const Suppression& suppression) {
-    return {ExitStatus::Unsafe,
-            "the formatter would have moved a comment that turns formatting off or on; nothing was written",
-            suppression.regions.front().line, 1};
+Failure failMismatch(const Suppression& suppression) {
+    return fail(
+        Code::UnsafeResult,
+        "the formatter would have moved a comment that turns formatting off or on; nothing was written",
+        suppression.regions.front().line, 1);
 }
 
 } // namespace
@@ -135,15 +137,15 @@ Suppression findSuppression(const std::u16string& text) {
     return Reader().read(ca::lexer::lex(text));
 }
 
-std::variant<std::u16string, Problem>
-restoreSuppressed(std::u16string_view before, const Suppression& suppression, std::u16string after) {
+Result<std::u16string> restoreSuppressed(std::u16string_view before, const Suppression& suppression,
+                                         std::u16string after) {
     if (suppression.regions.empty()) {
         return after;
     }
     const Suppression formatted = findSuppression(after);
     if (formatted.regions.size() != suppression.regions.size() ||
         formatted.warnings.size() != suppression.warnings.size()) {
-        return describeMismatch(suppression);
+        return failMismatch(suppression);
     }
     std::u16string result;
     result.reserve(std::max(before.size(), after.size()));

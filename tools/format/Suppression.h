@@ -1,11 +1,10 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Result.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace ombrel {
@@ -30,7 +29,7 @@ struct SuppressedRegion {
 struct Suppression {
     bool isWholeFile = false;
     std::vector<SuppressedRegion> regions; ///< in ascending order, never touching each other
-    std::vector<Problem> warnings;         ///< comments without effect, an `off` without `on`; in order
+    Problems warnings;                     ///< comments without effect, an `off` without `on`; in order
 };
 
 /// Reads the comments of a text. Costs next to nothing for a text that has none.
@@ -40,9 +39,9 @@ Suppression findSuppression(const std::u16string& text);
 /// suppressed, by any engine: it may have other lines. The two comments of a region must still be there,
 /// each on a line of its own; what stands between them is replaced by the lines of `before`.
 ///
-/// Gives a problem if the comments of both texts can't be matched one to one. Whether the result still means
+/// Fails if the comments of both texts can't be matched one to one. Whether the result still means
 /// the same is for the caller's safety check to say, since an engine may have moved code past a comment.
-std::variant<std::u16string, Problem> restoreSuppressed(std::u16string_view before,
-                                                        const Suppression& suppression, std::u16string after);
+Result<std::u16string> restoreSuppressed(std::u16string_view before, const Suppression& suppression,
+                                         std::u16string after);
 
 } // namespace ombrel

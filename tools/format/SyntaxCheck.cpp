@@ -6,20 +6,21 @@
 
 namespace ombrel {
 
-std::vector<Problem> describe(const std::vector<ca::SyntaxError>& errors) {
-    std::vector<Problem> problems;
+Problems makeProblems(const std::vector<ca::SyntaxError>& errors) {
+    Problems problems;
     problems.reserve(errors.size());
     for (const ca::SyntaxError& error : errors) {
-        problems.push_back({ExitStatus::Unparsable, encodeLossy(error.message), error.line, error.column});
+        problems.push_back(
+            {getSyntaxCode(error.identifier), encodeLossy(error.message), error.line, error.column});
     }
     return problems;
 }
 
-std::vector<Problem> findSyntaxErrors(const std::u16string& text) {
+Problems findSyntaxErrors(const std::u16string& text) {
     try {
         ca::createSingleFileAnalyzer()->parseSourceCode(text);
     } catch (const ca::SyntaxErrorException& exception) {
-        return describe(exception.getErrors());
+        return makeProblems(exception.getErrors());
     }
     return {};
 }

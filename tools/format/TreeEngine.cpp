@@ -24,11 +24,7 @@ namespace ombrel {
 
 namespace {
 
-using Outcome = std::variant<std::u16string, std::vector<Problem>>;
-
-Outcome fail(Problem problem) {
-    return std::vector<Problem>{std::move(problem)};
-}
+using Outcome = Result<std::u16string>;
 
 const char* describe(std::u16string_view lineEnd) {
     return lineEnd == u"\n" ? "LF" : lineEnd == u"\r" ? "CR" : "CRLF";
@@ -46,7 +42,7 @@ std::optional<Problem> checkLineEnds(std::u16string_view text) {
     for (std::uint32_t number = 1; const auto line = lines.getNext(); ++number) {
         if (!line->end.empty() && line->end != first) {
             return Problem{
-                ExitStatus::Refused,
+                Code::MixedLineEnds,
                 fmt::format("this line ends in {} and the first one in {}: the tree engine can't "
                             "keep line ends that are mixed; --force gives all lines the first one's",
                             describe(line->end), describe(first)),
@@ -74,7 +70,7 @@ Problem describe(const ca::config::ConfigIssue& issue) {
         issue.message == nullptr
             ? std::u16string()
             : fl::i18n::MessageCatalog::get_message(*issue.message, fl::i18n::QrLocale::global());
-    return {ExitStatus::Usage,
+    return {Code::RefusedOptions,
             fmt::format("the tree formatter doesn't take these options: {}", encodeLossy(message))};
 }
 
@@ -87,13 +83,13 @@ Outcome callFormatter(const ParsedText& source, const TreeOptions& options, cons
             return fail(describe(issues->front()));
         }
         if (const auto* errors = std::get_if<std::vector<ca::SyntaxError>>(&result)) {
-            return ombrel::describe(*errors);
+            return fail(makeProblems(*errors));
         }
         return withLineEnd(std::get<std::u16string>(std::move(result)), getFirstLineEnd(source.text));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
-        return fail({ExitStatus::Unsafe, fmt::format("the tree formatter failed: {}", error.what())});
+        return fail(Code::InternalError, fmt::format("the tree formatter failed: {}", error.what()));
     }
 }
 
@@ -105,14 +101,14 @@ Outcome format(const ParsedText& source, const TreeOptions& options, const TreeF
         }
     }
     Outcome outcome = callFormatter(source, options, formatter);
-    if (std::holds_alternative<std::vector<Problem>>(outcome)) {
+    if (!outcome) {
         return outcome;
     }
-    auto restored = restoreSuppressed(source.text, suppression, std::get<std::u16string>(std::move(outcome)));
-    if (auto* problem = std::get_if<Problem>(&restored)) {
-        return fail(std::move(*problem));
+    auto restored = restoreSuppressed(source.text, suppression, *std::move(outcome));
+    if (!restored) {
+        return restored;
     }
-    std::u16string result = std::get<std::u16string>(std::move(restored));
+    std::u16string result = *std::move(restored);
     if (result == source.text) {
         return result;
     }
@@ -127,8 +123,10 @@ Outcome format(const ParsedText& source, const TreeOptions& options, const TreeF
 Outcome formatTree(const std::u16string& text, const TreeOptions& options, const TreeFormatter& formatter,
                    const Suppression& suppression) {
     const ParsedText source(text);
-    return source.parsed.errors.empty() ? format(source, options, formatter, suppression)
-                                        : describe(source.parsed.errors);
+    if (!source.parsed.errors.empty()) {
+        return fail(makeProblems(source.parsed.errors));
+    }
+    return format(source, options, formatter, suppression);
 }
 
 std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& json) {

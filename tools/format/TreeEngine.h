@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Result.h"
 #include "format/Options.h"
 #include "format/Suppression.h"
 
@@ -9,8 +9,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <variant>
-#include <vector>
 
 namespace ombrel {
 
@@ -33,12 +31,10 @@ std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& js
 /// Suppressed lines are laid out like all others and then put back as they were, so that what they would have
 /// come to is never looked at.
 ///
-/// Gives problems if the text doesn't parse (all its syntax errors), if its line ends are mixed, if the
+/// Fails if the text doesn't parse (all its syntax errors), if its line ends are mixed, if the
 /// formatter doesn't take the options, if suppressed lines can't be found again, or if the result isn't the
 /// same program.
-std::variant<std::u16string, std::vector<Problem>> formatTree(const std::u16string& text,
-                                                              const TreeOptions& options,
-                                                              const TreeFormatter& formatter,
-                                                              const Suppression& suppression = {});
+Result<std::u16string> formatTree(const std::u16string& text, const TreeOptions& options,
+                                  const TreeFormatter& formatter, const Suppression& suppression = {});
 
 } // namespace ombrel

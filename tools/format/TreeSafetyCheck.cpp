@@ -307,7 +307,7 @@ std::optional<Difference> findTreeDifference(const ParsedText& before, const Mar
 Problem describe(const Difference& difference, const Marks& marks) {
     const Token& token = marks[std::min(difference.mark, marks.getCount() - 1)];
     const std::size_t blanks = std::min(token.lexeme.find_first_not_of(u" \t"), token.lexeme.size());
-    return {ExitStatus::Unsafe, fmt::format("the formatter would {}; nothing was written", difference.text),
+    return {Code::UnsafeResult, fmt::format("the formatter would {}; nothing was written", difference.text),
             token.line, token.column + static_cast<std::uint32_t>(blanks)};
 }
 

@@ -43,10 +43,10 @@ std::string countTabs(const Properties& properties) {
     const Option& size = *findOption("line.tabSize");
     const auto columns = parseValue(size, getProperty(properties, "indent_size"));
     const auto tab = parseValue(size, getProperty(properties, "tab_width"));
-    if (columns.index() != 0 || tab.index() != 0) {
+    if (!columns || !tab) {
         return "1";
     }
-    const double count = std::get<0>(columns).getNumber() / std::get<0>(tab).getNumber();
+    const double count = columns->getNumber() / tab->getNumber();
     return fmt::format("{}", std::max(1, static_cast<int>(count)));
 }
 
@@ -54,9 +54,8 @@ class SettingList {
 public:
     void add(std::string_view name, const std::string& text) {
         const Option& option = *findOption(name);
-        auto value = parseValue(option, text);
-        if (auto* good = std::get_if<ca::utils::JsonValue>(&value)) {
-            settings.push_back({&option, std::move(*good)});
+        if (auto value = parseValue(option, text)) {
+            settings.push_back({&option, *std::move(value)});
         }
     }
 

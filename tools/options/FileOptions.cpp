@@ -19,7 +19,7 @@ using ca::utils::JsonValue;
 JsonValue getValue(const OptionValues& values, std::string_view name) {
     const Option& option = *findOption(name);
     const JsonValue* value = values.get(option);
-    return value == nullptr ? std::get<JsonValue>(parseValue(option, option.factory)) : *value;
+    return value == nullptr ? parseValue(option, option.factory).value() : *value;
 }
 
 bool getBoolean(const OptionValues& values, std::string_view name) {

@@ -1,6 +1,7 @@
 #include "options/OptionValue.h"
 
 #include "diagnostics/Suggestion.h"
+#include "text/Printable.h"
 #include "text/TextEncoding.h"
 
 #include <ca/utils/JsonDocument.h>
@@ -89,16 +90,16 @@ public:
         }
     }
 
-    std::vector<Problem> takeProblems() { return std::move(problems); }
+    Problems takeProblems() { return std::move(problems); }
 
 private:
-    void add(const std::optional<ca::utils::JsonSpan>& place, std::string text) {
-        problems.push_back(makeProblem(place, std::move(text)));
+    void add(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
+        problems.push_back(makeProblem(code, place, std::move(text)));
     }
 
     void expect(bool isGood, const JsonValue& value) {
         if (!isGood) {
-            add(value.getSpan(), getExpectation(option));
+            add(Code::InvalidValue, value.getSpan(), getExpectation(option));
         }
     }
 
@@ -106,7 +107,7 @@ private:
         const bool isString = value.getKind() == JsonValue::StringKind;
         const std::string text = isString ? encodeLossy(value.getString()) : std::string();
         if (!isWord(option, text)) {
-            add(value.getSpan(), expectation + suggestWord(option, text));
+            add(Code::InvalidValue, value.getSpan(), expectation + suggestWord(option, text));
         }
     }
 
@@ -127,7 +128,7 @@ private:
             const auto child = std::find_if(group.children.begin(), group.children.end(),
                                             [&name = name](const Construct& c) { return c.name == name; });
             if (child == group.children.end()) {
-                add(field->nameSpan,
+                add(Code::UnknownOption, field->nameSpan,
                     fmt::format("unknown construct {}{}", getPrintableName(name), suggestName(group, name)));
             } else {
                 std::erase(missing, name);
@@ -135,19 +136,20 @@ private:
             }
         }
         if (!missing.empty()) {
-            add(value.getSpan(), fmt::format("this object has to name every part of its group: missing {}",
-                                             fmt::join(missing, ", ")));
+            add(Code::InvalidValue, value.getSpan(),
+                fmt::format("this object has to name every part of its group: missing {}",
+                            fmt::join(missing, ", ")));
         }
     }
 
     static std::string suggestName(const Construct& group, std::string_view name) {
         const std::string elsewhere = findPath(getConstructs(), name);
         return elsewhere.empty() ? suggest(name, getNames(group.children))
-                                 : fmt::format("; its place is {}", elsewhere);
+                                 : fmt::format("; did you mean {}?", elsewhere);
     }
 
     const Option& option;
-    std::vector<Problem> problems;
+    Problems problems;
 };
 
 std::optional<JsonValue> readObject(std::string_view text) {
@@ -188,26 +190,26 @@ std::optional<JsonValue> readText(const Option& option, std::string_view text) {
 
 } // namespace
 
-std::variant<JsonValue, std::string> parseValue(const Option& option, std::string_view text) {
+Result<JsonValue> parseValue(const Option& option, std::string_view text) {
     const auto value = readText(option, text);
     if (!value) {
-        return getExpectation(option);
+        return fail(Code::InvalidValue, getExpectation(option));
     }
-    if (const auto problems = checkValue(option, *value); !problems.empty()) {
-        return problems.front().text;
+    if (auto problems = checkValue(option, *value); !problems.empty()) {
+        return fail(std::move(problems));
     }
     return *value;
 }
 
-std::vector<Problem> checkValue(const Option& option, const JsonValue& value) {
+Problems checkValue(const Option& option, const JsonValue& value) {
     ValueChecker checker(option);
     checker.check(value);
     return checker.takeProblems();
 }
 
-Problem makeProblem(const std::optional<ca::utils::JsonSpan>& span, std::string text) {
+Problem makeProblem(Code code, const std::optional<ca::utils::JsonSpan>& span, std::string text) {
     const auto [line, column] = span ? span->start : ca::utils::JsonPosition{0, 0};
-    return {ExitStatus::Usage, std::move(text), line, column};
+    return {code, std::move(text), line, column};
 }
 
 std::vector<NamedField> getOrderedFields(const JsonObject& object) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Result.h"
 #include "options/OptionTable.h"
 
 #include <ca/utils/JsonValue.h>
@@ -10,7 +10,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace ombrel {
@@ -22,16 +21,16 @@ struct Setting {
     std::uint32_t line = 0;     ///< in the file that says so, from 1; 0 if that isn't known
 };
 
-/// The value that a text without quotes stands for, as it is written on the command line. If the option can't
-/// have it, what it can have: "expected a number from 1 to 64".
-std::variant<ca::utils::JsonValue, std::string> parseValue(const Option& option, std::string_view text);
+/// The value that a text without quotes stands for, as it is written on the command line. Fails if the
+/// option can't have it, with what it can have: "expected a number from 1 to 64".
+Result<ca::utils::JsonValue> parseValue(const Option& option, std::string_view text);
 
-/// What is wrong with a value for the option, placed in the text that the value was read from. All problems
-/// have the status Usage; none: the option can have it.
-std::vector<Problem> checkValue(const Option& option, const ca::utils::JsonValue& value);
+/// What is wrong with a value for the option, placed in the text that the value was read from. None if
+/// the option can have it.
+Problems checkValue(const Option& option, const ca::utils::JsonValue& value);
 
 /// A problem at the start of a span, or without a place.
-Problem makeProblem(const std::optional<ca::utils::JsonSpan>& span, std::string text);
+Problem makeProblem(Code code, const std::optional<ca::utils::JsonSpan>& span, std::string text);
 
 using NamedField = std::pair<std::string, const ca::utils::JsonField*>;
 

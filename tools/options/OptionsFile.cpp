@@ -1,6 +1,7 @@
 #include "options/OptionsFile.h"
 
 #include "diagnostics/Suggestion.h"
+#include "text/Printable.h"
 #include "text/TextEncoding.h"
 
 #include <ca/utils/JsonDocument.h>
@@ -59,7 +60,7 @@ std::vector<std::string> getKeys(std::string_view section) {
 std::string suggestKey(std::string_view key, const std::vector<std::string>& known) {
     for (const Option& option : getOptions()) {
         if (option.key == key) {
-            return fmt::format("; its place is {}", option.getName());
+            return fmt::format("; did you mean {}?", option.getName());
         }
     }
     return suggest(key, known);
@@ -69,13 +70,13 @@ class FileReader {
 public:
     OptionsFile read(std::string_view bytes) {
         auto decoded = decode(bytes);
-        if (auto* problem = std::get_if<Problem>(&decoded)) {
-            file.text = decodeLossy(bytes);
-            problem->status = ExitStatus::Usage;
-            file.problems.push_back(*problem);
-        } else {
-            file.text = std::move(std::get<DecodedText>(decoded).text);
+        if (decoded) {
+            file.text = std::move(decoded->text);
             readText();
+        } else {
+            const DecodingError& error = decoded.error();
+            file.text = decodeLossy(bytes);
+            file.problems.push_back({Code::InvalidJson, error.text, error.line, error.column});
         }
         return std::move(file);
     }
@@ -87,7 +88,7 @@ private:
             const std::u16string text =
                 fl::i18n::MessageCatalog::get_message(*fault.message, fl::i18n::QrLocale::global());
             file.problems.push_back(
-                {ExitStatus::Usage, encodeLossy(text), fault.start.first, fault.start.second});
+                {Code::InvalidJson, encodeLossy(text), fault.start.first, fault.start.second});
         }
         if (document.root) {
             readTopLevel(*document.root);
@@ -207,14 +208,15 @@ private:
             if (const Option* option = findOption(section.name, key)) {
                 readOption(*option, field->value, settings);
             } else {
-                add(field->nameSpan, fmt::format("unknown option {}{}", getPrintableName(key),
-                                                 suggestKey(key, getKeys(section.name))));
+                add(Code::UnknownOption, field->nameSpan,
+                    fmt::format("unknown option {}{}", getPrintableName(key),
+                                suggestKey(key, getKeys(section.name))));
             }
         }
     }
 
     void readOption(const Option& option, const JsonValue& value, std::vector<Setting>& settings) {
-        const std::vector<Problem> problems = checkValue(option, value);
+        const Problems problems = checkValue(option, value);
         if (problems.empty()) {
             settings.push_back({&option, value, value.getSpan() ? value.getSpan()->start.first : 0});
         }
@@ -228,19 +230,19 @@ private:
         for (const Section& section : getSections()) {
             known.emplace_back(section.name);
         }
-        add(field.nameSpan,
+        add(Code::UnknownOption, field.nameSpan,
             fmt::format("unknown option {}{}", getPrintableName(name), suggestKey(name, known)));
     }
 
     bool expect(bool isGood, const JsonValue& value, std::string text) {
         if (!isGood) {
-            add(value.getSpan(), std::move(text));
+            add(Code::InvalidValue, value.getSpan(), std::move(text));
         }
         return isGood;
     }
 
-    void add(const std::optional<ca::utils::JsonSpan>& place, std::string text) {
-        file.problems.push_back(makeProblem(place, std::move(text)));
+    void add(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
+        file.problems.push_back(makeProblem(code, place, std::move(text)));
     }
 
     OptionsFile file;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Problem.h"
 #include "files/IgnoreRules.h"
 #include "options/OptionValue.h"
 
@@ -48,7 +48,7 @@ struct OptionsFile {
     std::vector<Extension> extensions;
     std::vector<Setting> settings;
     std::vector<Override> overrides;
-    std::vector<Problem> problems; ///< all have the status Usage
+    Problems problems;
 };
 
 /// Reads the bytes of an options file: JSON with comments and trailing commas, in UTF-8.

@@ -1,6 +1,7 @@
 #include "options/OptionsFileSet.h"
 
 #include "files/Paths.h"
+#include "text/Printable.h"
 
 #include <ca/utils/JsonDocument.h>
 
@@ -20,9 +21,9 @@ OptionsFile readFile(FileSystem& files, const std::string& path) {
         return readOptionsFile(files.read(path, ca::utils::maximalJsonSize));
     } catch (const FileError& error) {
         OptionsFile unreadable;
-        unreadable.problems.push_back({ExitStatus::Usage, error.kind == FileError::Kind::TooLarge
-                                                              ? "an options file has 16 MiB at most"
-                                                              : error.what()});
+        unreadable.problems.push_back({Code::UnreadableOptions, error.kind == FileError::Kind::TooLarge
+                                                                    ? "an options file has 16 MiB at most"
+                                                                    : error.what()});
         return unreadable;
     }
 }
@@ -38,7 +39,9 @@ std::vector<OptionsFault> OptionsFileSet::getFaults() const {
                              [](const Problem& a, const Problem& b) {
                                  return std::pair(a.line, a.column) < std::pair(b.line, b.column);
                              });
-            fault.problems.resize(std::min(fault.problems.size(), maximalProblemCount));
+            if (fault.problems.size() > maximalProblemCount) {
+                fault.problems.erase(fault.problems.begin() + maximalProblemCount, fault.problems.end());
+            }
             faults.push_back(std::move(fault));
         }
     }
@@ -64,7 +67,8 @@ void OptionsFileSet::loadBases(OptionsLayer& layer) {
     for (const Extension& extension : layer.file.extensions) {
         const std::string path = (std::filesystem::path(layer.folder) / extension.name).lexically_normal();
         const auto refuse = [&](std::string text) {
-            layer.file.problems.push_back(makeProblem(extension.place, std::move(text)));
+            layer.file.problems.push_back(
+                makeProblem(Code::InvalidExtends, extension.place, std::move(text)));
         };
         if (!layersByPath.contains(path) && !files.isFile(path)) {
             refuse("there is no such file: " + getPrintableName(path));

@@ -24,7 +24,7 @@ struct OptionsLayer {
 struct OptionsFault {
     std::string path; ///< absolute
     std::u16string text;
-    std::vector<Problem> problems; ///< in the order of the text, 1 to 100
+    Problems problems; ///< in the order of the text, 1 to 100
 };
 
 /// Reads options files, each once, with all that they extend.

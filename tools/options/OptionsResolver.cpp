@@ -2,6 +2,7 @@
 
 #include "files/Paths.h"
 #include "options/EditorConfig.h"
+#include "text/Printable.h"
 #include "text/TextEncoding.h"
 
 #include <ca/utils/JsonDocument.h>
@@ -79,8 +80,7 @@ std::vector<OptionInForce> OptionsResolver::explain(const std::string& path) con
     const std::string absolute = getAbsolute(path);
     std::vector<OptionInForce> result;
     for (const Option& option : getOptions()) {
-        result.push_back(
-            {&option, std::get<ca::utils::JsonValue>(parseValue(option, option.factory)), "default"});
+        result.push_back({&option, parseValue(option, option.factory).value(), "default"});
     }
     visitSettings(absolute, [&](const Setting& setting, const Origin& origin) {
         OptionInForce& entry = result[static_cast<std::size_t>(setting.option - getOptions().data())];
@@ -145,7 +145,7 @@ void OptionsResolver::checkEditorConfig(const std::string& path) {
         editorConfigFaults.push_back(
             {fault->path,
              decodeLossy(readText(files, fault->path)),
-             {{ExitStatus::Usage,
+             {{Code::InvalidEditorConfig,
                "expected a section, such as [*.omb], or a property, such as indent_size = 4", fault->line,
                1}}});
     }

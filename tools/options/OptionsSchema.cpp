@@ -41,7 +41,7 @@ Json describeType(const Option& option) {
 }
 
 Json describeOption(const Option& option) {
-    const auto value = std::get<ca::utils::JsonValue>(parseValue(option, option.factory));
+    const auto value = parseValue(option, option.factory).value();
     Json schema = {{"description", option.description}, {"default", Json::parse(getJson(value))}};
     schema.update(describeType(option));
     return schema;

@@ -29,7 +29,7 @@ std::string describeRange(const Option& option) {
 }
 
 std::string makeLines(const Option& option, std::string_view indentation) {
-    const auto value = std::get<ca::utils::JsonValue>(parseValue(option, option.factory));
+    const auto value = parseValue(option, option.factory).value();
     return fmt::format("{0}// {1}\n{0}// \"{2}\": {3}, // {4}\n", indentation, option.description, option.key,
                        getJson(value), describeRange(option));
 }

@@ -19,15 +19,19 @@ std::string escape(std::string_view text, std::string_view special) {
     return escaped;
 }
 
+std::string_view getCommand(Severity severity) {
+    return severity == Severity::Note ? "notice" : getWord(severity);
+}
+
 std::string describe(std::string_view path, const Problem& problem) {
-    std::string command =
-        fmt::format("::{} file={}", problem.isWarning() ? "warning" : "error", escape(path, "\r\n:,"));
+    std::string command = fmt::format("::{} file={}", getCommand(problem.severity), escape(path, "\r\n:,"));
     if (problem.line != 0) {
         command += fmt::format(",line={}", problem.line);
     }
     if (problem.column != 0) {
         command += fmt::format(",col={}", problem.column);
     }
+    command += fmt::format(",title={}", getInfo(problem.code).name);
     return command + "::" + escape(problem.text, "\r\n");
 }
 

@@ -18,7 +18,7 @@ std::string getReadableWord(FileStatus status) {
 
 void HumanReporter::add(const FileOutcome& outcome) {
     for (const Message& message : outcome.messages) {
-        if (style.printsWarnings || !message.problem.isWarning()) {
+        if (style.printsWarnings || message.problem.isError()) {
             printMessage(err, outcome.path, message, style.color);
         }
     }
@@ -31,7 +31,7 @@ void HumanReporter::add(const FileOutcome& outcome) {
 }
 
 void HumanReporter::addFailure(const Problem& problem) {
-    printUsageError(err, "ombrel-format", problem.text, style.color);
+    printRunProblem(err, "ombrel-format", problem, style.color);
 }
 
 } // namespace ombrel

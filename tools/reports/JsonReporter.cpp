@@ -15,8 +15,21 @@ Json describePlace(std::uint32_t number) {
     return number == 0 ? Json(nullptr) : Json(number);
 }
 
+const char* getTotal(Severity severity) {
+    switch (severity) {
+    case Severity::Note:
+        return "notes";
+    case Severity::Warning:
+        return "warnings";
+    case Severity::Error:
+        break;
+    }
+    return "errors";
+}
+
 Json describe(const Problem& problem) {
-    return {{"severity", problem.isWarning() ? "warning" : "error"},
+    return {{"severity", getWord(problem.severity)},
+            {"code", getInfo(problem.code).name},
             {"line", describePlace(problem.line)},
             {"column", describePlace(problem.column)},
             {"text", problem.text}};
@@ -47,10 +60,11 @@ JsonReporter::JsonReporter(std::ostream& stream)
                                                     {"would-change", 0},
                                                     {"failed", 0},
                                                     {"errors", 0},
-                                                    {"warnings", 0}}) {}
+                                                    {"warnings", 0},
+                                                    {"notes", 0}}) {}
 
 Json JsonReporter::describeAndCount(const Problem& problem) {
-    increment(problem.isWarning() ? "warnings" : "errors");
+    increment(getTotal(problem.severity));
     return describe(problem);
 }
 

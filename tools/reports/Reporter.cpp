@@ -18,13 +18,13 @@ const char* getWord(FileStatus status) {
     return "failed";
 }
 
-std::vector<Problem> getFindings(const FileOutcome& outcome) {
-    std::vector<Problem> findings;
+Problems getFindings(const FileOutcome& outcome) {
+    Problems findings;
     findings.reserve(outcome.messages.size() + 1);
     std::transform(outcome.messages.begin(), outcome.messages.end(), std::back_inserter(findings),
                    [](const Message& message) { return message.problem; });
     if (outcome.status == FileStatus::WouldChange) {
-        findings.push_back({ExitStatus::WouldChange,
+        findings.push_back({Code::NotFormatted,
                             "the file is not formatted; this is the first line that would change",
                             outcome.firstChangedLine});
     }

@@ -28,9 +28,9 @@ struct FileOutcome {
 const char* getWord(FileStatus status);
 
 /// All that is wrong with a file: its messages, and that it would change. That one has a line but no column.
-std::vector<Problem> getFindings(const FileOutcome& outcome);
+Problems getFindings(const FileOutcome& outcome);
 
-/// Tells somebody how a run went. One reporter serves one run, and is called on one thread at a time.
+/// Reports how a run went. One reporter serves one run, and is called on one thread at a time.
 class Reporter {
 public:
     virtual ~Reporter() = default;
@@ -41,7 +41,7 @@ public:
     /// Called for a problem that belongs to no file and kept the run from taking any.
     virtual void addFailure(const Problem& problem) = 0;
 
-    /// Called once, behind the last file.
+    /// Called once, after the last file.
     virtual void finish() {}
 };
 

@@ -1,7 +1,8 @@
 #include "reports/SarifReporter.h"
 
-#include <array>
+#include <cctype>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -13,26 +14,29 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Rule {
-    const char* id;
-    const char* description;
-};
+/// "NotFormatted" for "not-formatted".
+std::string makePascalCase(std::string_view name) {
+    std::string result;
+    bool isStart = true;
+    for (const char c : name) {
+        if (c != '-') {
+            result += static_cast<char>(isStart ? std::toupper(static_cast<unsigned char>(c)) : c);
+        }
+        isStart = c == '-';
+    }
+    return result;
+}
 
-/// By the exit status that a finding leads to.
-constexpr std::array<Rule, 7> rules = {{
-    {"comment", "A comment to the formatter has no effect or an unusual one."},
-    {"not-formatted", "The file is not formatted."},
-    {"input", "The file can't be read, an option doesn't fit it, or it is an options file with a fault."},
-    {"refused", "The file is not UTF-8, too large, or its indentation would get out of hand."},
-    {"syntax", "The file doesn't parse."},
-    {"unsafe", "The result failed the safety check and was thrown away."},
-    {"write", "The result could not be written."},
-}};
-
+/// One rule for each code. Its number is that of the code.
 Json describeRules() {
     Json list = Json::array();
-    for (const Rule& rule : rules) {
-        list.push_back({{"id", rule.id}, {"shortDescription", {{"text", rule.description}}}});
+    for (const CodeInfo& info : getCodes()) {
+        list.push_back({{"id", info.name},
+                        {"name", makePascalCase(info.name)},
+                        {"shortDescription", {{"text", info.summary}}},
+                        {"fullDescription", {{"text", info.cause}}},
+                        {"help", {{"text", fmt::format("{} {}", info.cause, info.remedy)}}},
+                        {"defaultConfiguration", {{"level", getWord(info.severity)}}}});
     }
     return list;
 }
@@ -60,10 +64,9 @@ Json describePlace(const std::string& uri, const Problem& problem) {
 }
 
 Json describe(const std::string& uri, const Problem& problem) {
-    const auto rule = static_cast<std::size_t>(problem.status);
-    return {{"ruleId", rules.at(rule).id},
-            {"ruleIndex", rule},
-            {"level", problem.isWarning() ? "warning" : "error"},
+    return {{"ruleId", getInfo(problem.code).name},
+            {"ruleIndex", static_cast<std::size_t>(problem.code)},
+            {"level", getWord(problem.severity)},
             {"message", {{"text", problem.text}}},
             {"locations", Json::array({describePlace(uri, problem)})}};
 }
@@ -92,7 +95,9 @@ void SarifReporter::add(const FileOutcome& outcome) {
 }
 
 void SarifReporter::addFailure(const Problem& problem) {
-    notifications.push_back({{"level", "error"}, {"message", {{"text", problem.text}}}});
+    notifications.push_back({{"descriptor", {{"id", getInfo(problem.code).name}}},
+                             {"level", getWord(problem.severity)},
+                             {"message", {{"text", problem.text}}}});
 }
 
 void SarifReporter::finish() {

@@ -114,7 +114,7 @@ bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substit
     return true;
 }
 
-Problem describeBadByte(std::string_view bytes) {
+DecodingError describeBadByte(std::string_view bytes) {
     const auto bad = utf8::find_invalid(bytes.begin(), bytes.end());
     std::u16string before;
     appendDecoded(before, bytes.substr(0, static_cast<std::size_t>(bad - bytes.begin())), -1);
@@ -126,17 +126,18 @@ Problem describeBadByte(std::string_view bytes) {
         ++line;
         column = next->content.size() + 1;
     }
-    return {ExitStatus::Refused,
-            fmt::format("this is not UTF-8: the byte 0x{:02X} can't stand here",
+    return {DecodingError::Kind::NotUtf8,
+            fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here",
                         static_cast<unsigned char>(*bad)),
             line, static_cast<std::uint32_t>(column)};
 }
 
 } // namespace
 
-std::variant<DecodedText, Problem> decode(std::string_view bytes) {
+tl::expected<DecodedText, DecodingError> decode(std::string_view bytes) {
     if (bytes.size() > maximalByteCount) {
-        return Problem{ExitStatus::Refused, "this text is too large: 4 GiB is the limit"};
+        return tl::unexpected(
+            DecodingError{DecodingError::Kind::TooLarge, "this text is too large: 4 GiB is the limit"});
     }
     DecodedText result;
     result.hasByteOrderMark = bytes.starts_with(byteOrderMark);
@@ -144,7 +145,7 @@ std::variant<DecodedText, Problem> decode(std::string_view bytes) {
         bytes.remove_prefix(byteOrderMark.size());
     }
     if (!appendDecoded(result.text, bytes, -1)) {
-        return describeBadByte(bytes);
+        return tl::unexpected(describeBadByte(bytes));
     }
     return result;
 }

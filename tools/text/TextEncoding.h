@@ -1,11 +1,10 @@
 #pragma once
 
-#include "diagnostics/Message.h"
-
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <variant>
+
+#include <tl/expected.hpp>
 
 namespace ombrel {
 
@@ -21,8 +20,18 @@ struct DecodedText {
     bool hasByteOrderMark = false;
 };
 
+/// Why bytes are no text that can be formatted.
+struct DecodingError {
+    enum class Kind { NotUtf8, TooLarge };
+
+    Kind kind;
+    std::string text;         ///< UTF-8, one line, no full stop
+    std::uint32_t line = 0;   ///< from 1; 0 if the error has no place
+    std::uint32_t column = 0; ///< 16-bit characters, from 1
+};
+
 /// Turns the bytes of a file into text. Invalid UTF-8 is refused at its first bad byte, never repaired.
-std::variant<DecodedText, Problem> decode(std::string_view bytes);
+tl::expected<DecodedText, DecodingError> decode(std::string_view bytes);
 
 /// As much of a text as can be shown: a replacement character stands for what isn't UTF-8.
 std::u16string decodeLossy(std::string_view bytes);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "diagnostics/Result.h"
+#include "text/TextEncoding.h"
+
+#include <string_view>
+
+namespace ombrel {
+
+/// Turns the bytes of a file into text, as decode() does. What is wrong with them comes as a problem.
+Result<DecodedText> decodeSource(std::string_view bytes);
+
+} // namespace ombrel
