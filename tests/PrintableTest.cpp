@@ -75,8 +75,8 @@ TEST(Printable, MessagesNamePlaceAndSeverity) {
     printProblem(out, "a\n", {Code::RunawayIndentation, "wrong", 1, 2}, u"\tx", Color::Off);
     printProblem(out, "b", {Code::UselessSuppression, "odd"}, u"", Color::Off);
     printProblem(out, "c", {Code::UselessSuppression, "odd", 7, 1}, u"", Color::On);
-    EXPECT_EQ(out.str(), "a\\n:1:2: error: wrong\n  \tx\n  \t^\nb: warning: odd\n"
-                         "c:7:1: \033[1;35mwarning:\033[0m odd\n");
+    EXPECT_EQ(out.str(), "a\\n:1:2: error: wrong [runaway-indentation]\n  \tx\n  \t^\nb: warning: odd [useless-suppression]\n"
+                         "c:7:1: \033[1;35mwarning:\033[0m odd [useless-suppression]\n");
 }
 
 } // namespace

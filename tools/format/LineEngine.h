@@ -20,7 +20,7 @@ namespace ombrel {
 /// it and the LF after it into one line end, the line is left as it is.
 ///
 /// Fails if a range starts after the last line, or if the indentation would get out of hand.
-Result<Edits> formatLines(const std::u16string& text, const LineOptions& options, std::vector<LineRange> ranges,
-                          const Suppression& suppression);
+Result<Edits> formatLines(const std::u16string& text, const LineOptions& options,
+                          std::vector<LineRange> ranges, const Suppression& suppression);
 
 } // namespace ombrel

@@ -1,9 +1,11 @@
 #include "reports/SarifReporter.h"
 
+#include <algorithm>
 #include <cctype>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -27,19 +29,39 @@ std::string makePascalCase(std::string_view name) {
     return result;
 }
 
-/// One rule for each code. Its number is that of the code.
-Json describeRules() {
-    Json list = Json::array();
-    for (const CodeInfo& info : getCodes()) {
-        list.push_back({{"id", info.name},
-                        {"name", makePascalCase(info.name)},
-                        {"shortDescription", {{"text", info.summary}}},
-                        {"fullDescription", {{"text", info.cause}}},
-                        {"help", {{"text", fmt::format("{} {}", info.cause, info.remedy)}}},
-                        {"defaultConfiguration", {{"level", getWord(info.severity)}}}});
-    }
-    return list;
+Json describeRule(const CodeInfo& info) {
+    return {{"id", info.name},
+            {"name", makePascalCase(info.name)},
+            {"shortDescription", {{"text", info.summary}}},
+            {"fullDescription", {{"text", info.cause}}},
+            {"help", {{"text", fmt::format("{} {}", info.cause, info.remedy)}}},
+            {"defaultConfiguration", {{"level", getWord(info.severity)}}}};
 }
+
+/// The rules that the results refer to, in the order of first use.
+class RuleList {
+public:
+    /// The rule's number, from 0.
+    std::size_t getIndex(Code code) {
+        const auto found = std::find(codes.begin(), codes.end(), code);
+        const auto index = static_cast<std::size_t>(found - codes.begin());
+        if (found == codes.end()) {
+            codes.push_back(code);
+        }
+        return index;
+    }
+
+    Json describe() const {
+        Json list = Json::array();
+        for (const Code code : codes) {
+            list.push_back(describeRule(getInfo(code)));
+        }
+        return list;
+    }
+
+private:
+    std::vector<Code> codes;
+};
 
 /// A path as a URI reference. Its colons are escaped too, so that none is taken for the end of a scheme.
 std::string makeUri(std::string_view path) {
@@ -63,9 +85,9 @@ Json describePlace(const std::string& uri, const Problem& problem) {
     return {{"physicalLocation", std::move(place)}};
 }
 
-Json describe(const std::string& uri, const Problem& problem) {
+Json describe(const std::string& uri, const Problem& problem, RuleList& rules) {
     return {{"ruleId", getInfo(problem.code).name},
-            {"ruleIndex", static_cast<std::size_t>(problem.code)},
+            {"ruleIndex", rules.getIndex(problem.code)},
             {"level", getWord(problem.severity)},
             {"message", {{"text", problem.text}}},
             {"locations", Json::array({describePlace(uri, problem)})}};
@@ -84,13 +106,14 @@ private:
     std::ostream& stream;
     std::string version;
     Json results;
+    RuleList rules;
     Json notifications; ///< what kept the run from taking files; null if nothing did
 };
 
 void SarifReporter::add(const FileOutcome& outcome) {
     const std::string uri = makeUri(outcome.path);
     for (const Problem& problem : getFindings(outcome)) {
-        results.push_back(describe(uri, problem));
+        results.push_back(describe(uri, problem, rules));
     }
 }
 
@@ -101,7 +124,7 @@ void SarifReporter::addFailure(const Problem& problem) {
 }
 
 void SarifReporter::finish() {
-    const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", describeRules()}};
+    const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", rules.describe()}};
     Json run = {{"tool", {{"driver", driver}}},
                 {"columnKind", "utf16CodeUnits"},
                 {"newlineSequences", {"\r\n", "\n", "\r"}},
