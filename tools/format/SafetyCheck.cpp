@@ -19,10 +19,11 @@ std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
 }
 
 Failure failAt(std::size_t line, std::size_t column) {
-    return fail(Code::UnsafeResult,
-                "the formatter would have changed more than whitespace at the edges of this line; nothing was "
-                "written",
-                static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column));
+    return fail(
+        Code::UnsafeResult,
+        "the formatter would have changed more than whitespace at the edges of this line; nothing was "
+        "written",
+        static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column));
 }
 
 } // namespace
@@ -42,7 +43,8 @@ Result<void> checkOnlyEdgesChanged(std::u16string_view before, std::u16string_vi
         const std::u16string_view trimmedA = getTrimmed(a->content);
         const std::u16string_view trimmedB = getTrimmed(b->content);
         if (trimmedA != trimmedB) {
-            return failAt(number, countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
+            return failAt(number,
+                          countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);
         }
         if (a->end != b->end) {
             return failAt(number, a->content.size() + 1);
