@@ -68,6 +68,10 @@ constexpr CodeInfo codes[] = {
      "Two elements of a list have nothing between them.",
      "In brackets two values follow each other without a comma, a semicolon or a space.",
      "Write a comma or a space between them."},
+    {Code::MisspelledKeyword, "misspelled-keyword", Family::Syntax, Severity::Error,
+     "A word looks like a misspelled keyword.",
+     "The words after it only make sense if this word is a keyword, and it is spelled almost like one.",
+     "Use the keyword that the message suggests."},
     {Code::NestingTooDeep, "nesting-too-deep", Family::Syntax, Severity::Error,
      "The text is nested too deeply.",
      "Brackets, operators or blocks are inside each other more often than the parser allows.",
@@ -178,6 +182,10 @@ constexpr CodeInfo codes[] = {
     {Code::UselessSuppression, "useless-suppression", Family::Comments, Severity::Warning,
      "A comment turns formatting on where it isn't off.",
      "A comment '% ombrel-format on' has no 'off' before it.", "Remove the comment."},
+    {Code::KeptStatement, "kept-statement", Family::Comments, Severity::Note,
+     "A statement was left as it is.",
+     "By its rules the tree formatter would have changed what the statement means.",
+     "Nothing is wrong. Write the statement in another way if it should be formatted."},
 };
 
 constexpr bool isInOrder() {
@@ -186,7 +194,7 @@ constexpr bool isInOrder() {
             return false;
         }
     }
-    return codes[std::size(codes) - 1].code == Code::UselessSuppression;
+    return codes[std::size(codes) - 1].code == Code::KeptStatement;
 }
 static_assert(isInOrder(), "each code needs its row, in the order of the enumeration");
 

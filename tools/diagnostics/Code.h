@@ -26,6 +26,7 @@ enum class Code {
     MisplacedStatement,
     MissingElement,
     MissingSeparator,
+    MisspelledKeyword,
     NestingTooDeep,
     UnclosedBlock,
     UnclosedBracket,
@@ -65,6 +66,7 @@ enum class Code {
     UnclosedSuppression,
     RepeatedSuppression,
     UselessSuppression,
+    KeptStatement,
 };
 
 /// Which part of the work a problem belongs to. Programs derive what they do about it: an exit status, say.
@@ -75,7 +77,7 @@ enum class Family {
     Usage,      ///< wrong options, unreadable files
     Safety,     ///< a fault of ours; nothing was written
     Writing,    ///< a result couldn't be written
-    Comments,   ///< comments to the formatter
+    Comments,   ///< comments to the formatter, statements that it left as they were
 };
 
 enum class Severity {

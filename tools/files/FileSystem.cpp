@@ -48,7 +48,7 @@ std::string readAll(int descriptor, std::size_t sizeHint, std::uint64_t limit) {
     while (true) {
         done += readSome(descriptor, bytes.data() + done, bytes.size() - done, Kind::Unreadable);
         if (done > limit) {
-            throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+            throw FileError(Kind::TooLarge, tooLargeMessage);
         }
         if (done < bytes.size()) {
             break;
@@ -132,7 +132,7 @@ std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
     }
     const auto size = static_cast<std::uint64_t>(status.st_size);
     if (S_ISREG(status.st_mode) && size > limit) {
-        throw FileError(Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+        throw FileError(Kind::TooLarge, tooLargeMessage);
     }
     return readAll(file.get(), S_ISREG(status.st_mode) ? size : 0, limit);
 }

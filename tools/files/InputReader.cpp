@@ -15,7 +15,7 @@ std::string readStream(std::istream& stream) {
     while (stream.read(buffer.data(), buffer.size()) || stream.gcount() > 0) {
         bytes.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
         if (bytes.size() > maximalByteCount) {
-            throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+            throw FileError(FileError::Kind::TooLarge, tooLargeMessage);
         }
     }
     if (stream.bad()) {

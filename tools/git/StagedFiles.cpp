@@ -142,7 +142,7 @@ std::string StagedFiles::read(const std::string& path, std::uint64_t limit) {
     try {
         std::string bytes = git.run({"cat-file", "blob", found->second.blob});
         if (bytes.size() > limit) {
-            throw FileError(FileError::Kind::TooLarge, "this text is too large: 4 GiB is the limit");
+            throw FileError(FileError::Kind::TooLarge, tooLargeMessage);
         }
         return bytes;
     } catch (const GitError& error) {

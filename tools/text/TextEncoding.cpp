@@ -136,8 +136,7 @@ DecodingError describeBadByte(std::string_view bytes) {
 
 tl::expected<DecodedText, DecodingError> decode(std::string_view bytes) {
     if (bytes.size() > maximalByteCount) {
-        return tl::unexpected(
-            DecodingError{DecodingError::Kind::TooLarge, "this text is too large: 4 GiB is the limit"});
+        return tl::unexpected(DecodingError{DecodingError::Kind::TooLarge, tooLargeMessage});
     }
     DecodedText result;
     result.hasByteOrderMark = bytes.starts_with(byteOrderMark);

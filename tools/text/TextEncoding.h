@@ -12,6 +12,9 @@ namespace ombrel {
 /// text has more lines or longer lines than they can count.
 constexpr std::uint64_t maximalByteCount = 0xFFFF'FFFE;
 
+/// What to tell a user whose text has more.
+constexpr const char* tooLargeMessage = "this text is too large: 4 GiB is the limit";
+
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// A file's text. The byte-order mark belongs to the file, not to the text, and is kept aside.
