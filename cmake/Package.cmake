@@ -36,7 +36,7 @@ set(exactly "(= ${PROJECT_VERSION})")
 ombrel_package(library libca-formatting0 libs
     "source-code formatter for Ombrel (libraries)"
     "The formatter of Ombrel source that tools load, and the host library with the
-tokenizer, the parser and the configuration that it stands on.")
+tokenizer, the parser and the configuration that it needs.")
 ombrel_package(development libca-formatting-dev libdevel
     "source-code formatter for Ombrel (development files)"
     "Headers, a CMake package and a pkg-config file for programs that format Ombrel
@@ -45,11 +45,12 @@ source with the library, or that are a host of it."
 ombrel_package(tool ombrel-format devel
     "source-code formatter for Ombrel (command line)"
     "Formats files, trees, and what has changed in a git repository, and checks them
-in continuous integration. The tree engine is in the package ombrel-devtools."
-    DEPENDS "libca-formatting0 ${exactly}" RECOMMENDS ombrel-devtools SUGGESTS git)
+in continuous integration. Has a line engine for any text and a tree engine for
+text that parses."
+    DEPENDS "libca-formatting0 ${exactly}, ombrel-devtools ${exactly}" SUGGESTS git)
 ombrel_package(devtools ombrel-devtools devel
     "source-code formatter for Ombrel (tree engine and ombrel-dump)"
     "The companion library, through which ombrel-format reaches the tree engine, and
-ombrel-dump, which prints a stage of a text's way through the formatters."
-    DEPENDS "libca-formatting0 ${exactly}" ENHANCES ombrel-format)
+ombrel-dump, which prints what the formatters make of a text at one stage."
+    DEPENDS "libca-formatting0 ${exactly}")
 include(CPack)
