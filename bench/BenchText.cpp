@@ -25,8 +25,8 @@ std::u16string readWidened(const fs::path& path) {
     return text;
 }
 
-/// Whether other programs can stand behind the text: every block is closed. Behind a file whose functions
-/// have no `end` each level would be deeper than the one before, and the result would be mostly blanks.
+/// Whether other programs can follow the text: every block is closed. After a file whose functions have no
+/// `end` each level would be deeper than the one before, and the result would be mostly whitespace.
 bool isClosed(const std::u16string& text) {
     using namespace ca::formatting::legacy;
     LegacyFormatter formatter({1, UINT32_MAX, 1, 4, 4, FunctionStyle::All, BlankLineStyle::Trim});
@@ -34,7 +34,7 @@ bool isClosed(const std::u16string& text) {
     return formatter.nestingStack.empty();
 }
 
-/// Whether other programs can stand in front of the text and behind it: it is a script, functions and all.
+/// Whether other programs can be before the text and after it: it is a script, functions included.
 bool isScript(const std::u16string& text) {
     try {
         ca::createSingleFileAnalyzer()->parseSourceCode(u"x = 1;\n" + text + u'\n' + text);
@@ -96,6 +96,7 @@ const std::vector<NastyFamily>& getNastyFamilies() {
         {"one_token_lines", [](std::size_t scale) { return repeat(u"a\n", scale * 1'000'000); }},
         {"comments",
          [](std::size_t scale) { return repeat(u"% what the next line is for\n", scale * 350'000); }},
+        {"dense", [](std::size_t scale) { return repeat(u"x=1+2*3;", scale * 125'000); }},
     };
     return families;
 }

@@ -58,7 +58,7 @@ std::string describe(const Line& line) {
 
 } // namespace
 
-TEST(LegacyFormatter, MeasuresBlanksFromTabStopToTabStop) {
+TEST(LegacyFormatter, MeasuresTabsUpToTheNextStop) {
     const LegacyFormatter formatter(spaces());
     struct Row {
         std::u16string run;
@@ -70,14 +70,14 @@ TEST(LegacyFormatter, MeasuresBlanksFromTabStopToTabStop) {
     }
 }
 
-TEST(LegacyFormatter, WritesTabsInFrontOfSpaces) {
+TEST(LegacyFormatter, WritesTabsBeforeSpaces) {
     EXPECT_EQ(LegacyFormatter(tabs()).buildWhitespaceLexeme(10), u"\t\t  ");
     EXPECT_EQ(LegacyFormatter(tabs()).calculateNumOfWhitespaceChar(10), 4);
     EXPECT_EQ(LegacyFormatter(spaces()).buildWhitespaceLexeme(3), u"   ");
     EXPECT_EQ(LegacyFormatter(spaces()).calculateNumOfWhitespaceChar(3), 3);
 }
 
-TEST(LegacyFormatter, CutsLinesBehindLineEndsAndBlockCommentLines) {
+TEST(LegacyFormatter, SplitsLinesAfterLineEndsAndBlockCommentLines) {
     const LegacyFormatter formatter(spaces());
     EXPECT_TRUE(formatter.getLines({}).empty());
     const auto lines = formatter.getLines(makeLine({{name, u"a"},
@@ -93,7 +93,7 @@ TEST(LegacyFormatter, CutsLinesBehindLineEndsAndBlockCommentLines) {
     EXPECT_EQ(lines.back().size(), 2);
 }
 
-TEST(LegacyFormatter, TellsBlankLinesByTheirNumberOfTokens) {
+TEST(LegacyFormatter, FindsBlankLinesByTheirNumberOfTokens) {
     const LegacyFormatter formatter(spaces());
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{lf, u"\n"}})));
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{TokenType::EndOfInput, u""}})));
@@ -212,11 +212,11 @@ TEST(LegacyFormatter, TracksUnbalancedLines) {
     formatter.trackIndentationCausedByLine(makeLine({{TokenType::OpenBrace, u"{"}, {lf, u"\n"}}));
     formatter.trackIndentationCausedByLine(makeLine({{TokenType::End, u"end"}, {lf, u"\n"}}));
     EXPECT_EQ(formatter.currentIndentation, std::uint32_t{0} - 4) << "not held at 0";
-    EXPECT_EQ(formatter.bracketDepth, 2) << "an end takes a bracket off the stack, not off the depth";
+    EXPECT_EQ(formatter.bracketDepth, 2) << "an end removes a bracket from the stack, but not from the depth";
     EXPECT_EQ(formatter.nestingStack.size(), 1);
 
     formatter.trackIndentationCausedByLine(makeLine({{TokenType::BlockCommentClose, u"   %}\n"}}));
-    EXPECT_EQ(formatter.currentIndentation, 0) << "a stray closing line has no blanks";
+    EXPECT_EQ(formatter.currentIndentation, 0) << "a stray closing line counts as not indented";
 }
 
 TEST(LegacyFormatter, FormatsListsOfOtherTokenizers) {
@@ -233,7 +233,7 @@ TEST(LegacyFormatter, FormatsListsOfOtherTokenizers) {
     EXPECT_EQ(formatter.currentIndentation, 4) << "lines after the range are not tracked";
 }
 
-TEST(LegacyFormatter, FindsFunctionEndsBehindBracketsOfItsOwnKindOnly) {
+TEST(LegacyFormatter, FindsFunctionEndsAfterBracketsOfTheSameKindOnly) {
     const LegacyFormatter formatter(spaces());
     const auto closesFunction = [&](TokenType open, TokenType close) {
         return formatter.checkForFunctionEnds(

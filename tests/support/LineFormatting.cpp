@@ -73,8 +73,8 @@ std::vector<std::u16string_view> splitLines(std::u16string_view text) {
     return lines;
 }
 
-/// A line without the blanks at its start and in front of its line end.
-std::u16string stripBlanks(std::u16string_view line) {
+/// A line without the whitespace at its start and before its line end.
+std::u16string stripWhitespace(std::u16string_view line) {
     const std::size_t end = std::min(line.find_first_of(u"\r\n"), line.size());
     const std::u16string_view inner = line.substr(0, end);
     const std::size_t first = std::min(inner.find_first_not_of(u" \t"), end);
@@ -135,8 +135,8 @@ std::string findForeignChange(const std::u16string& before, const std::u16string
         const std::u16string_view oldLine = i < oldLines.size() ? oldLines[i] : std::u16string_view();
         const std::u16string_view newLine = i < newLines.size() ? newLines[i] : std::u16string_view();
         const bool isInRange = options.firstLine <= i + 1 && i + 1 <= options.lastLine;
-        if (isInRange ? stripBlanks(oldLine) != stripBlanks(newLine) : oldLine != newLine) {
-            return "line " + std::to_string(i + 1) + " changed in more than the blanks at its edges";
+        if (isInRange ? stripWhitespace(oldLine) != stripWhitespace(newLine) : oldLine != newLine) {
+            return "line " + std::to_string(i + 1) + " changed in more than the whitespace at its edges";
         }
     }
     return {};

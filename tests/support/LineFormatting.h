@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// The arguments of `ca_format` behind the text, in their order.
+/// The arguments of `ca_format` after the text, in their order.
 struct LineOptions {
     std::uint32_t firstLine = 1;
     std::uint32_t lastLine = UINT32_MAX;
@@ -38,7 +38,7 @@ std::optional<std::u16string> formatWithEngine(const std::u16string& text, const
 std::vector<ca::lexer::Token> indentTokens(const std::vector<ca::lexer::Token>& tokens,
                                            const LineOptions& options);
 
-/// Names the first line that differs in more than the blanks at its edges, or at all if it is outside of the
-/// range; empty if there is none.
+/// Names the first line that differs in more than the whitespace at its edges, or at all if it is outside of
+/// the range; empty if there is none.
 std::string findForeignChange(const std::u16string& before, const std::u16string& after,
                               const LineOptions& options);

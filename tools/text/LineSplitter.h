@@ -11,7 +11,7 @@ struct Line {
     std::u16string_view end; ///< LF, CRLF or CR as written; empty for a last line without one
 };
 
-/// Hands out the lines of a text one by one. A text that ends in a line end has an empty last line, and an
+/// Returns the lines of a text one by one. A text that ends in a line end has an empty last line, and an
 /// empty text has one line.
 class LineSplitter {
 public:
