@@ -21,7 +21,7 @@ struct Sample {
     std::shared_ptr<FormatTree> tree;
 };
 
-/// A right side with two groups of operators, in front of which stands the gap to the statement before.
+/// A right side with two groups of operators, and before them the gap to the previous statement.
 void takeStatement(TreeBuilder& builder, TreeBuilder::TextNodes& children) {
     children.push_back(builder.take("L").front());
     auto sum = builder.take("TBTA", Kind::PlusMinus);

@@ -17,19 +17,19 @@ using ca::config::JsonConfigSource;
 using ca::formatting::FormattingConfig;
 using ca::utils::JsonValue;
 
-/// The character at a place, found by counting lines anew; U+0000 behind the end of the text.
+/// The character at a place, found by counting lines from the start; U+0000 after the end of the text.
 static char16_t getCharacter(const std::u16string& text, ca::utils::JsonPosition position) {
     std::size_t offset = text.starts_with(u'\uFEFF') ? 1 : 0;
     for (std::uint32_t line = 1; line < position.first; ++line) {
         offset = text.find_first_of(u"\r\n", offset);
         if (offset == std::u16string::npos) {
-            fail("a place is behind the last line");
+            fail("a place is after the last line");
         }
         offset += text.compare(offset, 2, u"\r\n") == 0 ? 2 : 1;
     }
     offset += position.second - 1;
     if (offset > text.size()) {
-        fail("a place is behind the text");
+        fail("a place is after the text");
     }
     return text[offset];
 }
@@ -130,7 +130,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ++layers;
     }
     if (layers > files.size()) {
-        fail("a file lies in two layers");
+        fail("a file is in two layers");
     }
     return 0;
 }

@@ -1,5 +1,5 @@
 // The tree formatter: whatever parses has a sound tree, and formatting it under any options changes nothing
-// but blanks, line ends, separators and continuations.
+// but whitespace, line ends, separators and continuations.
 
 #include "FuzzText.h"
 

@@ -4,7 +4,7 @@
 #include "text/TextEncoding.h"
 
 // Scenarios of ombrel-format: a script of the shell, and what it has to print on both streams. A script runs
-// in an empty folder behind the functions of golden/cli/common.sh and of the prelude that the head of its
+// in an empty folder after the functions of golden/cli/common.sh and of the prelude that the head of its
 // file names; a last line "= N" is its exit status, if that isn't 0.
 
 namespace {

@@ -8,10 +8,10 @@
 #include <fstream>
 #include <vector>
 
-// What the documents show is what the tools print. A comment in front of a fenced block says what the block
+// What the documents show is what the tools print. A comment before a fenced block says what the block
 // is:
 //
-//     <!-- file: sum.omb -->        the block is the content of a file, for the commands behind it
+//     <!-- file: sum.omb -->        the block is the content of a file, for the commands after it
 //     <!-- run: ombrel-format sum.omb -->
 //                                   the block is what this shell command prints, in a folder with those files
 //
@@ -35,7 +35,7 @@ struct Block {
     std::size_t size;
 };
 
-/// Throws if a comment has no block behind it.
+/// Throws if a comment has no block after it.
 std::vector<Block> findBlocks(const std::string& document) {
     std::vector<Block> blocks;
     for (const std::string task : {"file", "run"}) {
@@ -47,7 +47,7 @@ std::vector<Block> findBlocks(const std::string& document) {
             const std::size_t close = document.find("```\n", begin);
             if (end == std::string::npos || close == std::string::npos ||
                 document.substr(at, end - at).find('\n') != std::string::npos) {
-                throw std::runtime_error("no fenced block behind: " + document.substr(at, 60));
+                throw std::runtime_error("no fenced block after: " + document.substr(at, 60));
             }
             blocks.push_back({task, document.substr(at, end - at), begin, close - begin});
         }

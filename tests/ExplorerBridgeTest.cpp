@@ -38,7 +38,7 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
          u"   expected an expression before ']' line: 2 column: 5\n"},
         {"an issue of the section", u"x", uR"({"formatting": {"functionIndentStyle": "all"}})",
          u"invalid functionIndentStyle\n  line: 1\n  column: 40\n"},
-        {"an issue of the source in front of one of the section", u"x",
+        {"an issue of the source before one of the section", u"x",
          uR"({"formatting": {}, "formatting": {"enabled": 1}})",
          u"\"formatting\" is there twice, and only the last one counts\n  line: 1\n  column: 20\n"
          u"enabled: expected true or false, found 1\n  line: 1\n  column: 46\n"},

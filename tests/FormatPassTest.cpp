@@ -16,7 +16,7 @@ using Kind = FormattingConfig::ContainerKind;
 
 namespace {
 
-/// Writes down when it ran, and then does what it was told.
+/// Records when it ran, and then does what the test set.
 class ScriptedNode : public FormatNode {
 public:
     ScriptedNode(std::u16string name, std::u16string& log) : name(std::move(name)), log(log) {}

@@ -27,7 +27,7 @@ std::shared_ptr<FormatTree> makeSample() {
     return builder.finish(builder.container(Kind::None, children));
 }
 
-/// Breaks a sound little tree on purpose and tells the first rule that the checker finds broken.
+/// Breaks a small valid tree and returns the first rule that the checker finds broken.
 template <class Break>
 std::string findFault(Break breakTree) {
     const std::u16string text = u"a b";

@@ -30,8 +30,8 @@ std::u16string produceLines(const std::u16string& input, const GoldenOptions& op
     return formatLines(input, readLineOptions(options));
 }
 
-/// The end of a text behind a block comment without a line end is a line of its own for the formatter, so its
-/// column doesn't follow the comment's blanks. Nobody reads it.
+/// The end of a text after a block comment without a line end is a line of its own for the formatter, so its
+/// column doesn't follow the comment's whitespace. Nothing reads it.
 std::vector<Token> withoutEndColumn(std::vector<Token> tokens) {
     tokens.back().column = 0;
     return tokens;

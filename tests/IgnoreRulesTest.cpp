@@ -101,7 +101,7 @@ protected:
     TemporaryFolder disk;
 };
 
-/// A pattern or several a line, with bars for line ends; those that a file of text can't hold stand here.
+/// One or more patterns per line, with bars for line ends; those that a text file can't contain are here.
 TEST_F(IgnoreRulesTest, MatchesGitCheckIgnore) {
     std::ifstream stream(OMBREL_SOURCE_DIR "/tests/golden/ignore_patterns.txt");
     std::vector<std::string> patterns = {"a ",

@@ -20,10 +20,10 @@ TestOptions makeOptions(Behavior behavior, std::uint32_t limit) {
 }
 
 /// Items in a container of one kind, of some widths and with line separators between some of them. Width 0
-/// stands for an item whose width can't be told.
+/// means an item whose width is unknown.
 struct Items {
     std::vector<std::size_t> widths;
-    unsigned separators; ///< bit i: a separator stands in front of item i
+    unsigned separators; ///< bit i: a separator is before item i
 
     bool hasSeparator(std::size_t i) const { return (separators >> i & 1) != 0; }
 };
@@ -62,9 +62,9 @@ Decisions fill(const Items& items, const TestOptions& options) {
     return decisions;
 }
 
-/// What has to come out, worked out for each separator on its own: it breaks exactly if, standing where it
-/// stands, it or what follows up to the next separator goes over the limit or can't be measured. Where it
-/// stands follows from the decisions about the separators before it.
+/// The expected result, computed for each separator on its own: it breaks exactly if, at its column, it or
+/// what follows up to the next separator exceeds the limit or can't be measured. Its column follows from the
+/// decisions about the separators before it.
 bool mustBreak(const Items& items, const Decisions& decisions, std::size_t separator,
                const TestOptions& options) {
     std::size_t column = 0;

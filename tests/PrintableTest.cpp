@@ -34,7 +34,7 @@ TEST(Printable, CaretStandsUnderItsCharacter) {
         {u"\u001B\u202Ex", 3, "            "},
         {u"ax\u0301", 3, " "}, // a place inside of what is seen as one character
         {u"a😀", 3, " "},
-        {u"ab", 3, "  "}, // directly behind the line
+        {u"ab", 3, "  "}, // directly after the line
     };
     for (const Row& row : rows) {
         const Excerpt excerpt = makeExcerpt(row.line, row.column);
@@ -75,8 +75,10 @@ TEST(Printable, MessagesNamePlaceAndSeverity) {
     printProblem(out, "a\n", {Code::RunawayIndentation, "wrong", 1, 2}, u"\tx", Color::Off);
     printProblem(out, "b", {Code::UselessSuppression, "odd"}, u"", Color::Off);
     printProblem(out, "c", {Code::UselessSuppression, "odd", 7, 1}, u"", Color::On);
-    EXPECT_EQ(out.str(), "a\\n:1:2: error: wrong [runaway-indentation]\n  \tx\n  \t^\nb: warning: odd [useless-suppression]\n"
-                         "c:7:1: \033[1;35mwarning:\033[0m odd [useless-suppression]\n");
+    EXPECT_EQ(
+        out.str(),
+        "a\\n:1:2: error: wrong [runaway-indentation]\n  \tx\n  \t^\nb: warning: odd [useless-suppression]\n"
+        "c:7:1: \033[1;35mwarning:\033[0m odd [useless-suppression]\n");
 }
 
 } // namespace

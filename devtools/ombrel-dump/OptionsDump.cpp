@@ -38,7 +38,7 @@ std::string getName(Enumeration value) {
 }
 
 template <class Getter>
-Json describeForEachKind(const FormattingConfig& config, Getter getter) {
+Json collectForEachKind(const FormattingConfig& config, Getter getter) {
     Json object;
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(FormattingConfig::ContainerKind::None); ++i) {
         const auto kind = static_cast<FormattingConfig::ContainerKind>(i);
@@ -47,7 +47,7 @@ Json describeForEachKind(const FormattingConfig& config, Getter getter) {
     return object;
 }
 
-Json describe(const FormattingConfig& config) {
+Json makeOptions(const FormattingConfig& config) {
     return {
         {"enabled", config.getEnabled()},
         {"trimUnnecessaryWhitespace", config.getTrimUnnecessaryWhitespace()},
@@ -60,12 +60,12 @@ Json describe(const FormattingConfig& config) {
         {"indentWidth", config.getIndentWidth()},
         {"lineBreakingEnabled", config.getLineBreakingEnabled()},
         {"columnLimit", config.getColumnLimit()},
-        {"lineBreakBehavior", describeForEachKind(config, &FormattingConfig::getLineBreakBehavior)},
-        {"separatorPlacement", describeForEachKind(config, &FormattingConfig::getSeparatorPlacement)},
+        {"lineBreakBehavior", collectForEachKind(config, &FormattingConfig::getLineBreakBehavior)},
+        {"separatorPlacement", collectForEachKind(config, &FormattingConfig::getSeparatorPlacement)},
     };
 }
 
-Json describe(const ConfigIssue& issue, const Path& ownPath) {
+Json makeIssue(const ConfigIssue& issue, const Path& ownPath) {
     Json object = {{"message", encodeLossy(fl::i18n::MessageCatalog::get_message(
                                    *issue.message, fl::i18n::QrLocale::global()))}};
     if (issue.start) {
@@ -78,7 +78,8 @@ Json describe(const ConfigIssue& issue, const Path& ownPath) {
     return object;
 }
 
-/// The issues of the source, which knows those of the sources underneath, and of the sections of all layers.
+/// The issues of the source, which has those of all sources that it extends, and of the sections of all
+/// layers.
 std::vector<ConfigIssue> collectIssues(const std::shared_ptr<Config>& config) {
     auto all = config->getSourceIssues();
     for (auto layer = config; layer != nullptr;) {
@@ -89,10 +90,10 @@ std::vector<ConfigIssue> collectIssues(const std::shared_ptr<Config>& config) {
     return {all.begin(), all.end()};
 }
 
-Json describeIssues(const std::shared_ptr<Config>& config, const Path& ownPath) {
+Json makeIssues(const std::shared_ptr<Config>& config, const Path& ownPath) {
     std::vector<Json> issues;
     for (const ConfigIssue& issue : collectIssues(config)) {
-        issues.push_back(describe(issue, ownPath));
+        issues.push_back(makeIssue(issue, ownPath));
     }
     const auto getKey = [](const Json& issue) {
         return std::tuple(issue.value("file", ""), issue.value("line", 0U), issue.value("column", 0U),
@@ -110,8 +111,8 @@ void dumpOptions(std::ostream& stream, const StageInput& input) {
     const auto manager = std::make_shared<ca::config::ConfigManager>();
     const auto config =
         std::make_shared<Config>(std::make_shared<JsonConfigSource>(path, input.text, manager));
-    const Json result = {{"options", describe(*config->get<FormattingConfig>())},
-                         {"issues", describeIssues(config, path)}};
+    const Json result = {{"options", makeOptions(*config->get<FormattingConfig>())},
+                         {"issues", makeIssues(config, path)}};
     stream << result.dump(2) << '\n';
 }
 

@@ -16,7 +16,7 @@ namespace ombrel {
 
 namespace {
 
-nlohmann::ordered_json describe(const ca::lexer::Token& token) {
+nlohmann::ordered_json makeObject(const ca::lexer::Token& token) {
     return {{"type", static_cast<int>(token.type)},
             {"name", ca::lexer::getTokenTypeName(token.type)},
             {"lexeme", encodeLossy(token.lexeme)},
@@ -27,7 +27,7 @@ nlohmann::ordered_json describe(const ca::lexer::Token& token) {
 void printTokens(std::ostream& stream, const StageInput& input) {
     const char* separator = "[\n";
     for (const ca::lexer::Token& token : ca::lexer::lex(input.text)) {
-        stream << separator << describe(token).dump();
+        stream << separator << makeObject(token).dump();
         separator = ",\n";
     }
     stream << "\n]\n";

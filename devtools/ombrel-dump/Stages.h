@@ -13,7 +13,7 @@ struct StageInput {
     std::u16string optionsText; ///< JSON, for the stages that need options
 };
 
-/// One of the forms that a text passes through on its way, and how it is shown.
+/// One of the forms that a text has while it is formatted, and how it is shown.
 struct Stage {
     std::string name;
     std::string help;

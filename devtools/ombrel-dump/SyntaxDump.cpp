@@ -25,7 +25,7 @@ std::string quote(std::u16string_view text) {
     return nlohmann::json(encodeLossy(std::u16string(text))).dump();
 }
 
-/// What is still to be written: a node with all it holds, or a piece of text.
+/// What is still to be written: a node with all its children, or a piece of text.
 using Piece = std::variant<const SyntaxNode*, std::string>;
 
 /// Collects the pieces that a node consists of, in order.

@@ -39,7 +39,7 @@ int getExitStatus(const Problem& problem) {
 
 std::string listStages() {
     std::ostringstream list;
-    list << "Stages, in the order in which a text passes through them:";
+    list << "Stages, in the order in which a text is processed:";
     for (const Stage& stage : getStages()) {
         list << "\n  " << std::left << std::setw(11) << stage.name << "   " << stage.help;
     }
@@ -78,7 +78,7 @@ int report(const std::string& path, const Problems& problems, std::u16string_vie
     return getExitStatus(problems.front());
 }
 
-/// A text that was read. If it has problems it is only what can be shown of it.
+/// A text that was read, or the part of it that can be shown if there are problems.
 struct Input {
     std::u16string text;
     Problems problems;
@@ -154,7 +154,7 @@ int run(const Request& request) {
 }
 
 int runProgram(int argc, char** argv) {
-    CLI::App app("Prints one stage of a text's way through the formatters.", "ombrel-dump");
+    CLI::App app("Prints what the formatters make of a text at one stage.", "ombrel-dump");
     Request request;
     app.add_option("STAGE", request.stage, "what to print")->required()->type_name("");
     app.add_option("FILE", request.path,

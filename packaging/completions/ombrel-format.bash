@@ -63,7 +63,7 @@ _ombrel_format() {
         fi
         ;;
     esac
-    # bash breaks words at = and : as well, and replaces only what is behind the last of them.
+    # bash breaks words at = and : as well, and replaces only what follows the last of them.
     local known=${value%"${value##*[=:]}"}
     COMPREPLY=("${COMPREPLY[@]#"$known"}")
 }

@@ -19,7 +19,7 @@ using Strings = std::vector<std::string>;
 /// has.
 enum class Completion { Flag, Words, WordsOrFile, Files, Revisions, Settings, None };
 
-constexpr std::string_view fileSuffix = "[:FILE]"; // of words behind which a colon and a file may stand
+constexpr std::string_view fileSuffix = "[:FILE]"; // after words that a colon and a file may follow
 
 Completion getCompletion(const OptionDescription& option) {
     static const std::vector<std::pair<std::string_view, Completion>> table = {
@@ -37,7 +37,7 @@ Completion getCompletion(const OptionDescription& option) {
     return option.value.find('|') == std::string::npos ? Completion::None : Completion::Words;
 }
 
-/// The words that may stand behind an option, with blanks between them.
+/// The words that an option accepts, with spaces between them.
 std::string getWords(const OptionDescription& option) {
     std::string words = option.value.substr(0, option.value.find(fileSuffix));
     std::replace(words.begin(), words.end(), '|', ' ');
@@ -93,7 +93,7 @@ Strings getValues(const Option& option) {
     return {option.words.begin(), option.words.end()};
 }
 
-/// "engine=line" and the like, one for each value; "line.tabSize=" where any number may stand.
+/// "engine=line" and the like, one for each value; "line.tabSize=" where any number is possible.
 std::string listSettings() {
     Strings settings;
     for (const Option& option : getOptions()) {
@@ -139,7 +139,7 @@ std::string listNames() {
 
 // zsh
 
-/// What stands behind an option's name and help: a message and an action.
+/// What follows an option's name and help: a message and an action.
 std::string writeZshAction(const OptionDescription& option) {
     const std::string message = escape(option.value, ":");
     switch (getCompletion(option)) {
@@ -161,15 +161,15 @@ std::string writeZshAction(const OptionDescription& option) {
     return fmt::format(":{}: ", message);
 }
 
-/// A line for each name. A flag excludes its other names, an option with a value may stand more than once.
+/// A line for each name. A flag excludes its other names, an option with a value may be repeated.
 std::string writeZshOption(const OptionDescription& option) {
     const bool isFlag = option.value.empty();
     return writeLines(option.names, [&](const std::string& name) {
         const std::string front = isFlag ? fmt::format("({})", fmt::join(option.names, " ")) : "*";
-        const char* const behind = isFlag ? "" : name.starts_with("--") ? "=" : "+";
+        const char* const suffix = isFlag ? "" : name.starts_with("--") ? "=" : "+";
         const std::string help = escape(option.help, "[]");
         return "    " +
-               quote(fmt::format("{}{}{}[{}]{}", front, name, behind, help, writeZshAction(option))) + " \\";
+               quote(fmt::format("{}{}{}[{}]{}", front, name, suffix, help, writeZshAction(option))) + " \\";
     });
 }
 

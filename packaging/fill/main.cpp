@@ -18,7 +18,7 @@ void replaceAll(std::string& text, std::string_view word, std::string_view repla
 } // namespace
 
 /// Copies a template of a manual or of a completion script from standard input to standard output, with the
-/// listings of the options where their names stand: @bash-values@, say.
+/// listings of the options in place of their names, such as @bash-values@.
 int main() {
     try {
         std::string text(std::istreambuf_iterator<char>(std::cin), {});

@@ -1,5 +1,5 @@
 // The announcement of the bridge with a host of this file's own. Prints what had happened when the program
-// was loaded: the name looked up, how many objects were made behind that, and how many calls of the
+// was loaded: the name looked up, how many objects were made after that, and how many calls of the
 // companion's function there were with a bridge that works. With COMPANION in the environment there is such a
 // function.
 

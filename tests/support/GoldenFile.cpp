@@ -75,7 +75,7 @@ private:
 
     void readLine(const std::string& text) {
         if (text.find_first_of("\t\r") != std::string::npos || text.ends_with(' ')) {
-            fail("write tabs, CRs and blanks at the line end as \u2192, \u240d and \u00b7");
+            fail("write tabs, CRs and spaces at the line end as \u2192, \u240d and \u00b7");
         }
         if (line == 1) {
             readHead(text);

@@ -8,7 +8,7 @@
 // Golden files hold formatting cases as text that anybody who knows Ombrel can review:
 //
 //     { formatter: line, indentSize: 4 }
-//     >>> The body stands one level in. (lines 2-3)
+//     >>> The body is one level deeper. (lines 2-3)
 //     if a
 //     x
 //     end
@@ -55,5 +55,5 @@ std::vector<GoldenFile> readGoldenFolder(const std::filesystem::path& folder);
 
 void writeGoldenFile(const GoldenFile& file);
 
-/// The text in the form of a golden file, with visible blanks and in UTF-8.
+/// The text in the form of a golden file, with visible whitespace and in UTF-8.
 std::string showGoldenText(const std::u16string& text);

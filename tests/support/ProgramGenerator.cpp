@@ -10,9 +10,9 @@ namespace {
 /// What a symbol can become. In a rule a capital letter is a symbol, and so are
 ///
 ///     _   a gap where nothing is needed           #   what separates two statements
-///     (a blank)   a gap where a blank is needed   $   the same with a line end in it
+///     (a space)   a gap where a space is needed   $   the same with a line end in it
 ///
-/// while ` is a plain blank and everything else is itself. The first rule of each symbol ends the growth.
+/// while ` is a plain space and everything else is itself. The first rule of each symbol ends the growth.
 const std::map<char16_t, std::vector<std::u16string_view>> rules = {
     {u'_', {u"", u"", u"", u"`", u"``", u"\t", u"`...\n", u"`...`note\n``", u"`...\n%`note\n", u"\t...\r\n"}},
     {u' ', {u"`", u"`", u"```", u"\t", u"`...\n", u"`...`note\n\t", u"`...\n`%{\nnote\n%}\n`"}},
@@ -86,7 +86,7 @@ const std::map<char16_t, std::vector<std::u16string_view>> rules = {
             u"(_E_)",     u"f_(A)",  u"f(_A_)", u"x{A}",   u"x_{A}",   u"f(x,_n_=_E)", u"x(1)_._y_(A)",
             u"x_._(_E_)", u"[R]",    u"{R}",    u"[_]",    u"{_}",     u"[_R_](1)",    u"{_R_}"}},
     {u'A', {u"", u"E", u"_E_", u"E_,_E", u":", u"end_-_1,_:", u"end"}},
-    // matrices, where blanks separate
+    // matrices, where spaces separate
     {u'R', {u"M", u"M M", u"M_,_M", u"R_;_R", u"R\nR", u"M_,_", u"M_;_", u",M", u"M`%`note\nM", u"R``\n``R"}},
     {u'M',
      {u"x", u"1", u"x.y", u"x'", u"-x", u"'s'", u"f(A)", u"x{A}", u"(E)", u"[R]", u"{R}", u"M_+_M", u"M_*_M",

@@ -123,7 +123,7 @@ private:
         if (token().type == TokenType::Whitespace) {
             require(next != TokenType::Whitespace, "two Whitespace tokens side by side");
             require(!isFirstOnLine() || next != TokenType::LineComment,
-                    "blanks before a LineComment stand apart");
+                    "whitespace before a LineComment is a token of its own");
         }
         if (token().isComment() && !isBlockCommentLine(token().type)) {
             require(isLineEnding(next) || next == TokenType::EndOfInput,

@@ -16,7 +16,7 @@
 TestOptions readTreeOptions(const GoldenOptions& options);
 
 /// What a front end hands to the formatter: with indentation on, comment lines and the opening lines of block
-/// comments lose their leading blanks, which would move right with every run.
+/// comments lose their leading whitespace, which would move them right with every run.
 std::u16string prepareText(const std::u16string& text, const TestOptions& options);
 
 /// The text as the tree formatter writes it. Throws ca::SyntaxErrorException if it doesn't parse.

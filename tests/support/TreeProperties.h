@@ -14,8 +14,8 @@ std::u16string getCode(std::u16string text);
 /// - Its format tree keeps the invariants, and has one leaf for each claim.
 /// - With nothing switched on the formatted text is the text, line ends aside: those in a gap that is
 ///   rendered from its items become LF, those in a gap between words or inside a list stay.
-/// - With indentation alone each line keeps all but its leading blanks, and there are as many lines.
-/// - Under `options` nothing but blanks, line ends, commas, semicolons and continuations comes or goes.
+/// - With indentation alone each line keeps all but its leading whitespace, and there are as many lines.
+/// - Under `options` nothing but whitespace, line ends, commas, semicolons and continuations comes or goes.
 ///
 /// Throws ca::SyntaxErrorException if the text doesn't parse.
 std::string findTreeFault(const std::u16string& text, const TestOptions& options);

@@ -77,7 +77,7 @@ CLI::Option* addNumber(CLI::App& app, const std::string& name, std::uint32_t& ta
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-/// An option that takes one of a few words. The first of the choices is the default and is already in
+/// An option that accepts one of a few words. The first of the choices is the default and is already in
 /// `target`.
 template <class Value>
 CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, const Choices<Value>& choices,
@@ -157,7 +157,7 @@ struct PatternOptions {
 };
 
 void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& patterns) {
-    app.add_option("--files-from", options.pathList, "Read more paths, one a line; - is standard input")
+    app.add_option("--files-from", options.pathList, "Read more paths, one per line; - is standard input")
         ->type_name("FILE");
     app.add_flag("-0", options.isPathListNulEnded, "The paths of --files-from end in NUL");
     addTexts(app, "--exclude", patterns.excluded,
@@ -172,7 +172,7 @@ void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& pat
         "Format files that git ignores too");
     app.add_flag("--force-exclude", options.forcesExclusion, "Leave out named files and folders too");
     app.add_flag("--list-files", options.listsOnly,
-                 "Say which files would be formatted or left out and why, and stop");
+                 "Print which files would be formatted or left out and why, and stop");
     app.add_flag("--allow-no-files", options.allowsNoFiles, "Exit with 0 if there are no files to format");
 }
 
@@ -201,17 +201,17 @@ void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
 
 void addGeneralOptions(CLI::App& app, Arguments& arguments) {
     app.add_option("--stdin-filename", arguments.stdinName,
-                   "Name of standard input in messages, by which its options are found")
+                   "Name of standard input in messages; it also decides which options apply")
         ->type_name("NAME");
     addChoice<ColorChoice>(
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
-        "Color in messages and diffs; auto looks at the terminal and NO_COLOR");
+        "Color in messages and diffs; auto: on a terminal, unless NO_COLOR is set");
     addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
               "all cores");
     addReporterOption(app, arguments.reporters);
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
-    app.add_flag("-v,--verbose", arguments.verbose, "Say what was done with each file");
+    app.add_flag("-v,--verbose", arguments.verbose, "Report what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
     app.set_help_flag("-h,--help", "Print this help");
 }
@@ -335,15 +335,15 @@ Result<void> checkCombination(const Arguments& arguments) {
     return checkChanges(arguments).and_then([&] { return checkReporters(arguments); });
 }
 
-/// The parser's own words for a flag with a value, such as --check=no, mean nothing to a user.
-std::string describe(const CLI::ParseError& error) {
+/// The parser's own words for a flag with a value, such as --check=no, don't help a user.
+std::string getErrorText(const CLI::ParseError& error) {
     constexpr std::string_view flagOverride = " was given a disallowed flag override";
     std::string text = error.what();
     if (!text.ends_with(flagOverride)) {
         return text;
     }
     const std::string name = text.substr(0, text.size() - flagOverride.size());
-    return (name.size() == 1 ? "-" : "--") + name + " takes no value";
+    return (name.size() == 1 ? "-" : "--") + name + " doesn't accept a value";
 }
 
 /// What is read goes to `arguments` and `patterns`, which have to outlive the parser.
@@ -360,7 +360,7 @@ void addOptions(CLI::App& app, Arguments& arguments, PatternOptions& patterns) {
     refuseFlagValues(app);
 }
 
-OptionDescription describe(const CLI::Option& option) {
+OptionDescription makeDescription(const CLI::Option& option) {
     OptionDescription description;
     for (const std::string& name : option.get_snames()) {
         description.names.push_back('-' + name);
@@ -392,7 +392,7 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
     } catch (const CLI::CallForVersion& version) {
         return PrintedText{std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
-        return refuse(describe(error));
+        return refuse(getErrorText(error));
     }
     auto paths = getPaths(app);
     if (!paths) {
@@ -420,7 +420,7 @@ std::vector<OptionDescription> describeCommandLine() {
     addOptions(app, arguments, patterns);
     std::vector<OptionDescription> descriptions;
     for (const CLI::Option* option : std::as_const(app).get_options()) {
-        descriptions.push_back(describe(*option));
+        descriptions.push_back(makeDescription(*option));
     }
     return descriptions;
 }

@@ -20,17 +20,18 @@ enum class ColorChoice { Auto, Always, Never };
 
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
-    std::vector<std::string> paths; ///< "-" is standard input; at least one, unless a list or git knows more
+    std::vector<std::string>
+        paths; ///< "-" is standard input; at least one, unless a list or git supplies them
     SearchOptions search;
     ChangeOptions changes;
     bool inPlace = false;
     bool check = false;
     bool diff = false;
-    bool checkSyntax = false; ///< parse instead of formatting; goes with no other mode and no lines
+    bool checkSyntax = false; ///< parse instead of formatting; can't be combined with other modes or lines
     bool quiet = false;
     bool verbose = false;
-    bool printConfig = false;     ///< say which options hold for the paths, and stop
-    bool init = false;            ///< write an options file to begin with, and stop
+    bool printConfig = false;     ///< print the options that apply to the paths, and stop
+    bool init = false;            ///< write a first options file, and stop
     std::vector<LineRange> lines; ///< none: all lines
     OptionsRequest options;
     MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
@@ -40,7 +41,7 @@ struct Arguments {
     std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
     ReplacementRules replacement;
 
-    /// What people know an input by.
+    /// The name of an input in messages.
     const std::string& getShownName(const std::string& path) const { return path == "-" ? stdinName : path; }
 
     bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
@@ -54,11 +55,11 @@ struct PrintedText {
 /// Reads the command line of the program, `argv[0]` included. Fails with one UsageError.
 Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv);
 
-/// An option of the command line as people get to see it.
+/// An option of the command line as users see it.
 struct OptionDescription {
     std::vector<std::string> names; ///< with their dashes, the short one first
-    std::string value;              ///< what stands behind it: "N", "FILE", "line|tree"; empty for a flag
-    std::string help;               ///< what it does; a default stands in brackets at the end
+    std::string value;              ///< what follows it: "N", "FILE", "line|tree"; empty for a flag
+    std::string help;               ///< what it does, with the default in brackets at the end
 };
 
 /// All options, from which manual and completions are made, in the order of the help.

@@ -8,7 +8,7 @@
 namespace ombrel {
 
 /// Runs on the changes that the arguments ask for and nothing else: on changed files of `files`, or on staged
-/// ones. Ignore files and patterns count for all of them. Having no changes is no error.
+/// ones. Ignore files and patterns apply to all of them. Without changes the status is Done.
 ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem& files);
 
 } // namespace ombrel

@@ -20,8 +20,8 @@ namespace ombrel {
 /// most eight results for each thread wait for their turn; then the threads pause. With one thread nothing is
 /// started, and each result is computed when it is asked for.
 ///
-/// Made, asked and destroyed on one thread. The destructor waits for the work that has begun and starts no
-/// more.
+/// To be created, used and destroyed on one thread. The destructor waits for the work that has started and
+/// starts no more.
 template <class Result>
 class OrderedWork {
 public:
@@ -39,8 +39,8 @@ public:
         }
     }
 
-    /// The next result, nothing behind the last. Throws what its work has thrown. Calls `onWait` ten times a
-    /// second as long as the result isn't there.
+    /// The next result, nothing after the last. Throws what its work has thrown. Calls `onWait` ten times a
+    /// second while the result isn't ready.
     std::optional<Result> getNext(const std::function<void()>& onWait) {
         if (handedOut == count) {
             return std::nullopt;
@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    /// Makes do with fewer, or none, if the system gives no more.
+    /// Starts fewer, or none, if the system refuses more.
     void startThreads(std::size_t threadCount) {
         try {
             for (std::size_t i = 0; i < threadCount; ++i) {
@@ -96,8 +96,8 @@ private:
 
     const std::function<Result(std::size_t)> work;
     const std::size_t count;
-    std::size_t taken = 0;                  ///< indices that threads have begun
-    std::size_t handedOut = 0;              ///< results that are gone
+    std::size_t taken = 0;                  ///< indices that threads have started
+    std::size_t handedOut = 0;              ///< results that were returned
     std::vector<std::future<Result>> slots; ///< results that are ready, by index modulo size; not valid: none
     std::mutex mutex;                       ///< guards taken, handedOut and slots
     std::condition_variable_any isRoomThere;

@@ -13,7 +13,7 @@ class Progress {
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
-    /// `stream` is null if nobody wants to see the progress.
+    /// `stream` is null if no progress is wanted.
     Progress(std::ostream* stream, std::size_t total, Clock clock = std::chrono::steady_clock::now);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

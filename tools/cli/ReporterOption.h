@@ -24,7 +24,7 @@ struct ReporterChoice {
 /// Adds --reporter, which appends to `choices`.
 void addReporterOption(CLI::App& app, std::vector<ReporterChoice>& choices);
 
-/// True if there is text for people: summaries and progress have their place only then.
+/// True if text for people is wanted. Only then there are summaries and progress.
 bool hasHumanReporter(const Arguments& arguments);
 
 /// True if the names of files that would change go to standard output.

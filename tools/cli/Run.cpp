@@ -162,11 +162,11 @@ private:
         progress.erase();
         if (!arguments.isPrinting() && isTalking() && (hasFolder || inputs.size() > 1)) {
             flush();
-            console.err << summary.describe(arguments) << '\n';
+            console.err << summary.getSentence(arguments) << '\n';
         }
     }
 
-    /// Whether a person wants to hear more than errors.
+    /// Whether to print more than errors for people.
     bool isTalking() const { return !arguments.quiet && hasHumanReporter(arguments); }
 
     FileResult processOne(const Candidate& input) const {

@@ -8,8 +8,8 @@
 
 namespace ombrel {
 
-/// Formats everything that the arguments name, or checks its syntax. A problem with one file doesn't keep the
-/// others from their turn; a failure to write results ends the run. Results and messages come in the order of
+/// Formats everything that the arguments name, or checks its syntax. A problem with one file doesn't stop
+/// the others; a failure to write results ends the run. Results and messages come in the order of
 /// the inputs, however many threads there are.
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files);
 

@@ -23,7 +23,7 @@ void Summary::count(ExitStatus status, bool isChanged) {
     }
 }
 
-std::string Summary::describe(const Arguments& arguments) const {
+std::string Summary::getSentence(const Arguments& arguments) const {
     const std::size_t failures = arguments.checkSyntax ? failed : failed + unparsable;
     const std::size_t named = arguments.checkSyntax ? unparsable : changed;
     const char* verb = arguments.checkSyntax ? (named == 1 ? "doesn't parse" : "don't parse")

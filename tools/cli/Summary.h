@@ -18,9 +18,9 @@ public:
 
     std::size_t getTotal() const { return total; }
 
-    /// One line for a person, such as "3 of 2,140 files would change, 1 failed". Inputs that failed belong to
-    /// the total, and never to those that changed.
-    std::string describe(const Arguments& arguments) const;
+    /// One line for a person, such as "3 of 2,140 files would change, 1 failed". Inputs that failed count in
+    /// the total, but never as changed.
+    std::string getSentence(const Arguments& arguments) const;
 
 private:
     std::size_t total = 0;

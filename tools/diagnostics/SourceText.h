@@ -7,7 +7,7 @@
 
 namespace ombrel {
 
-/// Turns the bytes of a file into text, as decode() does. What is wrong with them comes as a problem.
+/// Turns the bytes of a file into text, as decode() does. Fails with what is wrong with them.
 Result<DecodedText> decodeSource(std::string_view bytes);
 
 } // namespace ombrel

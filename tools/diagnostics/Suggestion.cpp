@@ -25,18 +25,18 @@ std::size_t getEditDistance(std::string_view a, std::string_view b) {
 
 } // namespace
 
-std::string suggest(std::string_view word, const std::vector<std::string>& candidates) {
+std::string suggest(std::string_view word, const std::vector<std::string>& choices) {
     constexpr std::size_t longestWord = 100;
     if (word.size() > longestWord) {
         return {};
     }
     std::string best;
     std::size_t bestDistance = std::max<std::size_t>(word.size() / 3, 1) + 1;
-    for (const std::string& candidate : candidates) {
-        const std::size_t distance = getEditDistance(word, candidate);
+    for (const std::string& choice : choices) {
+        const std::size_t distance = getEditDistance(word, choice);
         if (distance < bestDistance) {
             bestDistance = distance;
-            best = candidate;
+            best = choice;
         }
     }
     return best.empty() ? best : "; did you mean " + best + "?";

@@ -23,7 +23,7 @@ std::string_view getCommand(Severity severity) {
     return severity == Severity::Note ? "notice" : getWord(severity);
 }
 
-std::string describe(std::string_view path, const Problem& problem) {
+std::string makeCommand(std::string_view path, const Problem& problem) {
     std::string command = fmt::format("::{} file={}", getCommand(problem.severity), escape(path, "\r\n:,"));
     if (problem.line != 0) {
         command += fmt::format(",line={}", problem.line);
@@ -45,7 +45,7 @@ public:
 
     void add(const FileOutcome& outcome) override {
         for (const Problem& problem : getFindings(outcome)) {
-            stream << describe(outcome.path, problem) << '\n';
+            stream << makeCommand(outcome.path, problem) << '\n';
         }
     }
 

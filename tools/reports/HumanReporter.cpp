@@ -7,7 +7,7 @@ namespace ombrel {
 
 namespace {
 
-/// "would-change" is a word for programs.
+/// "would-change" is for programs.
 std::string getReadableWord(FileStatus status) {
     std::string word = getWord(status);
     std::replace(word.begin(), word.end(), '-', ' ');

@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json describePlace(std::uint32_t number) {
+Json toNumberOrNull(std::uint32_t number) {
     return number == 0 ? Json(nullptr) : Json(number);
 }
 
@@ -27,11 +27,11 @@ const char* getTotal(Severity severity) {
     return "errors";
 }
 
-Json describe(const Problem& problem) {
+Json makeMessage(const Problem& problem) {
     return {{"severity", getWord(problem.severity)},
             {"code", getInfo(problem.code).name},
-            {"line", describePlace(problem.line)},
-            {"column", describePlace(problem.column)},
+            {"line", toNumberOrNull(problem.line)},
+            {"column", toNumberOrNull(problem.column)},
             {"text", problem.text}};
 }
 
@@ -44,7 +44,7 @@ public:
     void finish() override;
 
 private:
-    Json describeAndCount(const Problem& problem);
+    Json countMessage(const Problem& problem);
     void increment(const char* total);
 
     std::ostream& stream;
@@ -63,9 +63,9 @@ JsonReporter::JsonReporter(std::ostream& stream)
                                                     {"warnings", 0},
                                                     {"notes", 0}}) {}
 
-Json JsonReporter::describeAndCount(const Problem& problem) {
+Json JsonReporter::countMessage(const Problem& problem) {
     increment(getTotal(problem.severity));
-    return describe(problem);
+    return makeMessage(problem);
 }
 
 void JsonReporter::increment(const char* total) {
@@ -80,7 +80,7 @@ void JsonReporter::add(const FileOutcome& outcome) {
     }
     Json messages = Json::array();
     for (const Message& message : outcome.messages) {
-        messages.push_back(describeAndCount(message.problem));
+        messages.push_back(countMessage(message.problem));
     }
     file["messages"] = std::move(messages);
     files.push_back(std::move(file));
@@ -89,7 +89,7 @@ void JsonReporter::add(const FileOutcome& outcome) {
 }
 
 void JsonReporter::addFailure(const Problem& problem) {
-    failures.push_back(describeAndCount(problem));
+    failures.push_back(countMessage(problem));
 }
 
 void JsonReporter::finish() {

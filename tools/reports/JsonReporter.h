@@ -15,8 +15,8 @@ namespace ombrel {
 ///      "totals": {"files": 2, "unchanged": 0, "formatted": 0, "would-change": 1, "failed": 1,
 ///                 "errors": 1, "warnings": 0}}
 ///
-/// `firstChangedLine` stands only with "would-change", and behind the totals there are "messages" only if
-/// something kept the run from taking files. Line and column are null where a message has no place.
+/// `firstChangedLine` is there only with "would-change", and after the totals there are "messages" only if
+/// a problem of the run kept it from formatting files. Line and column are null where a message has no place.
 std::unique_ptr<Reporter> makeJsonReporter(std::ostream& stream);
 
 } // namespace ombrel

@@ -20,7 +20,7 @@ enum class FileStatus {
 struct FileOutcome {
     std::string path; ///< as the user knows it: bytes, not always UTF-8
     FileStatus status = FileStatus::Unchanged;
-    std::uint32_t firstChangedLine = 0; ///< of a file that would change, from 1; 0 if nobody asked
+    std::uint32_t firstChangedLine = 0; ///< of a file that would change, from 1; 0 if it isn't known
     std::vector<Message> messages;      ///< errors and warnings
 };
 
@@ -38,7 +38,7 @@ public:
     /// Called once for each file, in the order of the input whatever order they were formatted in.
     virtual void add(const FileOutcome& outcome) = 0;
 
-    /// Called for a problem that belongs to no file and kept the run from taking any.
+    /// Called for a problem that belongs to no file and kept the run from formatting any.
     virtual void addFailure(const Problem& problem) = 0;
 
     /// Called once, after the last file.

@@ -29,7 +29,7 @@ std::string makePascalCase(std::string_view name) {
     return result;
 }
 
-Json describeRule(const CodeInfo& info) {
+Json makeRule(const CodeInfo& info) {
     return {{"id", info.name},
             {"name", makePascalCase(info.name)},
             {"shortDescription", {{"text", info.summary}}},
@@ -51,10 +51,10 @@ public:
         return index;
     }
 
-    Json describe() const {
+    Json makeRules() const {
         Json list = Json::array();
         for (const Code code : codes) {
-            list.push_back(describeRule(getInfo(code)));
+            list.push_back(makeRule(getInfo(code)));
         }
         return list;
     }
@@ -63,7 +63,7 @@ private:
     std::vector<Code> codes;
 };
 
-/// A path as a URI reference. Its colons are escaped too, so that none is taken for the end of a scheme.
+/// A path as a URI reference. Its colons are escaped too, so that none is read as the end of a scheme.
 std::string makeUri(std::string_view path) {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
     std::string uri(path.starts_with('/') ? "file://" : "");
@@ -74,7 +74,7 @@ std::string makeUri(std::string_view path) {
     return uri;
 }
 
-Json describePlace(const std::string& uri, const Problem& problem) {
+Json makeLocation(const std::string& uri, const Problem& problem) {
     Json place = {{"artifactLocation", {{"uri", uri}}}};
     if (problem.line != 0) {
         place["region"]["startLine"] = problem.line;
@@ -85,12 +85,12 @@ Json describePlace(const std::string& uri, const Problem& problem) {
     return {{"physicalLocation", std::move(place)}};
 }
 
-Json describe(const std::string& uri, const Problem& problem, RuleList& rules) {
+Json makeResult(const std::string& uri, const Problem& problem, RuleList& rules) {
     return {{"ruleId", getInfo(problem.code).name},
             {"ruleIndex", rules.getIndex(problem.code)},
             {"level", getWord(problem.severity)},
             {"message", {{"text", problem.text}}},
-            {"locations", Json::array({describePlace(uri, problem)})}};
+            {"locations", Json::array({makeLocation(uri, problem)})}};
 }
 
 class SarifReporter : public Reporter {
@@ -107,13 +107,13 @@ private:
     std::string version;
     Json results;
     RuleList rules;
-    Json notifications; ///< what kept the run from taking files; null if nothing did
+    Json notifications; ///< what kept the run from formatting files; null if nothing did
 };
 
 void SarifReporter::add(const FileOutcome& outcome) {
     const std::string uri = makeUri(outcome.path);
     for (const Problem& problem : getFindings(outcome)) {
-        results.push_back(describe(uri, problem, rules));
+        results.push_back(makeResult(uri, problem, rules));
     }
 }
 
@@ -124,7 +124,7 @@ void SarifReporter::addFailure(const Problem& problem) {
 }
 
 void SarifReporter::finish() {
-    const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", rules.describe()}};
+    const Json driver = {{"name", "ombrel-format"}, {"version", version}, {"rules", rules.makeRules()}};
     Json run = {{"tool", {{"driver", driver}}},
                 {"columnKind", "utf16CodeUnits"},
                 {"newlineSequences", {"\r\n", "\n", "\r"}},

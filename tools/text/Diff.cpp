@@ -17,7 +17,7 @@ using DiffOfLines = dtl::Diff<std::string_view, Lines>;
 using EditedLine = std::pair<std::string_view, dtl::elemInfo>;
 using Hunk = dtl::uniHunk<EditedLine>;
 
-/// The name as tools that apply diffs read it: a tab ends one with blanks, unless quotes do.
+/// The name as tools that apply diffs read it: a tab ends one with spaces, unless quotes do.
 std::string getHeaderName(std::string_view path) {
     const std::string name = getQuotedName(path);
     const bool needsTab = name == path && path.find(' ') != path.npos;
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    /// A range of no lines is named by the line in front of it.
+    /// A range of no lines is named by the line before it.
     static long long getStart(long long first, long long count) { return count == 0 ? first - 1 : first; }
 
     void printLines(const std::vector<EditedLine>& lines) {

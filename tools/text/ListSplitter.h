@@ -6,10 +6,10 @@
 
 namespace ombrel {
 
-/// The items of a list, each ended by this character. Behind the last one it may be missing.
+/// The items of a list, each ended by this character. It may be missing after the last one.
 std::vector<std::string> splitList(std::string_view list, char end);
 
-/// The lines of a text, as views into it that hold their line feeds too.
+/// The lines of a text, as views into it with their line feeds.
 std::vector<std::string_view> splitLines(std::string_view text);
 
 } // namespace ombrel

@@ -1,4 +1,4 @@
-# A new repository without a commit, whose file a.omb is badly indented in its lines 2 and 4, so that it tells
+# A new repository without a commit, whose file a.omb is badly indented in its lines 2 and 4, so that it shows
 # which of its lines were formatted. `save` commits everything; `show :FILE` prints what is staged.
 save() { git add -A && git commit -qm saved; }
 hook() { printf '#!/bin/sh\n%s %s\n' "$program" "$1" > .git/hooks/pre-commit; chmod +x .git/hooks/pre-commit; }
