@@ -39,6 +39,7 @@ private:
     std::size_t skipContinuation(std::size_t index) const;
     std::size_t skipBlockComment(std::size_t index) const;
     std::size_t skipParentheses(std::size_t index) const;
+    std::size_t skipString(std::size_t index) const;
     std::size_t skipQuoted(std::size_t index) const;
     std::size_t findLineEnd(std::size_t index) const;
     std::size_t trimBlanks(std::size_t begin, std::size_t end) const;

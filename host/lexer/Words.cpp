@@ -10,8 +10,6 @@
 
 #include <unicode/uchar.h>
 
-#include <algorithm>
-
 namespace ca::lexer {
 
 namespace {
@@ -58,9 +56,8 @@ bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
 /// A function, a method above all, may be called like a reserved word: function n = end(obj, k, count).
 bool Lexer::isNamedLikeKeyword(std::size_t end) const {
     const bool isBehindOutput =
-        lastCode == TokenType::Assign &&
-        (assignments.isBehindOutputs() ||
-         (blocks.getInnermost() == TokenType::ClassLevelKeyword22 && !brackets.isAnyOpen()));
+        lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
+        (assignments.isBehindOutputs() || blocks.getInnermost() == TokenType::ClassLevelKeyword22);
     if (lastCode != TokenType::Function && !isBehindOutput) {
         return false;
     }
@@ -142,10 +139,15 @@ std::size_t Lexer::skipParentheses(std::size_t index) const {
             continue;
         }
         const bool opensString = c == u'"' || (c == u'\'' && !isTransposeBehind(at(next - 1)));
-        const std::size_t length = opensString ? scanString(text + next, text + size) : 0;
-        next += std::max<std::size_t>(length, 1);
+        next = opensString ? skipString(next) : next + 1;
     }
     return index;
+}
+
+/// After the string that starts at `index`. An unclosed one takes the rest of its line.
+std::size_t Lexer::skipString(std::size_t index) const {
+    const std::size_t length = scanString(text + index, text + size);
+    return length != 0 ? index + length : findLineEnd(index);
 }
 
 void Lexer::lexKeyword(TokenType type, std::size_t end) {
@@ -183,7 +185,7 @@ void Lexer::lexKeyword(TokenType type, std::size_t end) {
     case TokenType::OpeningKeyword7:
     case TokenType::SecondaryKeyword10:
     case TokenType::SecondaryIndentedKeyword18:
-        header = brackets.isAnyOpen() ? Header::None : Header::Keyword;
+        header = brackets.isAnyOpen() ? header : Header::Keyword;
         return;
     default:
         return;
