@@ -301,8 +301,6 @@ TEST_F(ConfigManagerTest, ReadsAFileOnceAndAMissingOneAgain) {
     EXPECT_NE(getIssues(u"\"base\""), "");
     write("base", "{");
     EXPECT_EQ(getIssues(u"\"base\""), "base:1:2 expected the name of a field in double quotes\n");
-    write("base", "{}");
-    EXPECT_NE(getIssues(u"\"base\""), "");
-    const Path path((folder / "base").u16string());
-    EXPECT_EQ(manager->getDocument(path), manager->getDocument(path));
+    fs::remove(folder / "base");
+    EXPECT_EQ(getIssues(u"\"base\""), "base:1:2 expected the name of a field in double quotes\n");
 }

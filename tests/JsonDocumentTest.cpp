@@ -34,7 +34,7 @@ std::u16string nest(std::size_t levels) {
 
 struct Row {
     std::u16string text;
-    const char* faults;
+    std::string faults;
 };
 
 } // namespace
@@ -51,8 +51,10 @@ TEST(JsonDocument, AcceptsCommentsTrailingCommasAndAMark) {
 }
 
 TEST(JsonDocument, PlacesSyntaxErrors) {
+    const std::u16string wide = u"\"" + std::u16string(38, u'x');
     const Row rows[] = {
         {u"", "1:1 expected an object, found nothing\n"},
+        {u"\uFEFF{a: 1}", "1:2 expected the name of a field in double quotes\n"},
         {u"\uFEFF \r\n\r // a\r", "4:1 expected an object, found nothing\n"},
         {u"}", "1:1 expected a value\n"},
         {u"{} {}", "1:4 nothing but comments may stand behind the outermost value\n"},
@@ -73,12 +75,14 @@ TEST(JsonDocument, PlacesSyntaxErrors) {
         {u"{\"a\": 1e400}", "1:7 the number is too large\n"},
         {u"{\"a\": 0.9e309}", "1:7 the number is too large\n"},
         {u"{\"a\": \"b\n\"}", "1:9 the string is not closed on its line\n"},
+        {u"{\"a\": \"b\r\n\"}", "1:9 the string is not closed on its line\n"},
         {u"{\"a\": \"b", "1:9 the string is not closed on its line\n"},
         {std::u16string(u"{\"a\": \"\0\"}", 10),
          "1:8 a control character in a string has to be written as an escape sequence\n"},
         {u"{\"a\": \"\\x\"}", "1:8 there is no such escape sequence\n"},
         {u"{\"a\": \"\\u12g4\"}", "1:8 \\u takes four hexadecimal digits\n"},
         {u"{\"a\": \"b\\udc00\"}", "1:9 half a surrogate pair is no character\n"},
+        {u"{\"a\": \"b\\udfff\"}", "1:9 half a surrogate pair is no character\n"},
         {u"{\"a\": \"b\\ud800\\u0041\"}", "1:9 half a surrogate pair is no character\n"},
         {u"{\"\U0001F600\xDC00\": 1}", "1:5 half a surrogate pair is no character\n"},
         {u"{\"\xD800", "1:3 half a surrogate pair is no character\n"},
@@ -88,6 +92,13 @@ TEST(JsonDocument, PlacesSyntaxErrors) {
         {u"/", "1:1 a comment starts with '//' or '/*'\n"},
         {u" [1]", "1:2 expected an object, found an array\n"},
         {u"null", "1:1 expected an object, found null\n"},
+        {u"false", "1:1 expected an object, found false\n"},
+        {u"true", "1:1 expected an object, found true\n"},
+        {u"-0.5e3", "1:1 expected an object, found -500\n"},
+        {u"\"a\\n\\u001f \"", "1:1 expected an object, found \"a\uFFFD\uFFFD \"\n"},
+        {wide + u"ab\"", "1:1 expected an object, found " + showText(wide) + "ab\"\n"},
+        {wide + u"abc\"", "1:1 expected an object, found " + showText(wide) + "ab\u2026\"\n"},
+        {wide + u"a\U0001F600\"", "1:1 expected an object, found " + showText(wide) + "a\u2026\"\n"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(getFaults(row.text), row.faults) << showText(row.text);
@@ -108,20 +119,20 @@ TEST(JsonDocument, CountsTheLastOfTwoFieldsAndNamesIt) {
 
 TEST(JsonDocument, KnowsThePlaceOfEachValueAndName) {
     const std::u16string text =
-        u"\uFEFF{\r \"a\" :\"x\\n\",\r\n\t\"b\":[-1.5e0,true\n,null],\"\U0001F600\":{\n}}";
+        u"\uFEFF{\r \"a\" :\"x\\n\",\r\n\t\"b\":[-1.5e0,true\n,null, false],\"\U0001F600\":{\n}}";
     const JsonDocument document = readJson(text);
     ASSERT_TRUE(document.root);
     const auto& a = *document.root->find(u"a");
     EXPECT_EQ(show(*a.nameSpan) + ' ' + show(*a.value.getSpan()), "2:2-2:5 2:7-2:12");
     const auto& b = *document.root->find(u"b");
-    EXPECT_EQ(show(*b.nameSpan) + ' ' + show(*b.value.getSpan()), "3:2-3:5 3:6-4:7");
+    EXPECT_EQ(show(*b.nameSpan) + ' ' + show(*b.value.getSpan()), "3:2-3:5 3:6-4:14");
     std::string elements;
     for (const JsonValue& element : b.value.getElements()) {
         elements += show(*element.getSpan()) + ' ';
     }
-    EXPECT_EQ(elements, "3:7-3:13 3:14-3:18 4:2-4:6 ");
+    EXPECT_EQ(elements, "3:7-3:13 3:14-3:18 4:2-4:6 4:8-4:13 ");
     const auto& face = *document.root->find(u"\U0001F600");
-    EXPECT_EQ(show(*face.nameSpan) + ' ' + show(*face.value.getSpan()), "4:8-4:12 4:13-5:2");
+    EXPECT_EQ(show(*face.nameSpan) + ' ' + show(*face.value.getSpan()), "4:15-4:19 4:20-5:2");
 }
 
 TEST(JsonDocument, HasLimits) {

@@ -69,6 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Golden, Lexing, testing::ValuesIn(loadGoldenCases("lexe
 
 TEST(Lexer, TakesHalfCharactersAndControlCharacters) {
     EXPECT_EQ(describe(std::u16string(u"\0\xD800x", 3)), u" \\u0000\\uD800:87 x:27");
+    EXPECT_EQ(describe(std::u16string(u"'\0'", 3)), u" '\\u0000':31");
     EXPECT_EQ(describe(u"$#_a \x01`"), u" $#_:87 a:27 \\u0001`:87");
 }
 

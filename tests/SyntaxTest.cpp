@@ -21,39 +21,30 @@ void expectClaims(const std::u16string& text) {
     EXPECT_EQ("", checkClaims(*parse(text)->getProgramFile(), ca::lexer::lex(text))) << showGoldenText(text);
 }
 
-/// The cases are ASCII.
-std::string toBytes(std::u16string_view text) {
-    std::string bytes;
-    for (const char16_t c : text) {
-        bytes += static_cast<char>(c);
-    }
-    return bytes;
-}
-
-std::u16string toText(const std::string& text) {
-    return {text.begin(), text.end()};
-}
-
-std::string listErrors(const std::u16string& text) {
+/// Each on a line as "line:column+length Identifier: message".
+std::u16string listErrors(const std::u16string& text) {
     try {
         parse(text);
-        return "";
+        return u"";
     } catch (const ca::SyntaxErrorException& exception) {
-        std::string out;
+        std::u16string out;
         for (const ca::SyntaxError& error : exception.getErrors()) {
-            out += std::to_string(error.line) + ":" + std::to_string(error.column) + " " +
-                   toBytes(error.identifier) + ": " + toBytes(error.message) + "\n";
+            const std::string place = std::to_string(error.line) + ":" + std::to_string(error.column) + "+" +
+                                      std::to_string(error.length) + " ";
+            out +=
+                std::u16string(place.begin(), place.end()) + error.identifier + u": " + error.message + u'\n';
         }
         return out;
     }
 }
 
 std::u16string produceSketch(const std::u16string& text, const GoldenOptions&) {
-    return toText(sketchSyntax(*parse(text)->getProgramFile()));
+    const std::string sketch = sketchSyntax(*parse(text)->getProgramFile());
+    return {sketch.begin(), sketch.end()};
 }
 
 std::u16string produceErrors(const std::u16string& text, const GoldenOptions&) {
-    return toText(listErrors(text));
+    return listErrors(text);
 }
 
 class SyntaxCase : public testing::TestWithParam<GoldenCase> {};
@@ -130,18 +121,32 @@ TEST(Syntax, NestingIsLimitedAndChainsAreNot) {
                                       repeat(u"if a\n", 255) + u"(x)\n" + repeat(u"end\n", 255)};
     runOnSmallStack([&] {
         for (const std::u16string& text : tooDeep) {
-            const std::string errors = listErrors(text);
-            EXPECT_NE(std::string::npos, errors.find("NestingTooDeep")) << showGoldenText(text.substr(0, 20));
-            EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n'))
+            const std::u16string errors = listErrors(text);
+            EXPECT_NE(std::u16string::npos, errors.find(u"NestingTooDeep"))
+                << showGoldenText(text.substr(0, 20));
+            EXPECT_EQ(1, std::count(errors.begin(), errors.end(), u'\n'))
                 << showGoldenText(text.substr(0, 20));
         }
         for (const std::u16string& text : endless) {
-            EXPECT_EQ("", listErrors(text).substr(0, 200));
+            EXPECT_EQ(u"", listErrors(text).substr(0, 200));
         }
     });
     for (const std::u16string& text : endless) {
         expectClaims(text);
     }
+}
+
+TEST(Syntax, MessagesShowTheStartOfATokenOnOneLine) {
+    const std::u16string name(29, u'n');
+    const std::u16string unrecognized = u" UnrecognizedText: unrecognised text '";
+    const std::u16string smile = u"\U0001F600";
+    EXPECT_EQ(listErrors(u"\x01\x1B"), u"1:1+2" + unrecognized + u"\\u0001\\u001B'\n");
+    EXPECT_EQ(listErrors(u"x = 1" + name + u"n"),
+              u"1:6+30 MalformedNumber: a number can't be followed directly by '" + name + u"n'\n");
+    EXPECT_EQ(listErrors(u"x = 1" + name + u"nn"),
+              u"1:6+31 MalformedNumber: a number can't be followed directly by '" + name + u"n...'\n");
+    EXPECT_EQ(listErrors(std::u16string(29, u'#') + smile),
+              u"1:1+31" + unrecognized + std::u16string(29, u'#') + u"...'\n");
 }
 
 TEST(Syntax, StopsAtAHundredFaults) {
@@ -155,11 +160,14 @@ TEST(Syntax, StopsAtAHundredFaults) {
 }
 
 TEST(Syntax, NestedFunctionsAreThoseInsideFunctions) {
-    const auto result = parse(u"function f\nfunction g\nend\nx = 1;\nend\n");
-    const auto& outer = lf::astapi::as<lf::astapi::Function>(*result->getProgramFile()->statements.front());
+    const auto result = parse(u"classdef a\nmethods\nfunction f\nfunction g\nend\nx = 1;\nend\nend\nend\n");
+    const auto& a =
+        lf::astapi::as<lf::astapi::ClassDefinition>(*result->getProgramFile()->statements.front());
+    const auto& methods = lf::astapi::as<lf::astapi::MethodsBlock>(*a.members.front());
+    const auto& outer = lf::astapi::as<lf::astapi::MethodDefinition>(*methods.members.front());
     EXPECT_FALSE(ca::astapi::isNestedFunction(&outer));
     EXPECT_TRUE(ca::astapi::isNestedFunction(outer.body[0]));
     EXPECT_FALSE(ca::astapi::isNestedFunction(outer.body[1]));
-    EXPECT_EQ(2, outer.body[0]->getLine());
-    EXPECT_EQ(4, outer.body[1]->getLine());
+    EXPECT_EQ(4, outer.body[0]->getLine());
+    EXPECT_EQ(6, outer.body[1]->getLine());
 }

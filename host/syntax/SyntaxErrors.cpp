@@ -28,6 +28,7 @@ std::vector<SyntaxError> SyntaxErrors::take() {
     return std::exchange(errors, {});
 }
 
+/// Lexemes are cut before they are escaped, so that no escape sequence is cut.
 std::u16string describe(const Token& token) {
     constexpr std::size_t longest = 30;
     if (token.type == TokenType::EndOfInput) {
@@ -36,11 +37,13 @@ std::u16string describe(const Token& token) {
     if (token.isEndOfLine()) {
         return u"the end of the line";
     }
-    std::u16string text = token.escapeLexeme();
-    if (text.size() > longest) {
-        text = text.substr(0, longest) + u"...";
+    if (token.lexeme.size() <= longest) {
+        return u"'" + token.escapeLexeme() + u"'";
     }
-    return u"'" + text + u"'";
+    const bool cutsPair = (token.lexeme[longest - 1] & 0xFC00) == 0xD800;
+    Token start = token;
+    start.lexeme.resize(cutsPair ? longest - 1 : longest);
+    return u"'" + start.escapeLexeme() + u"...'";
 }
 
 std::u16string toText(std::uint32_t number) {
