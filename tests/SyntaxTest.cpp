@@ -100,38 +100,65 @@ TEST(Syntax, SequencesOfPieces) {
     EXPECT_GT(parsed, 1000u);
 }
 
-TEST(Syntax, NestingIsLimitedAndChainsAreNot) {
-    const std::size_t many = 100'000;
-    const std::u16string tooDeep[] = {repeat(u"(", many),
-                                      u"x = " + repeat(u"[", many),
-                                      u"x = " + repeat(u"-", many) + u"1",
-                                      u"x = a" + repeat(u"(1)", many),
-                                      u"x = a" + repeat(u"'", many),
-                                      u"x = " + repeat(u"@() ", many) + u"1",
-                                      u"x = " + repeat(u"(1 || 2 + 3 * a(", 130),
-                                      u"x = 1" + repeat(u":1", many),
-                                      repeat(u"if a\n", many),
-                                      repeat(u"if a, try\n", many),
-                                      repeat(u"function f\n", many) + u"end"};
-    const std::u16string endless[] = {u"x = a" + repeat(u" + 1", many),
-                                      u"x = a" + repeat(u"^1", many),
-                                      u"x = [1" + repeat(u" 1;", many) + u"];",
-                                      u"if a\n" + repeat(u"elseif b\n", many) + u"end",
-                                      repeat(u"(", 256) + u"1" + repeat(u")", 256),
-                                      repeat(u"if a\n", 255) + u"(x)\n" + repeat(u"end\n", 255)};
+/// A text of nested parts: as many of each as asked for.
+struct Nest {
+    std::u16string_view head, open, middle, close;
+
+    std::u16string make(std::size_t levels) const {
+        return std::u16string(head) + repeat(open, levels) + std::u16string(middle) + repeat(close, levels);
+    }
+};
+
+TEST(Syntax, NestingIsLimitedToFiveHundredLevels) {
+    const Nest nests[] = {
+        {u"x = ", u"(", u"1", u")"},
+        {u"x = ", u"[", u"1", u"]"},
+        {u"x = ", u"{", u"1", u"}"},
+        {u"x = ", u"1 || 2 + 3 * a(", u"1", u")"},
+        {u"x = ", u"a{", u"1", u"}"},
+        {u"x = ", u"a.(", u"b", u")"},
+        {u"x = ", u"-", u"1", u""},
+        {u"x = ", u"@() ", u"1", u""},
+        {u"x = a", u"", u"", u"(1)"},
+        {u"x = a", u"", u"", u"'"},
+        {u"x = 1:1:1", u"", u"", u":1:1"},
+        {u"", u"if a\n", u"", u"end\n"},
+        {u"", u"if a\nelse\n", u"", u"end\n"},
+        {u"", u"for i = 1\n", u"", u"end\n"},
+        {u"", u"parfor i = 1\n", u"", u"end\n"},
+        {u"", u"while a\n", u"", u"end\n"},
+        {u"", u"switch a\ncase 1\n", u"", u"end\n"},
+        {u"", u"try\ncatch\n", u"", u"end\n"},
+        {u"", u"spmd\n", u"", u"end\n"},
+        {u"", u"function f\n", u"", u"end\n"},
+    };
     runOnSmallStack([&] {
-        for (const std::u16string& text : tooDeep) {
-            const std::u16string errors = listErrors(text);
-            EXPECT_NE(std::u16string::npos, errors.find(u"NestingTooDeep"))
-                << showGoldenText(text.substr(0, 20));
-            EXPECT_EQ(1, std::count(errors.begin(), errors.end(), u'\n'))
-                << showGoldenText(text.substr(0, 20));
+        for (const Nest& nest : nests) {
+            EXPECT_EQ(u"", listErrors(nest.make(500)).substr(0, 200)) << showGoldenText(nest.make(1));
+            for (const std::size_t levels : {501, 60'000}) {
+                const std::u16string errors = listErrors(nest.make(levels));
+                EXPECT_NE(errors.npos, errors.find(u"NestingTooDeep")) << showGoldenText(nest.make(1));
+                EXPECT_EQ(1, std::count(errors.begin(), errors.end(), u'\n')) << showGoldenText(nest.make(1));
+            }
         }
-        for (const std::u16string& text : endless) {
-            EXPECT_EQ(u"", listErrors(text).substr(0, 200));
+        for (const char16_t* keyword :
+             {u"if", u"for", u"parfor", u"while", u"switch", u"try", u"spmd", u"function", u"classdef",
+              u"classdef a\nmethods\nfunction f", u"classdef a\nproperties", u"function f\narguments",
+              u"else", u"case", u"catch", u"end"}) {
+            EXPECT_NE(u"", listErrors(repeat(std::u16string(keyword) + u'\n', 60'000)));
         }
     });
-    for (const std::u16string& text : endless) {
+    expectClaims(nests[3].make(500));
+    expectClaims(nests[12].make(500));
+}
+
+TEST(Syntax, ChainsHaveNoLimit) {
+    const std::size_t many = 100'000;
+    const std::u16string chains[] = {u"x = a" + repeat(u" + 1", many), u"x = a" + repeat(u"^1", many),
+                                     u"x = [1" + repeat(u" 1;", many) + u"];",
+                                     u"if a\n" + repeat(u"elseif b\n", many) + u"end"};
+    for (const std::u16string& text : chains) {
+        runOnSmallStack([&] { EXPECT_EQ(u"", listErrors(text).substr(0, 200)); });
         expectClaims(text);
     }
 }

@@ -90,14 +90,9 @@ bool isStatementKeyword(TokenType type) {
     case TokenType::OpeningKeyword7:
     case TokenType::OpeningKeyword13:
     case TokenType::OpeningKeyword25:
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryKeyword16:
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
         return true;
     default:
-        return false;
+        return dividesBlock(type);
     }
 }
 
@@ -121,6 +116,27 @@ bool opensBlock(TokenType type) {
     default:
         return false;
     }
+}
+
+bool dividesBlock(TokenType type) {
+    switch (type) {
+    case TokenType::SecondaryKeyword9:
+    case TokenType::SecondaryKeyword10:
+    case TokenType::SecondaryKeyword16:
+    case TokenType::SecondaryIndentedKeyword18:
+    case TokenType::SecondaryIndentedKeyword19:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::vector<std::u16string_view> listKeywords() {
+    std::vector<std::u16string_view> words;
+    for (const Row& row : rows) {
+        words.push_back(row.word);
+    }
+    return words;
 }
 
 } // namespace ca::lexer

@@ -39,6 +39,14 @@ void Brackets::close(TokenType closingBracket) {
     } while (closed != partner);
 }
 
+void Brackets::pass(TokenType token) {
+    if (isOpening(token)) {
+        open(token);
+    } else if (isClosing(token)) {
+        close(token);
+    }
+}
+
 void Brackets::clear() {
     stack.clear();
     counts.fill(0);

@@ -17,6 +17,11 @@ constexpr bool isOpening(TokenType bracket) {
            bracket == TokenType::OpenBrace;
 }
 
+constexpr bool isClosing(TokenType bracket) {
+    return bracket == TokenType::CloseParenthesis || bracket == TokenType::CloseSquareBracket ||
+           bracket == TokenType::CloseBrace;
+}
+
 /// The open brackets, innermost last.
 class Brackets {
 public:
@@ -32,6 +37,9 @@ public:
     /// Closes the innermost bracket that `closingBracket` fits and all that was opened inside it; nothing if
     /// there is none. All closings together take time in proportion to the openings.
     void close(TokenType closingBracket);
+
+    /// Opens or closes, if the token is a bracket.
+    void pass(TokenType token);
 
     void clear();
 

@@ -2,6 +2,7 @@
 
 #include "ca/lexer/lex.h"
 #include "syntax/Parser.h"
+#include "syntax/explainErrors.h"
 
 #include <utility>
 
@@ -22,7 +23,7 @@ public:
         syntax::SyntaxErrors errors;
         root = syntax::Parser(text, *all, arena, errors).parseFile();
         if (!errors.isEmpty()) {
-            throw SyntaxErrorException(errors.take());
+            throw SyntaxErrorException(syntax::explainErrors(text, errors.take()));
         }
         if (use == TokenUse::Keep) {
             tokens = std::move(all);

@@ -44,10 +44,6 @@ TokenType getBlockOf(TokenType branch) {
 
 } // namespace
 
-bool Parser::isBranch(TokenType type) {
-    return getBlockOf(type) != TokenType::EndOfInput;
-}
-
 /// Whether the branch belongs to a block that is open here, in the same function.
 bool Parser::isTakenByOpenBlock(TokenType branch) const {
     const TokenType keyword = getBlockOf(branch);

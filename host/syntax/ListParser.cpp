@@ -15,10 +15,7 @@ namespace {
 
 using namespace lf::astapi;
 
-bool isClosing(TokenType type) {
-    return type == TokenType::CloseParenthesis || type == TokenType::CloseBrace ||
-           type == TokenType::CloseSquareBracket;
-}
+using lexer::isClosing;
 
 /// Whether an element may start with this token.
 bool startsElement(TokenType type) {

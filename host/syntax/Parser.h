@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ca/astapi/CA.h"
+#include "lexer/Nesting.h"
 #include "lf/astapi/Nodes.h"
 #include "syntax/Arena.h"
 #include "syntax/SyntaxErrors.h"
@@ -76,6 +77,7 @@ private:
     void report(std::u16string_view identifier, std::u16string message, const CodeToken& at);
     [[noreturn]] void fail(std::u16string_view identifier, std::u16string message, const CodeToken& at);
     [[noreturn]] void failExpected(std::u16string_view what);
+    [[noreturn]] void failUnclosed(const CodeToken& open);
     void failIfUnrecognized();
     bool isInReportedHeader(const CodeToken& at) const;
     void checkUnclosedComment();
@@ -84,9 +86,7 @@ private:
     Context getContext() const;
     void restore(const Context& context);
     void skipStatement(const Context& start);
-    void skipToken(std::size_t firstBracket);
-    bool isListOpen(std::size_t firstBracket) const;
-    void dropBracket(TokenType close, std::size_t firstBracket);
+    lexer::Brackets getOpenBrackets(std::size_t first) const;
     bool reportTooDeep();
     template <class Parse>
     bool parseOrSkip(Parse parse);
@@ -182,7 +182,6 @@ private:
     void expectStatementEnd();
 
     // Blocks (BlockParser.cpp).
-    static bool isBranch(TokenType type);
     bool isTakenByOpenBlock(TokenType branch) const;
     void openBlock();
     void closeBlock();

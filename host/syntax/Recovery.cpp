@@ -7,27 +7,17 @@
 
 #include "syntax/Recovery.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace ca::syntax {
 
 namespace {
 
-constexpr std::uint32_t deepestNesting = 256;
+constexpr std::uint32_t deepestNesting = 500;
 
-/// Whether a keyword stands for itself wherever it is: it ends what is skipped, unless a bracket is open.
+/// Whether a keyword ends what is skipped, unless a bracket is open.
 bool isStructure(TokenType type) {
-    switch (type) {
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryKeyword16:
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
-        return true;
-    default:
-        return opensBlock(type);
-    }
+    return opensBlock(type) || dividesBlock(type);
 }
 
 } // namespace
@@ -81,8 +71,12 @@ void Parser::fail(std::u16string_view identifier, std::u16string message, const 
     throw Abandoned{};
 }
 
+/// At the end of a line in parentheses the line is at fault, and what was expected next doesn't matter.
 void Parser::failExpected(std::u16string_view what) {
     failIfUnrecognized();
+    if (isAt(lineEnd) && !brackets.empty()) {
+        failUnclosed(brackets.back());
+    }
     fail(u"UnexpectedText", u"expected " + std::u16string(what) + u" before " + describeCurrent(),
          cursor.get());
 }
@@ -133,51 +127,29 @@ void Parser::restore(const Context& context) {
     blankSeparates = context.blankSeparates;
 }
 
+/// Skips to the end of the statement. A line end inside a matrix or a cell literal doesn't end it, and other
+/// brackets end where the tokenizer lets them end.
 void Parser::skipStatement(const Context& start) {
-    while (!isAt(TokenType::EndOfInput) && !isAt(TokenType::End)) {
-        const bool isInBracket = brackets.size() > start.brackets;
-        if (isStructure(cursor.getType()) && (!isInBracket || cursor.isFirstOnLine())) {
+    lexer::Brackets open = getOpenBrackets(start.brackets);
+    for (; !isAt(TokenType::EndOfInput) && !isAt(TokenType::End); cursor.advance()) {
+        const TokenType type = cursor.getType();
+        if (isStructure(type) && (!open.isAnyOpen() || cursor.isFirstOnLine())) {
             return;
         }
-        if (isAtSeparator() && (!isInBracket || (isAt(lineEnd) && !isListOpen(start.brackets)))) {
+        if (isAtSeparator() && (!open.isAnyOpen() || (type == lineEnd && !open.isListOpen()))) {
             return;
         }
-        skipToken(start.brackets);
+        open.pass(type);
     }
 }
 
-bool Parser::isListOpen(std::size_t firstBracket) const {
-    return std::any_of(brackets.begin() + static_cast<std::ptrdiff_t>(firstBracket), brackets.end(),
-                       [](const CodeToken& open) { return open.type != TokenType::OpenParenthesis; });
-}
-
-/// Forgets the innermost bracket that `close` fits and what was opened inside it, as the tokenizer does.
-void Parser::dropBracket(TokenType close, std::size_t firstBracket) {
-    for (std::size_t i = brackets.size(); i > firstBracket; --i) {
-        if (static_cast<int>(brackets[i - 1].type) + 1 == static_cast<int>(close)) {
-            brackets.resize(i - 1);
-            return;
-        }
+/// The open brackets but for the first so many.
+lexer::Brackets Parser::getOpenBrackets(std::size_t first) const {
+    lexer::Brackets open;
+    for (; first < brackets.size(); ++first) {
+        open.open(brackets[first].type);
     }
-}
-
-/// Skips one token and keeps account of the brackets above the first so many.
-void Parser::skipToken(std::size_t firstBracket) {
-    const CodeToken& code = cursor.advance();
-    switch (code.type) {
-    case TokenType::OpenParenthesis:
-    case TokenType::OpenSquareBracket:
-    case TokenType::OpenBrace:
-        brackets.push_back(code);
-        return;
-    case TokenType::CloseParenthesis:
-    case TokenType::CloseSquareBracket:
-    case TokenType::CloseBrace:
-        dropBracket(code.type, firstBracket);
-        return;
-    default:
-        return;
-    }
+    return open;
 }
 
 } // namespace ca::syntax

@@ -270,7 +270,7 @@ const Node* Parser::finishStatement(const Node* statement) {
 /// A statement ends at a separator, or in front of the keyword that ends its block.
 void Parser::expectStatementEnd() {
     if (isAtSeparator() || isAt(TokenType::EndOfInput) || isAt(TokenType::End) ||
-        isBranch(cursor.getType())) {
+        dividesBlock(cursor.getType())) {
         return;
     }
     rejectClosingBracket();

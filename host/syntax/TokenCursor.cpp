@@ -1,18 +1,10 @@
 #include "syntax/TokenCursor.h"
 
+#include "lexer/Nesting.h"
+
 namespace ca::syntax {
 
 namespace {
-
-bool opensBracket(TokenType type) {
-    return type == TokenType::OpenParenthesis || type == TokenType::OpenSquareBracket ||
-           type == TokenType::OpenBrace;
-}
-
-bool closesBracket(TokenType type) {
-    return type == TokenType::CloseParenthesis || type == TokenType::CloseSquareBracket ||
-           type == TokenType::CloseBrace;
-}
 
 /// Decides which line ends end something. A continued line goes on behind comments and, inside a matrix or a
 /// brace, behind empty lines:
@@ -42,57 +34,33 @@ public:
 
     void passCode(TokenType type) {
         state = InCode;
-        if (opensBracket(type)) {
-            brackets.push_back(type);
-        } else if (closesBracket(type)) {
-            close(static_cast<TokenType>(static_cast<int>(type) - 1));
-        } else if (opensBlock(type) || type == TokenType::End) {
-            clear();
+        if (opensBlock(type) || type == TokenType::End) {
+            brackets.clear();
+        } else {
+            brackets.pass(type);
         }
-        openLists += isList(type);
     }
 
 private:
     enum State { InCode, Continued, Resumed };
 
-    static bool isList(TokenType open) {
-        return open == TokenType::OpenSquareBracket || open == TokenType::OpenBrace;
-    }
-
     bool passLineEnd() {
         const bool isEmpty = state == Resumed && isLineEmpty;
         isLineEmpty = true;
-        if (state == Continued || (state == Resumed && (!isEmpty || openLists > 0))) {
+        if (state == Continued || (state == Resumed && (!isEmpty || brackets.isListOpen()))) {
             state = Resumed;
             return false;
         }
         state = InCode;
-        if (openLists == 0) {
-            clear();
+        if (!brackets.isListOpen()) {
+            brackets.clear();
         }
         return true;
     }
 
-    void close(TokenType open) {
-        std::size_t depth = brackets.size();
-        while (depth > 0 && brackets[depth - 1] != open) {
-            --depth;
-        }
-        while (depth > 0 && brackets.size() >= depth) {
-            openLists -= isList(brackets.back());
-            brackets.pop_back();
-        }
-    }
-
-    void clear() {
-        brackets.clear();
-        openLists = 0;
-    }
-
     State state = InCode;
     bool isLineEmpty = true;
-    std::vector<TokenType> brackets;
-    int openLists = 0;
+    lexer::Brackets brackets;
 };
 
 } // namespace

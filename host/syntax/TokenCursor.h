@@ -83,6 +83,7 @@ private:
     std::optional<std::uint32_t> unclosedComment;
 };
 
+using lexer::dividesBlock;
 using lexer::opensBlock;
 
 } // namespace ca::syntax

@@ -42,17 +42,20 @@ CodeToken Parser::openBracket() {
 }
 
 void Parser::closeBracket(const CodeToken& open) {
-    const TokenType close = getPartner(open.type);
-    if (!isAt(close)) {
+    if (!isAt(getPartner(open.type))) {
         failIfUnrecognized();
-        const auto spelling = std::u16string(1, u"()[]{}"[static_cast<int>(close) - 37]);
-        fail(u"UnclosedBracket",
-             u"expected '" + spelling + u"' to close the " + describe(cursor.getToken(open)) +
-                 describePlace(open) + u" before " + describeCurrent(),
-             cursor.get());
+        failUnclosed(open);
     }
     cursor.advance();
     brackets.pop_back();
+}
+
+void Parser::failUnclosed(const CodeToken& open) {
+    const auto spelling = std::u16string(1, u"()[]{}"[static_cast<int>(getPartner(open.type)) - 37]);
+    fail(u"UnclosedBracket",
+         u"expected '" + spelling + u"' to close the " + describe(cursor.getToken(open)) +
+             describePlace(open) + u" before " + describeCurrent(),
+         cursor.get());
 }
 
 } // namespace ca::syntax

@@ -1,61 +1,140 @@
+// The table below says for each kind of node which tokens it claims; the walk compares them with the tokens
+// that there are. It trusts neither the parser nor the formatter: the shapes are those of the language page.
+
 #include "support/ClaimChecker.h"
+
+#include <lf/astapi/visitFields.h>
 
 #include <algorithm>
 #include <map>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 namespace {
 
 using namespace lf::astapi;
 using ca::astapi::CA;
 using ca::lexer::Token;
-using enum ca::lexer::TokenType;
-using Type = ca::lexer::TokenType;
-using Types = std::vector<Type>;
+using ca::lexer::TokenType;
 using Tree = Node<CA>;
 using List = NodeList<CA>;
 
-const Types nameTypes = {NameToken27, NameToken28};
-
-/// Nodes of one token, and the types that it may have.
-const std::map<NodeKind, Types> leafTypes = {
-    {NodeKind::TokenLeaf2, {Comma, Semicolon}},
-    {NodeKind::TokenLeaf10, {Break}},
-    {NodeKind::TokenLeaf14, {CharacterLiteral}},
-    {NodeKind::TokenLeaf16, {Colon}},
-    {NodeKind::TokenLeaf19, {Continue}},
-    {NodeKind::TokenLeaf27, {EndIndex}},
-    {NodeKind::TokenLeaf33, {Unmeasured33}},
-    {NodeKind::Ignored, {PrefixOperator34}},
-    {NodeKind::NumberLiteral, {NumberToken29, NumberToken30, NumberToken99, NumberToken100}},
-    {NodeKind::TokenLeaf58, {Return}},
-    {NodeKind::TokenLeaf61, {StringLiteral}},
+struct Shape {
+    NodeKind kind;
+    std::string_view text;
 };
 
-/// The keyword that a block of members starts with.
-const std::map<NodeKind, Type> blockKeywords = {
-    {NodeKind::ArgumentsBlock, OpeningKeyword26},  {NodeKind::EnumerationBlock, OpeningKeyword24},
-    {NodeKind::EventsBlock, OpeningKeyword23},     {NodeKind::MethodsBlock, ClassLevelKeyword22},
-    {NodeKind::PropertiesBlock, OpeningKeyword21},
+/// In a shape numbers are the types that the one token of a leaf may have. Otherwise:
+///
+///     word or sign     a token that is spelled so
+///     space            a gap: whitespace, line ends and comments
+///     ;                a gap that may also hold separators
+///     $x  $x-          the child x, the children in the list x
+///     $x* $x_ $x+      the children, each after a `;` gap, after a gap, after a comma between gaps
+///     $x, $x&          the children, each after a gap, with commas between them, or after `<` and then `&`
+///     $x' $x~          the elements of a row, the rows of a matrix
+///     #x:...|          only if x is there
+///     ^x:...|          only if the next token of code is spelled x
+///     "                a dotted name that the tree doesn't have
+///     !                the semicolon of a statement that isn't printed
+#define SIGNATURE "^[:[ #outputs:$outputs' |] = |#outputs:$outputs- = |$name^(: ($parameters, )|"
+#define MEMBERS "#attributes: ($attributes, )|$members*;end"
+#define VALIDATION                                                                                           \
+    "^(: ($dimensions, )|#classType: $classType|^{: {$validators, }|#defaultValue: = $defaultValue|"
+constexpr Shape shapes[] = {
+    {NodeKind::AnonymousFunction, "@ ($parameters, ) $body"},
+    {NodeKind::TokenLeaf2, "35 36"},
+    {NodeKind::ArgumentDefinition, "$name#member: . $member|#metaClassName: . ? $metaClassName|" VALIDATION},
+    {NodeKind::ArgumentsBlock, "arguments" MEMBERS},
+    {NodeKind::Assignment, "$target = $value!"},
+    {NodeKind::Attribute, "#negated:~ |$name#value: = $value|"},
+    {NodeKind::BraceIndexing, "$target {$arguments, }"},
+    {NodeKind::TokenLeaf10, "2"},
+    {NodeKind::CaseSelection, "case $value$body*"},
+    {NodeKind::CatchBlock, "catch#identifier: $identifier|$body*;"},
+    {NodeKind::CellLiteral, "{ $rows~}"},
+    {NodeKind::TokenLeaf14, "31"},
+    {NodeKind::ClassDefinition, "classdef#attributes: ($attributes, )| $name$superclasses&$members*;end"},
+    {NodeKind::TokenLeaf16, "48"},
+    {NodeKind::ColonExpression, "$first#step: : $step| : $last"},
+    {NodeKind::CommandSyntax, "$command$words_!"},
+    {NodeKind::TokenLeaf19, "11"},
+    {NodeKind::ElseBlock, "else$body*;"},
+    {NodeKind::ElseifBlock, "elseif $condition$body*;"},
+    {NodeKind::FieldAccess, "$object . $field"},
+    {NodeKind::DynamicFieldAccess, "$object . ( $expression )"},
+    {NodeKind::TokenLeaf27, "86"},
+    {NodeKind::EnumerationBlock, "enumeration" MEMBERS},
+    {NodeKind::EnumerationMember, "$name#arguments: ($arguments, )|"},
+    {NodeKind::EventDefinition, "$name"},
+    {NodeKind::EventsBlock, "events" MEMBERS},
+    {NodeKind::ExpressionStatement, "$expression!"},
+    {NodeKind::TokenLeaf33, "33"},
+    {NodeKind::ForStatement, "for $variable = $range$body*;end"},
+    {NodeKind::Function, "function " SIGNATURE "$argumentsBlocks*$body*;^end:end|"},
+    {NodeKind::GlobalDeclaration, "global$names_"},
+    {NodeKind::IfStatement, "if $condition$body*;$elseifBlocks-#elseBlock:$elseBlock|end"},
+    {NodeKind::Ignored, "34"},
+    {NodeKind::ImportStatement, "import$words_!"},
+    {NodeKind::InputArgument, "#identifier:$identifier|#ignored:$ignored|"},
+    {NodeKind::MatrixLiteral, "[ $rows~]"},
+    {NodeKind::MethodDeclaration, SIGNATURE},
+    {NodeKind::MethodDefinition, "function " SIGNATURE "$argumentsBlocks*$body*;end"},
+    {NodeKind::MethodsBlock, "methods" MEMBERS},
+    {NodeKind::MultipleAssignment, "[ #outputs:$outputs' |] = $value!"},
+    {NodeKind::NamedArgument, "$name = $value"},
+    {NodeKind::NumberLiteral, "29 30 99 100"},
+    {NodeKind::OtherwiseBlock, "otherwise$body*"},
+    {NodeKind::ParenthesisIndexing, "$target ($arguments, )"},
+    {NodeKind::ParenthesizedExpression, "( $inner )"},
+    {NodeKind::ParforStatement, "parfor^(: (| $variable = $range$options+^): )|$body*;end"},
+    {NodeKind::PersistentDeclaration, "persistent$names_"},
+    {NodeKind::PrintingStatement, "$statement"},
+    {NodeKind::ProgramFile, "$statements*;"},
+    {NodeKind::PropertiesBlock, "properties" MEMBERS},
+    {NodeKind::PropertyDefinition, "$name^@: @ \"|" VALIDATION},
+    {NodeKind::TokenLeaf58, "15"},
+    {NodeKind::MatrixRow, "$elements'"},
+    {NodeKind::SpmdStatement, "spmd^(: ($arguments, )|$body*;end"},
+    {NodeKind::TokenLeaf61, "32"},
+    {NodeKind::SwitchStatement, "switch $subject$cases*#otherwise:;$otherwise|;end"},
+    {NodeKind::TryStatement, "try$body*;#catchBlock:$catchBlock|end"},
+    {NodeKind::WhileStatement, "while $condition$body*;end"},
+};
+#undef SIGNATURE
+#undef MEMBERS
+#undef VALIDATION
+
+constexpr std::string_view binarySpellings[] = {"+",  "-",   "*",  "/",  "\\", "^", ".*",
+                                                "./", ".\\", ".^", "==", "~=", "<", "<=",
+                                                ">",  ">=",  "&&", "&",  "||", "|", "@"};
+constexpr std::string_view unarySpellings[] = {"+", "-", "'", ".'", "~", "@", "?", ")"};
+
+/// The fields of a node by name that are still to be claimed; a child is a list of one, what is absent is
+/// empty.
+struct Fields {
+    void child(const char* name, const Tree* node) {
+        if (node != nullptr) {
+            lists[name] = {node};
+        }
+    }
+    void list(const char* name, const List& nodes) { lists[name].assign(nodes.begin(), nodes.end()); }
+    void words(const char* name, const List& nodes) { list(name, nodes); }
+    void number(const char*, std::int32_t) {}
+    void flag(const char* name, bool isSet) { lists[name].resize(isSet ? 1 : 0); }
+    void text(const char*, std::u16string_view) {}
+    void validation(const char*, const ValidationSpec<CA>* spec) {
+        if (spec != nullptr) {
+            list("dimensions", spec->dimensions);
+            child("classType", spec->classType);
+            list("validators", spec->validators);
+        }
+    }
+
+    std::map<std::string_view, std::vector<const Tree*>> lists;
 };
 
-bool isOneOf(Type type, const Types& types) {
-    return std::find(types.begin(), types.end(), type) != types.end();
-}
-
-/// Operators with the same number share a flat chain of the formatter.
-int getChainGroup(int number) {
-    static constexpr int groups[] = {3, 3, 2, 2, 2, 1, 2, 2, 2, 1, 4, 4, 4, 4, 4, 4, 7, 5, 8, 6, 0};
-    return groups[number];
-}
-
-Type getOperatorType(int number) {
-    static constexpr int types[] = {51, 52, 53, 54, 55, 56, 59, 60, 61, 62, 67,
-                                    68, 69, 70, 71, 72, 65, 63, 66, 64, 46};
-    return static_cast<Type>(types[number]);
-}
-
-/// The walk. A member with the name of a node class claims that node's tokens.
 class Walk {
 public:
     explicit Walk(const std::vector<Token>& tokens) : tokens(tokens) {
@@ -67,12 +146,12 @@ public:
         }
     }
 
-    /// Gives the number of claims: of tokens, and of gaps between them, empty ones too.
     std::size_t run(const ProgramFile<CA>& root) {
-        statements(root.statements, root);
-        gap({Semicolon, Comma});
-        take({EndOfInput}, "the end of the text");
-        return claims;
+        dispatch(root);
+        if (index + 1 != tokens.size()) {
+            fail("expected the end of the text");
+        }
+        return claims + 1;
     }
 
 private:
@@ -82,559 +161,267 @@ private:
                                  what + ", found " + getTokenTypeName(token.type));
     }
 
-    Type peek() const {
-        std::size_t i = index;
-        while (tokens.at(i).isWhitespace()) {
-            ++i;
+    std::u16string_view peek() const {
+        std::size_t next = index;
+        while (tokens.at(next).isWhitespace()) {
+            ++next;
         }
-        return tokens[i].type;
+        return tokens[next].lexeme;
     }
 
-    void gap(const Types& absorbed = {}) {
+    void gap(std::string_view separators = "") {
         ++claims;
         while (index < tokens.size() &&
-               (tokens[index].isWhitespace() || isOneOf(tokens[index].type, absorbed))) {
+               (tokens[index].isWhitespace() || isAnyOf(tokens[index].lexeme, separators))) {
             ++index;
         }
     }
 
-    void take(const Types& expected, const char* what) {
-        if (index >= tokens.size() || !isOneOf(tokens[index].type, expected)) {
-            fail(std::string("expected ") + what);
+    static bool isAnyOf(std::u16string_view lexeme, std::string_view signs) {
+        return lexeme.size() == 1 && signs.find(static_cast<char>(lexeme[0])) != signs.npos;
+    }
+
+    static bool isSpelled(std::u16string_view lexeme, std::string_view text) {
+        return std::equal(lexeme.begin(), lexeme.end(), text.begin(), text.end());
+    }
+
+    bool isAt(TokenType type) const { return tokens.at(index).type == type; }
+
+    bool isAtName() const { return isAt(TokenType::NameToken27) || isAt(TokenType::NameToken28); }
+
+    void take(bool isExpected, std::string_view what) {
+        if (!isExpected) {
+            fail("expected " + std::string(what));
         }
         ++index;
         ++claims;
     }
 
-    void takeIn(const Types& expected, const char* what) {
-        gap();
-        take(expected, what);
+    /// A keyword or sign. A name, a word of a command or an index may be spelled like a keyword.
+    void take(std::string_view text) {
+        const bool isWord = isAtName() || isAt(TokenType::EndIndex) || isAt(TokenType::CommandWord);
+        take(!isWord && isSpelled(tokens.at(index).lexeme, text), text);
     }
 
-    /// A gap in front of a child, the child and what belongs to every node.
-    void child(const Tree* node, const Tree& parent) {
-        gap();
-        visit(node, parent);
-    }
+    void takeName() { take(isAtName(), "a name"); }
 
     void visit(const Tree* node, const Tree& parent) {
-        if (node == nullptr) {
-            fail("a child is missing");
-        }
+        const Token& token = tokens.at(index);
         if (node->parent != &parent) {
             fail(std::string("the parent is wrong of a ") + getNodeKindName(node->kind));
         }
-        const Token& token = tokens.at(index);
         if (node->position != positions[index] || node->line != token.line || node->column != token.column) {
             fail(std::string("the place is wrong of a ") + getNodeKindName(node->kind));
         }
         dispatch(*node);
     }
 
-    void statements(const List& list, const Tree& parent) {
-        for (const Tree* item : list) {
-            gap({Semicolon, Comma});
-            visit(item, parent);
+    void dispatch(const Tree& node) {
+        switch (node.kind) {
+        case NodeKind::Identifier:
+            return identifier(as<Identifier>(node));
+        case NodeKind::BinaryOperation:
+            return binary(as<BinaryOperation>(node));
+        case NodeKind::UnaryOperation:
+            return unary(as<UnaryOperation>(node));
+        default:
+            break;
         }
-    }
-
-    void commaList(Type open, Type close, const List& list, const Tree& parent) {
-        take({open}, "an opening bracket");
-        for (const Tree* item : list) {
-            if (item != list.front()) {
-                takeIn({Comma}, "a comma");
+        const auto shape = std::find_if(std::begin(shapes), std::end(shapes),
+                                        [&](const Shape& row) { return row.kind == node.kind; });
+        if (shape == std::end(shapes)) {
+            fail(std::string("a node that is never delivered: ") + getNodeKindName(node.kind));
+        }
+        std::string_view text = shape->text;
+        if (text.front() >= '0' && text.front() <= '9') {
+            const std::string type = std::to_string(static_cast<int>(tokens.at(index).type));
+            return take((' ' + std::string(text) + ' ').find(' ' + type + ' ') != text.npos, text);
+        }
+        Fields fields;
+        visitFields(node, fields);
+        follow(text, node, fields);
+        for (const auto& [name, left] : fields.lists) {
+            if (!left.empty()) {
+                fail("nothing claims the " + std::string(name));
             }
-            child(item, parent);
         }
-        takeIn({close}, "a closing bracket");
     }
 
-    void parentheses(const List& list, const Tree& parent) {
-        gap();
-        commaList(OpenParenthesis, CloseParenthesis, list, parent);
-    }
-
-    void rowElements(const List& list, const Tree& parent) {
-        for (const Tree* item : list) {
-            if (item != list.front()) {
-                gap({Comma});
+    /// Follows the shape up to the end of it or of its innermost part.
+    void follow(std::string_view& shape, const Tree& node, Fields& fields) {
+        while (!shape.empty()) {
+            const char sign = shape.front();
+            if (sign >= 'a' && sign <= 'z') {
+                take(cutWord(shape));
+                continue;
             }
-            visit(item, parent);
-        }
-        if (peek() == Comma) {
-            gap({Comma});
+            shape.remove_prefix(1);
+            switch (sign) {
+            case ' ':
+                gap();
+                break;
+            case ';':
+                gap(";,");
+                break;
+            case '$':
+                children(shape, node, fields);
+                break;
+            case '#':
+            case '^':
+                option(sign, shape, node, fields);
+                break;
+            case '|':
+                return;
+            case '"':
+                dottedName();
+                break;
+            case '!':
+                terminator(node);
+                break;
+            default:
+                take(std::string_view(&sign, 1));
+            }
         }
     }
 
-    void rows(const List& list, const Tree& parent) {
-        gap();
-        for (const Tree* row : list) {
-            if (row != list.front()) {
-                gap({Semicolon});
+    static std::string_view cutWord(std::string_view& shape) {
+        const auto end = std::find_if(shape.begin(), shape.end(),
+                                      [](char c) { return (c < 'a' || c > 'z') && (c < 'A' || c > 'Z'); });
+        const auto word = shape.substr(0, static_cast<std::size_t>(end - shape.begin()));
+        shape.remove_prefix(word.size());
+        return word;
+    }
+
+    void option(char sign, std::string_view& shape, const Tree& node, Fields& fields) {
+        const std::string_view name = shape.substr(0, shape.find(':'));
+        shape.remove_prefix(name.size() + 1);
+        std::vector<const Tree*>& list = fields.lists[name];
+        if (sign == '#' ? !list.empty() : isSpelled(peek(), name)) {
+            if (sign == '#' && list.front() == nullptr) {
+                list.clear(); // a flag
             }
-            visit(row, parent);
+            return follow(shape, node, fields);
         }
-        if (!list.empty() && isOneOf(peek(), {Semicolon, CloseSquareBracket})) {
-            gap({Semicolon});
+        for (int depth = 1; depth > 0; shape.remove_prefix(1)) {
+            depth += shape[0] == '#' || shape[0] == '^' ? 1 : 0;
+            depth -= shape[0] == '|' ? 1 : 0;
         }
-        if (!list.empty()) {
+    }
+
+    void children(std::string_view& shape, const Tree& node, Fields& fields) {
+        const std::vector<const Tree*> list = std::exchange(fields.lists[cutWord(shape)], {});
+        const std::string_view modes = "-*_+,&'~";
+        const char mode = shape.empty() || modes.find(shape[0]) == modes.npos ? '\0' : shape[0];
+        shape.remove_prefix(mode == '\0' ? 0 : 1);
+        if (mode == '\0' && list.size() != 1) {
+            fail("a child is missing");
+        }
+        for (const Tree* child : list) {
+            before(mode, child == list.front());
+            visit(child, node);
+        }
+        if (mode == '\'' && peek() == u",") {
+            gap(",");
+        }
+        if (mode == '~' && !list.empty()) {
+            if (peek() == u";" || peek() == u"]") {
+                gap(";");
+            }
             gap();
         }
     }
 
-    void bracketedOutputs(const List& list, const Tree& node) {
-        take({OpenSquareBracket}, "'['");
-        gap();
-        if (!list.empty()) {
-            rowElements(list, node);
-            gap();
+    /// What the shape has before each child of a list.
+    void before(char mode, bool isFirst) {
+        switch (mode) {
+        case '*':
+            return gap(";,");
+        case '_':
+            return gap();
+        case ',':
+            return isFirst ? gap() : separator(",");
+        case '+':
+            return separator(",");
+        case '&':
+            return separator(isFirst ? "<" : "&");
+        case '\'':
+            return isFirst ? void() : gap(",");
+        case '~':
+            return isFirst ? void() : gap(";");
+        default:
+            return;
         }
-        take({CloseSquareBracket}, "']'");
     }
 
-    /// Behind a statement: its semicolon, unless it is printed.
+    void separator(std::string_view sign) {
+        gap();
+        take(sign);
+        gap();
+    }
+
     void terminator(const Tree& node) {
         if (node.parent->kind != NodeKind::PrintingStatement) {
-            takeIn({Semicolon}, "the statement's semicolon");
-        }
-    }
-
-    void end() {
-        gap({Semicolon, Comma});
-        take({End}, "'end'");
-    }
-
-    void words(const List& list) {
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            takeIn({CommandWord}, "a word");
-        }
-    }
-
-    void identifier(const Identifier<CA>& node) {
-        std::u16string text;
-        takeName(text);
-        for (auto dots = std::count(node.text.begin(), node.text.end(), u'.'); dots > 0; --dots) {
-            takeIn({Dot}, "a dot of a name");
-            text += u'.';
             gap();
-            takeName(text);
+            take(";");
         }
+    }
+
+    void dottedName() {
+        takeName();
+        while (peek() == u".") {
+            separator(".");
+            takeName();
+        }
+    }
+
+    /// A name with as many parts as its text has, or a word of a command.
+    void identifier(const Identifier<CA>& node) {
+        const std::size_t first = index;
+        if (isAt(TokenType::CommandWord)) {
+            take(true, "");
+        } else {
+            takeName();
+            for (auto dots = std::count(node.text.begin(), node.text.end(), u'.'); dots > 0; --dots) {
+                separator(".");
+                takeName();
+            }
+        }
+        std::u16string text;
+        std::for_each(tokens.begin() + static_cast<std::ptrdiff_t>(first),
+                      tokens.begin() + static_cast<std::ptrdiff_t>(index),
+                      [&](const Token& token) { text += token.lexeme; });
         if (text != node.text) {
             fail("the text of a name is wrong");
         }
-        if (peek() == At && node.parent->kind == NodeKind::PropertyDefinition) {
-            takeIn({At}, "'@'");
-            takeIn(nameTypes, "a class name");
-            while (peek() == Dot) {
-                takeIn({Dot}, "a dot");
-                takeIn(nameTypes, "a class name");
-            }
-        }
     }
 
-    void takeName(std::u16string& text) {
-        take(nameTypes, "a name");
-        text += tokens[index - 1].lexeme;
-    }
-
+    /// Chains are long, so this goes down to the first operand in a loop.
     void binary(const BinaryOperation<CA>& top) {
-        struct Part {
-            const Tree* operand;
-            const Tree* parent;
-        };
-        const int group = getChainGroup(top.operatorNumber);
-        std::vector<Part> operands;
-        std::vector<Type> operators;
-        // Depth first, left to right. An entry without an operand is an operator to note.
-        std::vector<std::pair<Part, int>> stack{{{&top, top.parent}, -1}};
-        while (!stack.empty()) {
-            const auto [part, number] = stack.back();
-            stack.pop_back();
-            if (number >= 0) {
-                operators.push_back(getOperatorType(number));
-                continue;
-            }
-            const Tree* node = part.operand;
-            if (node->kind == NodeKind::BinaryOperation &&
-                getChainGroup(as<BinaryOperation>(*node).operatorNumber) == group) {
-                const auto& operation = as<BinaryOperation>(*node);
-                stack.push_back({{operation.right, node}, -1});
-                stack.push_back({{nullptr, nullptr}, operation.operatorNumber});
-                stack.push_back({{operation.left, node}, -1});
-            } else {
-                operands.push_back(part);
+        std::vector<const BinaryOperation<CA>*> chain{&top};
+        while (chain.back()->left->kind == NodeKind::BinaryOperation) {
+            chain.push_back(&as<BinaryOperation>(*chain.back()->left));
+            if (chain.back()->parent != chain[chain.size() - 2] || chain.back()->position != top.position) {
+                fail("the parent or the place is wrong of an operation");
             }
         }
-        for (std::size_t i = 0; i < operands.size(); ++i) {
-            if (i > 0) {
-                takeIn({operators[i - 1]}, "the operator");
-                gap();
-            }
-            visit(operands[i].operand, *operands[i].parent);
+        visit(chain.back()->left, *chain.back());
+        for (; !chain.empty(); chain.pop_back()) {
+            separator(binarySpellings[chain.back()->operatorNumber]);
+            visit(chain.back()->right, *chain.back());
         }
     }
 
     void unary(const UnaryOperation<CA>& node) {
-        static const std::vector<Types> types = {{PlusMinusOperator51, OpenParenthesis},
-                                                 {PlusMinusOperator52},
-                                                 {PostfixOperator43},
-                                                 {PostfixOperator44},
-                                                 {PrefixOperator34},
-                                                 {At},
-                                                 {PrefixOperator45},
-                                                 {CloseParenthesis}};
-        const auto number = static_cast<std::size_t>(node.operatorNumber);
-        const bool isPostfix = number == 2 || number == 3 || number == 7;
-        if (!isPostfix) {
-            take(types.at(number), "a prefix operator");
-            return child(node.operand, node);
-        }
-        visit(node.operand, node);
-        takeIn(types[number], "a postfix operator");
-    }
-
-    void ifStatement(const IfStatement<CA>& node) {
-        take({OpeningKeyword4}, "'if'");
-        child(node.condition, node);
-        statements(node.body, node);
-        gap({Semicolon, Comma});
-        for (const Tree* item : node.elseifBlocks) {
-            const auto& branch = as<ElseifBlock>(*item);
-            take({SecondaryKeyword10}, "'elseif'");
-            child(branch.condition, branch);
-            statements(branch.body, branch);
-            gap({Semicolon, Comma});
-        }
-        if (node.elseBlock != nullptr) {
-            take({SecondaryKeyword9}, "'else'");
-            statements(as<ElseBlock>(*node.elseBlock).body, *node.elseBlock);
-            gap({Semicolon, Comma});
-        }
-        take({End}, "'end'");
-    }
-
-    template <class Loop>
-    void loopHeader(const Loop& node) {
-        child(node.variable, node);
-        takeIn({Assign}, "'='");
-        child(node.range, node);
-    }
-
-    void parforStatement(const ParforStatement<CA>& node) {
-        take({OpeningKeyword5}, "'parfor'");
-        if (peek() == OpenParenthesis) {
-            takeIn({OpenParenthesis}, "'('");
-        }
-        loopHeader(node);
-        for (const Tree* option : node.options) {
-            takeIn({Comma}, "a comma");
-            child(option, node);
-        }
-        if (peek() == CloseParenthesis) {
-            takeIn({CloseParenthesis}, "')'");
-        }
-        statements(node.body, node);
-        end();
-    }
-
-    void spmdStatement(const SpmdStatement<CA>& node) {
-        take({OpeningKeyword25}, "'spmd'");
-        if (peek() == OpenParenthesis) {
-            parentheses(node.arguments, node);
-        }
-        statements(node.body, node);
-        end();
-    }
-
-    void tryStatement(const TryStatement<CA>& node) {
-        take({OpeningKeyword13}, "'try'");
-        statements(node.body, node);
-        gap({Semicolon, Comma});
-        if (node.catchBlock != nullptr) {
-            const auto& branch = as<CatchBlock>(*node.catchBlock);
-            take({SecondaryKeyword16}, "'catch'");
-            if (branch.identifier != nullptr) {
-                child(branch.identifier, branch);
-            }
-            statements(branch.body, branch);
-            gap({Semicolon, Comma});
-        }
-        take({End}, "'end'");
-    }
-
-    void switchStatement(const SwitchStatement<CA>& node) {
-        take({OpeningKeyword6}, "'switch'");
-        child(node.subject, node);
-        statements(node.cases, node);
-        if (node.otherwise != nullptr) {
-            gap({Semicolon, Comma});
-            visit(node.otherwise, node);
-        }
-        end();
-    }
-
-    void signature(const Signature<CA>& node) {
-        if (peek() == OpenSquareBracket) {
-            bracketedOutputs(node.outputs, node);
-            takeIn({Assign}, "'='");
+        const std::string_view spelling = unarySpellings[node.operatorNumber];
+        if (spelling.find_first_of("')") != spelling.npos) {
+            visit(node.operand, node);
             gap();
-        } else if (node.outputs.size() == 1) {
-            visit(node.outputs.front(), node);
-            takeIn({Assign}, "'='");
-            gap();
+            return take(spelling);
         }
-        visit(node.name, node);
-        if (peek() == OpenParenthesis) {
-            parentheses(node.parameters, node);
-        } else if (!node.parameters.empty()) {
-            fail("parameters without a parenthesis");
-        }
-    }
-
-    void function(const FunctionBody<CA>& node) {
-        take({Type::Function}, "'function'");
+        const bool isForHeader = node.operatorNumber == 0 && isSpelled(tokens.at(index).lexeme, "(");
+        take(isForHeader ? "(" : spelling);
         gap();
-        signature(node);
-        statements(node.argumentsBlocks, node);
-        statements(node.body, node);
-        gap({Semicolon, Comma});
-        if (node.kind == NodeKind::MethodDefinition || peek() == End) {
-            take({End}, "the end of a function");
-        }
-    }
-
-    void attributes(const List& list, const Tree& node) {
-        if (!list.empty()) {
-            parentheses(list, node);
-        }
-    }
-
-    void classDefinition(const ClassDefinition<CA>& node) {
-        take({ClassLevelKeyword20}, "'classdef'");
-        attributes(node.attributes, node);
-        child(node.name, node);
-        for (const Tree* superclass : node.superclasses) {
-            takeIn({superclass == node.superclasses.front() ? ComparisonOperator69 : LogicalOperator63},
-                   "'<' or '&' of a superclass");
-            child(superclass, node);
-        }
-        statements(node.members, node);
-        end();
-    }
-
-    void memberBlock(const MemberBlock<CA>& node, Type keyword) {
-        take({keyword}, "the keyword of a block");
-        attributes(node.attributes, node);
-        statements(node.members, node);
-        end();
-    }
-
-    void validation(const ValidationSpec<CA>* spec, const Tree& node) {
-        if (spec == nullptr) {
-            return;
-        }
-        if (peek() == OpenParenthesis) {
-            parentheses(spec->dimensions, node);
-        }
-        if (spec->classType != nullptr) {
-            child(spec->classType, node);
-        }
-        if (peek() == OpenBrace) {
-            gap();
-            commaList(OpenBrace, CloseBrace, spec->validators, node);
-        }
-    }
-
-    void defaultValue(const Tree* value, const Tree& node) {
-        if (value != nullptr) {
-            takeIn({Assign}, "'='");
-            child(value, node);
-        }
-    }
-
-    void argumentDefinition(const ArgumentDefinition<CA>& node) {
-        visit(node.name, node);
-        if (node.member != nullptr) {
-            takeIn({Dot}, "a dot");
-            child(node.member, node);
-        } else if (node.metaClassName != nullptr) {
-            takeIn({Dot}, "a dot");
-            takeIn({PrefixOperator45}, "'?'");
-            child(node.metaClassName, node);
-        }
-        validation(node.validation, node);
-        defaultValue(node.defaultValue, node);
-    }
-
-    void dispatch(const Tree& node) {
-        if (const auto leaf = leafTypes.find(node.kind); leaf != leafTypes.end()) {
-            return take(leaf->second, getNodeKindName(node.kind));
-        }
-        if (const auto block = blockKeywords.find(node.kind); block != blockKeywords.end()) {
-            return memberBlock(static_cast<const MemberBlock<CA>&>(node), block->second);
-        }
-        switch (node.kind) {
-        case NodeKind::AnonymousFunction: {
-            const auto& function = as<AnonymousFunction>(node);
-            take({At}, "'@'");
-            parentheses(function.parameters, node);
-            return child(function.body, node);
-        }
-        case NodeKind::ArgumentDefinition:
-            return argumentDefinition(as<ArgumentDefinition>(node));
-        case NodeKind::Assignment: {
-            const auto& assignment = as<Assignment>(node);
-            visit(assignment.target, node);
-            takeIn({Assign}, "'='");
-            child(assignment.value, node);
-            return terminator(node);
-        }
-        case NodeKind::Attribute: {
-            const auto& attribute = as<Attribute>(node);
-            if (attribute.negated) {
-                take({PrefixOperator34}, "'~'");
-                gap();
-            }
-            visit(attribute.name, node);
-            return defaultValue(attribute.value, node);
-        }
-        case NodeKind::BinaryOperation:
-            return binary(as<BinaryOperation>(node));
-        case NodeKind::BraceIndexing: {
-            const auto& indexing = as<BraceIndexing>(node);
-            visit(indexing.target, node);
-            gap();
-            return commaList(OpenBrace, CloseBrace, indexing.arguments, node);
-        }
-        case NodeKind::CaseSelection: {
-            const auto& selection = as<CaseSelection>(node);
-            take({SecondaryIndentedKeyword18}, "'case'");
-            child(selection.value, node);
-            return statements(selection.body, node);
-        }
-        case NodeKind::CellLiteral:
-            take({OpenBrace}, "'{'");
-            rows(as<CellLiteral>(node).rows, node);
-            return take({CloseBrace}, "'}'");
-        case NodeKind::ClassDefinition:
-            return classDefinition(as<ClassDefinition>(node));
-        case NodeKind::ColonExpression: {
-            const auto& range = as<ColonExpression>(node);
-            visit(range.first, node);
-            if (range.step != nullptr) {
-                takeIn({Colon}, "':'");
-                child(range.step, node);
-            }
-            takeIn({Colon}, "':'");
-            return child(range.last, node);
-        }
-        case NodeKind::CommandSyntax:
-            visit(as<CommandSyntax>(node).command, node);
-            words(as<CommandSyntax>(node).words);
-            return terminator(node);
-        case NodeKind::FieldAccess:
-            visit(as<FieldAccess>(node).object, node);
-            takeIn({Dot}, "'.'");
-            return child(as<FieldAccess>(node).field, node);
-        case NodeKind::DynamicFieldAccess:
-            visit(as<DynamicFieldAccess>(node).object, node);
-            takeIn({Dot}, "'.'");
-            takeIn({OpenParenthesis}, "'('");
-            child(as<DynamicFieldAccess>(node).expression, node);
-            return takeIn({CloseParenthesis}, "')'");
-        case NodeKind::EnumerationMember: {
-            const auto& member = as<EnumerationMember>(node);
-            visit(member.name, node);
-            return attributes(member.arguments, node);
-        }
-        case NodeKind::EventDefinition:
-            return visit(as<EventDefinition>(node).name, node);
-        case NodeKind::ExpressionStatement:
-            visit(as<ExpressionStatement>(node).expression, node);
-            return terminator(node);
-        case NodeKind::ForStatement:
-            take({OpeningKeyword3}, "'for'");
-            loopHeader(as<ForStatement>(node));
-            statements(as<ForStatement>(node).body, node);
-            return end();
-        case NodeKind::Function:
-        case NodeKind::MethodDefinition:
-            return function(as<FunctionBody>(node));
-        case NodeKind::GlobalDeclaration:
-            take({Global}, "'global'");
-            return names(as<GlobalDeclaration>(node).names, node);
-        case NodeKind::PersistentDeclaration:
-            take({Persistent}, "'persistent'");
-            return names(as<PersistentDeclaration>(node).names, node);
-        case NodeKind::Identifier:
-            return identifier(as<Identifier>(node));
-        case NodeKind::IfStatement:
-            return ifStatement(as<IfStatement>(node));
-        case NodeKind::ImportStatement:
-            take({Import}, "'import'");
-            words(as<ImportStatement>(node).words);
-            return terminator(node);
-        case NodeKind::InputArgument: {
-            const auto& argument = as<InputArgument>(node);
-            return visit(argument.identifier != nullptr ? argument.identifier : argument.ignored, node);
-        }
-        case NodeKind::MatrixLiteral:
-            take({OpenSquareBracket}, "'['");
-            rows(as<MatrixLiteral>(node).rows, node);
-            return take({CloseSquareBracket}, "']'");
-        case NodeKind::MethodDeclaration:
-            return signature(as<Signature>(node));
-        case NodeKind::MultipleAssignment: {
-            const auto& assignment = as<MultipleAssignment>(node);
-            bracketedOutputs(assignment.outputs, node);
-            defaultValue(assignment.value, node);
-            return terminator(node);
-        }
-        case NodeKind::NamedArgument:
-            visit(as<NamedArgument>(node).name, node);
-            return defaultValue(as<NamedArgument>(node).value, node);
-        case NodeKind::OtherwiseBlock:
-            take({SecondaryIndentedKeyword19}, "'otherwise'");
-            return statements(as<OtherwiseBlock>(node).body, node);
-        case NodeKind::ParenthesisIndexing:
-            visit(as<ParenthesisIndexing>(node).target, node);
-            return parentheses(as<ParenthesisIndexing>(node).arguments, node);
-        case NodeKind::ParenthesizedExpression:
-            take({OpenParenthesis}, "'('");
-            child(as<ParenthesizedExpression>(node).inner, node);
-            return takeIn({CloseParenthesis}, "')'");
-        case NodeKind::ParforStatement:
-            return parforStatement(as<ParforStatement>(node));
-        case NodeKind::PrintingStatement:
-            return visit(as<PrintingStatement>(node).statement, node);
-        case NodeKind::PropertyDefinition:
-            visit(as<PropertyDefinition>(node).name, node);
-            validation(as<PropertyDefinition>(node).validation, node);
-            return defaultValue(as<PropertyDefinition>(node).defaultValue, node);
-        case NodeKind::MatrixRow:
-            return rowElements(as<MatrixRow>(node).elements, node);
-        case NodeKind::SpmdStatement:
-            return spmdStatement(as<SpmdStatement>(node));
-        case NodeKind::SwitchStatement:
-            return switchStatement(as<SwitchStatement>(node));
-        case NodeKind::TryStatement:
-            return tryStatement(as<TryStatement>(node));
-        case NodeKind::UnaryOperation:
-            return unary(as<UnaryOperation>(node));
-        case NodeKind::WhileStatement:
-            take({OpeningKeyword7}, "'while'");
-            child(as<WhileStatement>(node).condition, node);
-            statements(as<WhileStatement>(node).body, node);
-            return end();
-        default:
-            fail(std::string("a node that is never delivered: ") + getNodeKindName(node.kind));
-        }
-    }
-
-    void names(const List& list, const Tree& node) {
-        for (const Tree* name : list) {
-            child(name, node);
-        }
+        visit(node.operand, node);
     }
 
     const std::vector<Token>& tokens;
