@@ -8,7 +8,7 @@ bool isName(TokenType type) {
     return type == TokenType::NameToken27 || type == TokenType::NameToken28;
 }
 
-/// What may stand outside brackets in a target such as x(1).y{2}.
+/// What a target such as x(1).y{2} may have outside brackets.
 bool isPartOfTarget(TokenType type) {
     switch (type) {
     case TokenType::NameToken27:

@@ -9,17 +9,17 @@
 namespace ca::lexer {
 
 /// Finds the names that a program assigns, token by token: targets of assignments, outputs and inputs of
-/// functions, loop variables, caught errors, global and persistent names. Whether `a -b` is a command hangs
-/// on them.
+/// functions, loop variables, caught errors, global and persistent names. They decide whether `a -b` is a
+/// command.
 ///
-/// Each function has names of its own; the script around the functions has too. Since it follows the heads of
-/// functions for their inputs and outputs, it also knows where a head goes on.
+/// Each function has names of its own, and so has the script around the functions. Since it follows the heads
+/// of functions for their inputs and outputs, it also knows whether a head is complete.
 class AssignmentTracker {
 public:
     AssignmentTracker() : scopes(1) {}
 
-    /// Takes the next token of code. `depth` is the number of brackets open around it, a bracket itself not
-    /// counted; `startsStatement` tells that a statement may start with it.
+    /// Passes the next token of code. `depth` is the number of brackets open around it, a bracket itself not
+    /// counted; `startsStatement` says that a statement may start with it.
     void take(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement) {
         if (phase != Phase::Idle || startsStatement || startsPhase(type)) {
             advance(type, lexeme, depth, startsStatement);
@@ -33,16 +33,16 @@ public:
     /// The next name is the error that a `catch` names.
     void expectCaughtName() { phase = Phase::SingleName; }
 
-    /// A function's `end` has gone by: back to the names of what is around it.
+    /// After a function's `end`: back to the names of what is around it.
     void leaveFunction();
 
     bool isAssigned(std::u16string_view name) { return scopes.back().contains(name); }
 
-    /// True between a function's name and what comes behind it. A `(` that is the next code opens the inputs,
+    /// True between a function's name and the next code. A `(` that is the next code opens the inputs,
     /// on a later line too.
     bool awaitsInputs() const { return phase == Phase::FirstHeadName || phase == Phase::FunctionName; }
 
-    /// True between the `=` of a function's outputs and what comes behind its name.
+    /// True between the `=` of a function's outputs and the code after its name.
     bool isBehindOutputs() const { return phase == Phase::FunctionName; }
 
 private:
@@ -50,17 +50,17 @@ private:
         Idle,          ///< nothing that comes can be a target
         Target,        ///< in a statement that started with a name
         TargetList,    ///< inside the [ that a statement started with
-        ListClosed,    ///< behind its ]
-        SingleName,    ///< in front of a loop variable or a caught error
-        Declaration,   ///< behind global or persistent
-        FunctionHead,  ///< behind function
-        FirstHeadName, ///< behind a name that is the output or the function's own
-        Outputs,       ///< inside the brackets of the outputs, or behind them
-        FunctionName,  ///< behind the = of the outputs
+        ListClosed,    ///< after its ]
+        SingleName,    ///< before a loop variable or a caught error
+        Declaration,   ///< after global or persistent
+        FunctionHead,  ///< after function
+        FirstHeadName, ///< after a name that is the output or the function's own
+        Outputs,       ///< inside the brackets of the outputs, or after them
+        FunctionName,  ///< after the = of the outputs
         Inputs,        ///< inside the parentheses of the inputs
     };
 
-    /// The keywords whose names are assigned wherever they stand.
+    /// The keywords whose names are assigned wherever they are.
     static bool startsPhase(TokenType type) {
         return type == TokenType::Function || type == TokenType::OpeningKeyword3 ||
                type == TokenType::OpeningKeyword5 || type == TokenType::Global ||

@@ -14,7 +14,7 @@ enum class KeywordPlace : std::uint8_t {
     Anywhere,        ///< reserved
     ClassMember,     ///< where a member may start directly inside a class
     FunctionStart,   ///< arguments, before a function's first other statement
-    ImportStatement, ///< import, at the start of a statement, in front of words
+    ImportStatement, ///< import, at the start of a statement, before words
 };
 
 struct Keyword {
@@ -22,11 +22,11 @@ struct Keyword {
     KeywordPlace place;
 };
 
-/// The keyword spelled `word`, wherever it stands. The word is not empty.
+/// The keyword spelled `word`, whether or not its place makes it one. The word is not empty.
 std::optional<Keyword> findKeyword(std::u16string_view word);
 
-/// The keywords that no expression can go on behind when they begin a line: they tell that the brackets still
-/// open were never closed.
+/// Whether a line that begins with the keyword is never part of an expression, so that brackets that are
+/// still open were never closed.
 bool isStatementKeyword(TokenType type);
 
 /// Whether the keyword begins a block, which an `end` closes.

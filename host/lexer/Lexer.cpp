@@ -1,3 +1,12 @@
+// The main loop: line by line, and in a line of code token by token. How a line begins decides what it is
+// (part of a block comment, a comment, empty, code). What is open at its end decides how the next one is
+// read:
+//
+//     x = [1, 2        a bracket is open, so the line end only ends a row, and no command can start
+//     hold on];
+//
+// Names, keywords and commands are in Words.cpp; numbers, strings and operators in Literals.cpp.
+
 #include "Lexer.h"
 
 #include "Characters.h"
@@ -99,7 +108,7 @@ void Lexer::emitBlanks() {
     }
 }
 
-/// Behind the line end at `index`; `index` itself at the end of the text.
+/// The index after the line end at `index`; `index` itself at the end of the text.
 std::size_t Lexer::skipLineEnd(std::size_t index) const {
     if (index == size) {
         return index;
@@ -117,7 +126,7 @@ void Lexer::emitLineEnd() {
     startLine();
 }
 
-/// Takes a line of a block comment, its line end included.
+/// Emits a line of a block comment, its line end included.
 void Lexer::emitWholeLine(TokenType type) {
     const std::size_t lineEnd = findLineEnd(position);
     emit(type, skipLineEnd(lineEnd));
@@ -146,7 +155,8 @@ void Lexer::lexLine() {
     }
 }
 
-/// Whether `mark`, a block comment's opening or closing, stands at `index` with blanks at most behind it.
+/// Whether `mark`, a block comment's opening or closing, is at `index` with nothing but spaces and tabs after
+/// it.
 bool Lexer::isLoneOnLine(std::size_t index, std::u16string_view mark) const {
     return at(index) == mark[0] && at(index + 1) == mark[1] && isAtLineEnd(skipBlanks(index + 2));
 }
@@ -164,7 +174,7 @@ void Lexer::lexBlockCommentLine() {
     }
 }
 
-/// A comment line changes nothing: what goes on in front of it goes on behind it.
+/// A comment line changes no state: a continued statement goes on after it.
 void Lexer::lexCommentLine(std::size_t percent) {
     if (isLoneOnLine(percent, u"%{")) {
         ++blockComments;
@@ -205,7 +215,7 @@ void Lexer::lexCodeLine(std::size_t code) {
     emitLineEnd();
 }
 
-/// A line end that no continuation stands before ends the statement, unless it ends the row of a matrix.
+/// A line end without a continuation ends the statement, unless it ends the row of a matrix.
 void Lexer::endStatementLine() {
     if (brackets.isListOpen()) {
         return;
@@ -264,7 +274,7 @@ void Lexer::lexToken() {
     lexCode(first);
 }
 
-/// Blanks, comments and continuations leave it open whether a statement starts; the next code decides.
+/// Whitespace, comments and continuations leave it open whether a statement starts; the next code decides.
 void Lexer::beginCode(char16_t first) {
     switch (header) {
     case Header::Keyword:
@@ -327,7 +337,7 @@ void Lexer::emitCode(TokenType type, std::size_t end) {
     lastCode = type;
 }
 
-/// Behind a function's first statement there are no more blocks of arguments.
+/// After a function's first statement there are no more blocks of arguments.
 void Lexer::noteStatement(TokenType first) {
     switch (first) {
     case TokenType::Semicolon:
@@ -386,7 +396,7 @@ void Lexer::lexQuote() {
     }
 }
 
-/// Whether a quote here is the transpose of what stands directly in front of it.
+/// Whether a quote here is the transpose of what comes directly before it.
 bool Lexer::canBeTransposed() const {
     if (tokens.empty()) {
         return false;

@@ -46,7 +46,7 @@ private:
     std::u16string_view getText(std::size_t begin, std::size_t end) const;
     bool isLoneOnLine(std::size_t index, std::u16string_view mark) const;
 
-    // Writing. Each takes the text from `position` to `end` and moves there.
+    // Writing. Each makes a token of the text from `position` to `end` and moves there.
     void emit(TokenType type, std::size_t end);
     void emitCode(TokenType type, std::size_t end);
     void emitBlanks();
@@ -120,7 +120,7 @@ private:
     bool isInCommand = false;      ///< words follow
     bool startsStatement = false;  ///< the token at hand may start a statement
 
-    /// A header such as `if (x) y = 1` may close its first parenthesis in front of a statement.
+    /// A header such as `if (x) y = 1` may close its first parenthesis right before a statement.
     enum class Header {
         None,
         Keyword,          ///< the next code may be the parenthesis

@@ -27,7 +27,7 @@ const char16_t* skipDigits(const char16_t* text) {
     return text;
 }
 
-/// Behind a width suffix such as u8 or s64, or `text` itself.
+/// The end of a width suffix such as u8 or s64, or `text` itself.
 const char16_t* skipWidthSuffix(const char16_t* text) {
     if (*text != u'u' && *text != u's') {
         return text;
@@ -53,7 +53,7 @@ Piece scanPrefixed(const char16_t* text, TokenType type) {
     return {type, static_cast<std::size_t>(skipWidthSuffix(end) - text)};
 }
 
-/// Whether the dot that `dot` points at, behind digits, starts an operator or a continuation instead.
+/// Whether the dot that `dot` points at, after digits, starts an operator or a continuation instead.
 bool isDotOfOperator(const char16_t* dot) {
     switch (dot[1]) {
     case u'*':

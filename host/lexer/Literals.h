@@ -5,7 +5,7 @@
 #include <cstddef>
 
 // Literals and operators: what can be cut from the text with no context. Each function reads from `text`,
-// which a NUL character ends or follows, and never behind that character.
+// which a NUL character ends or follows, and never past that character.
 
 namespace ca::lexer {
 
@@ -14,7 +14,7 @@ struct Piece {
     std::size_t length; ///< 16-bit characters
 };
 
-/// The longest number that starts at `text`, which points at a digit, or at a dot in front of a digit.
+/// The longest number that starts at `text`, which points at a digit, or at a dot before a digit.
 Piece scanNumber(const char16_t* text);
 
 /// The longest operator at `text`, brackets and separators aside; length 0 if there is none. A `'` is the

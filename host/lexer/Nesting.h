@@ -46,7 +46,7 @@ public:
 private:
     std::size_t count(TokenType bracket) const { return counts[getSlot(bracket)]; }
 
-    /// Opening brackets have every other number from 37, each in front of its partner.
+    /// Opening brackets have every other number from 37, each one less than its partner.
     static std::size_t getSlot(TokenType openBracket) {
         return static_cast<std::size_t>(openBracket) - static_cast<std::size_t>(TokenType::OpenParenthesis);
     }
@@ -65,8 +65,8 @@ public:
     /// Opening keyword of the innermost block, `EndOfInput` outside of all.
     TokenType getInnermost() const { return stack.empty() ? TokenType::EndOfInput : stack.back().keyword; }
 
-    /// Whether statements may stand here: in scripts, functions and the blocks inside them. What stands in a
-    /// class or in its blocks are members.
+    /// Whether this is a place for statements: in scripts, functions and the blocks inside them. A class and
+    /// its blocks have members.
     bool holdsStatements() const;
 
     /// Whether the innermost block is a function that has had no statement of its own yet.

@@ -1,8 +1,8 @@
 // Words: names, keywords by their place, and the statements that are a name and plain words, called commands:
 //
-//     hold on          a command: a letter follows the blanks
+//     hold on          a command: a letter follows the space
 //     a -b             a command, unless `a` has been assigned
-//     a - b            no command: a blank follows the operator
+//     a - b            no command: a space follows the operator
 //     x (1)            no command: brackets never start a word
 
 #include "Characters.h"
@@ -18,7 +18,7 @@ bool isUnicodeLetter(char16_t c) {
     return isLetter(c) || (c >= 0x80 && u_isalpha(c));
 }
 
-/// Whether a quote directly behind the character is a transpose, by the characters that operands end in.
+/// Whether a quote directly after the character is a transpose, by the characters that operands end in.
 bool isTransposeBehind(char16_t c) {
     return isNameCharacter(c) || c == u')' || c == u']' || c == u'}' || c == u'\'' || c == u'"' || c == u'.';
 }
@@ -81,7 +81,7 @@ bool Lexer::isImport(std::size_t end) const {
     return next != end && isUnicodeLetter(at(next));
 }
 
-/// Behind blanks and continuations.
+/// The first index from `index` on that is not in whitespace or a continuation.
 std::size_t Lexer::skipGap(std::size_t index) const {
     index = skipBlanks(index);
     while (isContinuation(text + index)) {
@@ -90,8 +90,8 @@ std::size_t Lexer::skipGap(std::size_t index) const {
     return index;
 }
 
-/// The code that goes on behind the continuation at `index`, comment lines skipped; the line end of an empty
-/// line if that comes first, since nothing goes on behind it.
+/// The code after the continuation at `index`, comment lines skipped; the line end of an empty line if that
+/// comes first, since it ends what was continued.
 std::size_t Lexer::skipContinuation(std::size_t index) const {
     std::size_t next = index;
     do {
@@ -102,7 +102,7 @@ std::size_t Lexer::skipContinuation(std::size_t index) const {
     return next;
 }
 
-/// The line behind the block comment whose opening stands at `index`, or the end of the text.
+/// The line after the block comment whose opening is at `index`, or the end of the text.
 std::size_t Lexer::skipBlockComment(std::size_t index) const {
     std::size_t depth = 0;
     do {
@@ -114,9 +114,9 @@ std::size_t Lexer::skipBlockComment(std::size_t index) const {
     return index;
 }
 
-/// Behind the parenthesis that closes the one at `index`, or `index` if none does before the statement ends.
-/// Brackets count as they do for the tokens: where nothing closes it here, the parenthesis stays open for the
-/// tokens of the same lines too, and no statement starts there to look ahead again.
+/// The index after the parenthesis that closes the one at `index`, or `index` if none does before the
+/// statement ends. Brackets count as they do for the tokens: where nothing closes it here, the parenthesis
+/// stays open for the tokens of the same lines too, and no statement starts there to look ahead again.
 std::size_t Lexer::skipParentheses(std::size_t index) const {
     Brackets open;
     std::size_t next = index;
@@ -144,7 +144,7 @@ std::size_t Lexer::skipParentheses(std::size_t index) const {
     return index;
 }
 
-/// After the string that starts at `index`. An unclosed one takes the rest of its line.
+/// After the string that starts at `index`. An unclosed one is the rest of its line.
 std::size_t Lexer::skipString(std::size_t index) const {
     const std::size_t length = scanString(text + index, text + size);
     return length != 0 ? index + length : findLineEnd(index);
@@ -205,8 +205,8 @@ void Lexer::lexEnd(std::size_t end) {
     allowStatement();
 }
 
-/// Whether the `catch` that ends at `end` takes the name behind it: the name stands alone on the rest of its
-/// line.
+/// Whether the name after the `catch` that ends at `end` is the caught error: nothing else is on the rest of
+/// the line.
 bool Lexer::namesCaughtError(std::size_t end) const {
     const std::size_t begin = skipBlanks(end);
     if (!isLetter(at(begin))) {
@@ -228,7 +228,7 @@ bool Lexer::isCommand(std::u16string_view name, std::size_t end) {
     return isCommandWord(next) || (isCommandOperator(next) && !assignments.isAssigned(name));
 }
 
-/// Whether what stands at `index` can only be a word, whatever the name in front of it means.
+/// Whether the text at `index` can only be a word, whatever the name before it means.
 bool Lexer::isCommandWord(std::size_t index) const {
     const char16_t first = at(index);
     if (isNameCharacter(first)) {
@@ -240,7 +240,7 @@ bool Lexer::isCommandWord(std::size_t index) const {
     return first == u'\'' || first == u'"' || isUnicodeLetter(first);
 }
 
-/// Whether an operator stands at `index` that sticks to what is behind it.
+/// Whether there is an operator at `index` with nothing between it and what comes next.
 bool Lexer::isCommandOperator(std::size_t index) const {
     const Piece piece = scanOperator(text + index);
     if (piece.length == 0 || piece.type == TokenType::Assign ||
@@ -251,7 +251,7 @@ bool Lexer::isCommandOperator(std::size_t index) const {
     return !isBlank(at(next)) && !endsWords(next);
 }
 
-/// Whether a command's words are over at `index`, for good or until the next line.
+/// Whether a command's words end at `index`, for good or until the next line.
 bool Lexer::endsWords(std::size_t index) const {
     return isSeparator(at(index)) || isContinuation(text + index) || isAtCommentOrLineEnd(index);
 }

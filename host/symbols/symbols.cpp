@@ -12,8 +12,8 @@ namespace ca::astapi {
 namespace {
 
 /// The folder that the library with this code was loaded from, as an absolute path with no slash at its end;
-/// empty if it can't be told. The loader noted it when it loaded the library, so it holds even if the library
-/// was named by a relative path and the current folder has changed since.
+/// empty if it is not known. The loader noted it when it loaded the library, so it is right even if the
+/// library was named by a relative path and the current folder has changed since.
 std::string getOwnFolder() {
     static const char anchor = 0; // not exported, so it is this library's even if there are two
     Dl_info info;

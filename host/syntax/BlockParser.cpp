@@ -1,4 +1,4 @@
-// Statements with a body. A block whose `end` is missing takes the next `end` that comes, so what is noticed
+// Statements with a body. A block whose `end` is missing uses up the next `end`, so what is noticed
 // is that its own outermost neighbour stays open. A branch helps to find the place: in
 //
 //     if a
@@ -63,7 +63,7 @@ void Parser::openBlock() {
     blocks.push_back({keyword, keyword.index == lastFault});
 }
 
-/// Takes the block's `end`, or reports that there is none.
+/// Reads the block's `end`, or reports that there is none.
 void Parser::closeBlock() {
     if (!skipIf(TokenType::End)) {
         reportUnclosed();
@@ -88,11 +88,11 @@ NodeList Parser::parseBody(const Node* parent) {
     return takePending(mark, parent);
 }
 
-/// Reports and skips what can't follow the last branch of its block: a second `else`, a `case` behind
+/// Reports and skips what can't follow the last branch of its block: a second `else`, a `case` after
 /// `otherwise`.
 void Parser::rejectMoreBranches(std::u16string_view last) {
     while (getBlockOf(cursor.getType()) == blocks.back().keyword.type) {
-        report(u"MisplacedBranch", describeCurrent() + u" can't stand behind " + std::u16string(last),
+        report(u"MisplacedBranch", describeCurrent() + u" can't come after " + std::u16string(last),
                cursor.get());
         cursor.advance();
         parseOrSkip([this] {
@@ -180,7 +180,7 @@ void Parser::parseLoopHeader(Loop* node) {
     node->range = own(node, parseExpression());
 }
 
-/// `(variable = range)`: each parenthesis becomes an operation round what stands at its side of the `=`.
+/// `(variable = range)`: each parenthesis becomes an operation on its side of the `=`.
 void Parser::parseForInParentheses(ForStatement<CA>* node) {
     constexpr int openingNumber = 0;
     constexpr int closingNumber = 7;
@@ -260,7 +260,7 @@ void Parser::rejectStatementsBeforeCase() {
     if (endsStatements()) {
         return;
     }
-    report(u"MisplacedStatement", u"a statement in a 'switch' has to stand behind a 'case'", cursor.get());
+    report(u"MisplacedStatement", u"a statement in a 'switch' has to come after a 'case'", cursor.get());
     const std::size_t mark = pending.size();
     parseStatements();
     pending.resize(mark);
@@ -302,7 +302,7 @@ const Node* Parser::parseCatch() {
     return node;
 }
 
-/// A name behind `catch` is the caught error's if nothing else stands on its line.
+/// A name after `catch` is the caught error's if nothing else is on its line.
 bool Parser::isAtCaughtError() const {
     if (!isAtName()) {
         return false;

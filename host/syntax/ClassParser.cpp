@@ -70,7 +70,7 @@ const Node* Parser::parseMemberBlock(const Node* (Parser::*parseMember)()) {
     return node;
 }
 
-/// Reads members into `pending`, up to the `end` of their block. A block among them needs no separator behind
+/// Reads members into `pending`, up to the `end` of their block. A block among them needs no separator after
 /// it.
 template <class ParseMember>
 void Parser::parseMembers(ParseMember parseMember) {
@@ -112,7 +112,7 @@ void Parser::skipMisplacedBlock() {
     const OpenBlock& block = blocks.back();
     const Token& keyword = cursor.getToken(block.keyword);
     report(u"MisplacedBlock",
-           describeCurrent() + u" can't stand directly inside the " + describe(keyword) + u" on line " +
+           describeCurrent() + u" can't be directly inside the " + describe(keyword) + u" on line " +
                toText(keyword.line) + u"; is an 'end' missing?",
            cursor.get());
     blocks.back().isReported = true;
@@ -164,8 +164,7 @@ const Node* Parser::parseEnumerationMember() {
         return node;
     }
     if (cursor.getNext().type == TokenType::CloseParenthesis) {
-        fail(u"EmptyParentheses", u"empty parentheses can't stand behind an enumeration member",
-             cursor.get());
+        fail(u"EmptyParentheses", u"an enumeration member can't have empty parentheses", cursor.get());
     }
     const std::size_t mark = pending.size();
     parseArguments(Arguments::OfCall);
@@ -173,12 +172,12 @@ const Node* Parser::parseEnumerationMember() {
     return node;
 }
 
-/// `name (1,:) double {validator} = v` or `name@class.name = v`. A class behind `@` has no place in the tree.
+/// `name (1,:) double {validator} = v` or `name@class.name = v`. A class after `@` is not part of the tree.
 const Node* Parser::parseProperty() {
     auto* node = make<PropertyDefinition<CA>>(cursor.get());
     node->name = own(node, parseName(u"a property name"));
     if (skipIf(TokenType::At)) {
-        parseDottedName(u"a class name behind '@'");
+        parseDottedName(u"a class name after '@'");
     }
     node->validation = parseValidation(node);
     node->defaultValue = parseDefault(node);
@@ -191,13 +190,12 @@ const Node* Parser::parseArgumentDefinition() {
     node->name = own(node, parseName(u"an argument name"));
     if (skipIf(TokenType::Dot)) {
         const bool isClass = skipIf(TokenType::PrefixOperator45);
-        const Node* name =
-            own(node, parseDottedName(isClass ? u"a class name" : u"a name or '?' behind '.'"));
+        const Node* name = own(node, parseDottedName(isClass ? u"a class name" : u"a name or '?' after '.'"));
         (isClass ? node->metaClassName : node->member) = name;
     }
     node->validation = parseValidation(node);
     if (node->metaClassName != nullptr && isAt(TokenType::Assign)) {
-        fail(u"MisplacedDefault", u"an argument that takes a class's properties can't have a default value",
+        fail(u"MisplacedDefault", u"an argument for the properties of a class can't have a default value",
              cursor.get());
     }
     node->defaultValue = parseDefault(node);

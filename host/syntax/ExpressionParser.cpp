@@ -1,9 +1,9 @@
-// Expressions. Binary operators run over two explicit stacks, so that a chain of any length takes no more of
+// Expressions. Binary operators run over two explicit stacks, so that a chain of any length needs no more of
 // the call stack than one operator:
 //
 //     a + b * c - d       operands a b c, operators + *; the - folds both away before it is pushed itself
 //
-// Inside a matrix a blank can end an expression: [a -b] is two of them, see findBinaryOperator.
+// Inside a matrix a space can end an expression: [a -b] is two of them, see findBinaryOperator.
 
 #include "syntax/NodeFactory.h"
 
@@ -55,7 +55,7 @@ constexpr int powerNumber = 5;
 constexpr int elementwisePowerNumber = 9;
 constexpr int methodOfClassNumber = 20;
 
-/// Number of a prefix operator that takes an operand of its own level, -1 for any other token.
+/// Number of a prefix operator that has an operand of its own level, -1 for any other token.
 int getPrefixNumber(TokenType type) {
     switch (type) {
     case TokenType::PlusMinusOperator51:
@@ -105,7 +105,7 @@ const Node* Parser::parseExpression() {
     return expression;
 }
 
-/// A blank in front of a `+` or `-` and none behind it starts a new element of a matrix.
+/// Whitespace before a `+` or `-` and none after it starts a new element of a matrix.
 bool Parser::findBinaryOperator(Operator& found) const {
     const CodeToken& code = cursor.get();
     const OperatorEntry entry = operatorTable[static_cast<std::size_t>(code.type)];
@@ -219,7 +219,7 @@ const Node* Parser::parseReference() {
     return node;
 }
 
-/// The target with one index, field or class behind it, null if none follows.
+/// The target with the index, field or class that follows it; null if none follows.
 const Node* Parser::parsePostfix(const Node* target) {
     const bool isApart = blankSeparates && cursor.get().isBehindBlank;
     switch (cursor.getType()) {
@@ -229,7 +229,7 @@ const Node* Parser::parsePostfix(const Node* target) {
         return isApart ? nullptr : parseBraceIndexing(target);
     case TokenType::Dot:
         if (isApart) {
-            fail(u"MisplacedBlank", u"a blank can't stand in front of '.' inside brackets", cursor.get());
+            fail(u"MisplacedBlank", u"there can't be whitespace before '.' inside brackets", cursor.get());
         }
         return parseFieldAccess(target);
     case TokenType::At:
@@ -239,7 +239,7 @@ const Node* Parser::parsePostfix(const Node* target) {
     }
 }
 
-/// `name@Super.Name` takes blanks on both sides or on none.
+/// `name@Super.Name` has whitespace on both sides of `@` or on none.
 bool Parser::isAtClassOfMethod(const Node* left) const {
     const CodeToken& name = cursor.getNext();
     return left->kind == NodeKind::Identifier && isName(name) &&
@@ -340,8 +340,7 @@ const Node* Parser::parseNumber() {
 
 const Node* Parser::parseEndIndex() {
     if (indexDepth == 0) {
-        fail(u"MisplacedEnd", u"'end' stands for a last index only inside the index of a variable",
-             cursor.get());
+        fail(u"MisplacedEnd", u"'end' is the last index only inside the index of a variable", cursor.get());
     }
     return takeLeaf(NodeKind::TokenLeaf27);
 }
@@ -352,7 +351,7 @@ const Node* Parser::parseAt() {
     if (isAt(TokenType::OpenParenthesis)) {
         return parseAnonymousFunction(at);
     }
-    const Node* name = parseDottedName(u"a function name or '(' behind '@'");
+    const Node* name = parseDottedName(u"a function name or '(' after '@'");
     return makeUnary(at, 5, name);
 }
 
@@ -369,7 +368,7 @@ const Node* Parser::parseAnonymousFunction(const CodeToken& at) {
 
 const Node* Parser::parseClassQuery() {
     const CodeToken query = cursor.advance();
-    const Node* name = parseDottedName(u"a class name behind '?'");
+    const Node* name = parseDottedName(u"a class name after '?'");
     return makeUnary(query, 6, name);
 }
 

@@ -1,9 +1,9 @@
 // Functions, methods and their signatures. A signature may look like a call or an assignment, so what its
-// parts are is decided by the tokens behind them:
+// parts are is decided by the tokens after them:
 //
 //     function name           function y = name(x)           function [a, b] = pkg.name
 //
-// The parenthesis of the parameters is looked for behind line ends too, as the users of the tree do.
+// The parenthesis of the parameters may be on a later line, where the users of the tree look for it too.
 
 #include "syntax/NodeFactory.h"
 #include "syntax/Recovery.h"
@@ -42,8 +42,8 @@ const Node* Parser::parseFunctionStatement() {
         OpenBlock& block = blocks.back();
         const Token& keyword = cursor.getToken(block.keyword);
         report(u"MisplacedFunction",
-               u"a function can't stand inside the " + describe(keyword) + u" on line " +
-                   toText(keyword.line) + u"; is an 'end' missing?",
+               u"a function can't be inside the " + describe(keyword) + u" on line " + toText(keyword.line) +
+                   u"; is an 'end' missing?",
                cursor.get());
         block.isReported = true;
     }

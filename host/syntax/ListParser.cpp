@@ -1,9 +1,9 @@
 // Lists between brackets. Arguments are separated by commas alone. In a matrix or cell literal a run of
-// separators stands between two rows, and the users of the tree read such a run in two halves: first line
+// separators is between two rows, and the users of the tree read such a run in two halves: first line
 // ends and commas, then line ends and semicolons. A comma that is in neither half has to be an element:
 //
-//     [1,      [1;         one row each from 1 and from 2; in the second text the comma, which stands behind
-//      ,2]      ,2]        a semicolon, is the first element of the row of 2
+//     [1,      [1;         one row each from 1 and from 2; in the second text the comma, which follows a
+//      ,2]      ,2]        semicolon, is the first element of the row of 2
 
 #include "syntax/NodeFactory.h"
 
@@ -61,7 +61,7 @@ void Parser::parseArguments(Arguments kind) {
 const Node* Parser::parseArgument(Arguments kind) {
     const TokenType next = cursor.getNext().type;
     if (isAt(TokenType::Comma) || isClosing(cursor.getType())) {
-        fail(u"MissingElement", u"a value is missing in front of " + describeCurrent(), cursor.get());
+        fail(u"MissingElement", u"a value is missing before " + describeCurrent(), cursor.get());
     }
     if (kind != Arguments::Plain && isAt(TokenType::Colon) && (next == TokenType::Comma || isClosing(next))) {
         return takeLeaf(NodeKind::TokenLeaf16);
@@ -164,7 +164,7 @@ void Parser::parseRows(TokenType close) {
     }
 }
 
-/// The elements up to the end of the row. A separator in front of the first is an element itself.
+/// The elements up to the end of the row. A separator before the first is an element itself.
 const Node* Parser::parseRow(TokenType close) {
     auto* node = make<MatrixRow<CA>>(cursor.get());
     const std::size_t mark = pending.size();
@@ -178,7 +178,7 @@ const Node* Parser::parseRow(TokenType close) {
             break;
         }
         if (!isSeparated && !cursor.get().isBehindBlank) {
-            fail(u"MissingSeparator", u"expected ',' or a blank before " + describeCurrent(), cursor.get());
+            fail(u"MissingSeparator", u"expected ',' or a space before " + describeCurrent(), cursor.get());
         }
         pending.push_back(parseExpression());
         isSeparated = false;
@@ -187,7 +187,7 @@ const Node* Parser::parseRow(TokenType close) {
     return node;
 }
 
-/// Reads the names or targets between square brackets in front of a `=` into `pending`.
+/// Reads the names or targets between square brackets before a `=` into `pending`.
 void Parser::parseOutputs(Outputs kind) {
     const bool outer = std::exchange(blankSeparates, true);
     const CodeToken open = openBracket();
@@ -195,7 +195,7 @@ void Parser::parseOutputs(Outputs kind) {
     bool isSeparated = true;
     while (!isAt(TokenType::CloseSquareBracket) && (isAtName() || isAt(TokenType::PrefixOperator34))) {
         if (!isSeparated && !cursor.get().isBehindBlank) {
-            fail(u"MissingSeparator", u"expected ',' or a blank before " + describeCurrent(), cursor.get());
+            fail(u"MissingSeparator", u"expected ',' or a space before " + describeCurrent(), cursor.get());
         }
         pending.push_back(parseOutput(kind));
         isSeparated = false;
@@ -205,7 +205,7 @@ void Parser::parseOutputs(Outputs kind) {
         }
     }
     if (isAt(TokenType::Semicolon) || isAt(TokenType::Comma)) {
-        fail(u"MisplacedSeparator", describeCurrent() + u" can't stand here among outputs", cursor.get());
+        fail(u"MisplacedSeparator", describeCurrent() + u" can't separate outputs", cursor.get());
     }
     closeBracket(open);
     blankSeparates = outer;

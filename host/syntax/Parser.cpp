@@ -36,7 +36,7 @@ void Parser::parseClassFile() {
         pending.push_back(parseFunctionStatement());
     }
     if (!isAt(TokenType::EndOfInput)) {
-        report(u"MisplacedStatement", u"only functions can stand behind a class", cursor.get());
+        report(u"MisplacedStatement", u"only functions can come after a class", cursor.get());
         parseStatements();
     }
 }

@@ -100,7 +100,7 @@ private:
     bool isAtSeparator() const;
     bool skipIf(TokenType wanted);
     void skipSeparators();
-    void expectAssign(std::u16string_view behind);
+    void expectAssign(std::u16string_view what);
     CodeToken openBracket();
     void closeBracket(const CodeToken& open);
 

@@ -31,7 +31,7 @@ void Parser::Levels::enter() {
     throw Abandoned{};
 }
 
-/// Statements behind a block that is not entered would belong to nothing, so this is the end.
+/// Statements after a block that is not entered would belong to nothing, so this ends the parse.
 void Parser::Levels::enterBlock() {
     if (parser.reportTooDeep()) {
         throw Stopped{};
@@ -92,7 +92,7 @@ void Parser::failIfUnrecognized() {
     fail(u"UnrecognizedText", u"unrecognised text " + describeCurrent(), cursor.get());
 }
 
-/// The comment has swallowed everything behind it, so whatever else is missing there follows from it.
+/// The comment reaches to the end of the text, so what else is missing there follows from it.
 void Parser::checkUnclosedComment() {
     if (!cursor.getUnclosedComment()) {
         return;

@@ -5,7 +5,7 @@
 namespace ca::syntax {
 
 /// Runs `parse`. After a fault in it everything is as before, but for the place, which is the end of the
-/// statement: what `parse` has added to `pending` is gone. Whether there was no fault.
+/// statement: what `parse` has added to `pending` is gone. Returns whether there was no fault.
 template <class Parse>
 bool Parser::parseOrSkip(Parse parse) {
     const Context start = getContext();

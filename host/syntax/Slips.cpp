@@ -214,7 +214,7 @@ bool isSlipOf(std::u16string_view word, std::u16string_view keyword) {
     return differByOneSlip(lower, keyword) && (!isShort || isRearranged);
 }
 
-/// The keywords of blocks that the word may stand for.
+/// The keywords of blocks that may be meant by the word.
 std::vector<std::u16string_view> findMeantKeywords(std::u16string_view word) {
     static const std::vector<std::u16string_view> keywords = lexer::listKeywords();
     std::vector<std::u16string_view> meant;

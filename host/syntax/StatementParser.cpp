@@ -1,3 +1,10 @@
+// Statements without a body, and what tells all statements apart: the first token, and for an assignment the
+// `=`:
+//
+//     [a, b] = f(x)       several outputs: a `=` follows the bracket that closes the first one
+//     x(1).y = 2          read as an expression first, which then turns out to be the target
+//     hold on             a command: the tokenizer made a word of what follows the name
+
 #include "syntax/NodeFactory.h"
 #include "syntax/Recovery.h"
 
@@ -47,7 +54,7 @@ bool Parser::endsStatements() {
     return isTakenByOpenBlock(type);
 }
 
-/// Statements that other statements stand in need no separator behind them.
+/// Statements with a body need no separator after them.
 void Parser::parseStatement() {
     const Node* statement = parseBlockStatement();
     pending.push_back(statement != nullptr ? statement : parseSimpleStatement());
@@ -74,15 +81,14 @@ const Node* Parser::parseBlockStatement() {
     case TokenType::ClassLevelKeyword20:
         return parseMisplaced(&Parser::parseClass, u"'classdef' has to be the first code of its file");
     case TokenType::OpeningKeyword26:
-        return parseMisplaced(
-            &Parser::parseArgumentsBlock,
-            u"an 'arguments' block has to stand in front of the function's first statement");
+        return parseMisplaced(&Parser::parseArgumentsBlock,
+                              u"an 'arguments' block has to come before the first statement of its function");
     default:
         return nullptr;
     }
 }
 
-/// Reports what stands in the wrong place, and reads it all the same, so that its `end` is known.
+/// Reports a block in the wrong place, and reads it all the same, so that its `end` is known.
 const Node* Parser::parseMisplaced(const Node* (Parser::*parse)(), std::u16string_view message) {
     report(u"MisplacedBlock", std::u16string(message), cursor.get());
     return (this->*parse)();
@@ -125,12 +131,12 @@ void Parser::rejectStray() {
         fail(u"UnmatchedEnd", u"this 'end' closes nothing: no block is open here", code);
     case TokenType::SecondaryKeyword9:
     case TokenType::SecondaryKeyword10:
-        return rejectBranch(u"'if'");
+        return rejectBranch(u"an 'if'");
     case TokenType::SecondaryKeyword16:
-        return rejectBranch(u"'try'");
+        return rejectBranch(u"a 'try'");
     case TokenType::SecondaryIndentedKeyword18:
     case TokenType::SecondaryIndentedKeyword19:
-        return rejectBranch(u"'switch'");
+        return rejectBranch(u"a 'switch'");
     default:
         return rejectClosingBracket();
     }
@@ -139,7 +145,7 @@ void Parser::rejectStray() {
 void Parser::rejectBranch(std::u16string_view block) {
     const std::u16string branch = describeCurrent();
     const CodeToken& code = cursor.advance();
-    fail(u"MisplacedBranch", branch + u" stands in no " + std::u16string(block), code);
+    fail(u"MisplacedBranch", branch + u" is not inside " + std::u16string(block), code);
 }
 
 void Parser::rejectClosingBracket() {
@@ -225,11 +231,12 @@ const Node* Parser::parseExpressionStatement() {
 void Parser::checkTarget(const Node* target, const CodeToken& at) {
     if (!isAssignable(target->kind)) {
         fail(u"InvalidTarget",
-             u"nothing can be assigned to what starts with " + describe(cursor.getToken(at)), at);
+             u"the expression that starts with " + describe(cursor.getToken(at)) + u" can't be assigned to",
+             at);
     }
 }
 
-/// Whether a `=` stands behind the bracket that closes the current one.
+/// Whether the bracket that closes the current one is followed by `=`.
 bool Parser::isMultipleAssignment() const {
     const std::vector<CodeToken>& codes = cursor.getCodes();
     std::size_t open = 0;
@@ -256,7 +263,7 @@ const Node* Parser::parseMultipleAssignment() {
     return finishStatement(node);
 }
 
-/// Takes the statement's semicolon. Without one its value is printed.
+/// Reads the statement's semicolon. Without one its value is printed.
 const Node* Parser::finishStatement(const Node* statement) {
     if (skipIf(TokenType::Semicolon)) {
         return statement;
@@ -267,7 +274,7 @@ const Node* Parser::finishStatement(const Node* statement) {
     return node;
 }
 
-/// A statement ends at a separator, or in front of the keyword that ends its block.
+/// A statement ends at a separator, or before the keyword that ends its block.
 void Parser::expectStatementEnd() {
     if (isAtSeparator() || isAt(TokenType::EndOfInput) || isAt(TokenType::End) ||
         dividesBlock(cursor.getType())) {

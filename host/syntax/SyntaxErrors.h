@@ -24,7 +24,7 @@ public:
     bool isFull() const { return errors.size() >= limit; }
     bool isEmpty() const { return errors.empty(); }
 
-    /// All faults in the order of the text. Leaves none behind.
+    /// Moves all faults out, in the order of the text.
     std::vector<SyntaxError> take();
 
 private:

@@ -6,8 +6,8 @@ namespace ca::syntax {
 
 namespace {
 
-/// Decides which line ends end something. A continued line goes on behind comments and, inside a matrix or a
-/// brace, behind empty lines:
+/// Decides which line ends end something. A continued line goes on after comments and, inside a matrix or a
+/// brace, after empty lines:
 ///
 ///     x = 1 + ...
 ///         % the second part

@@ -13,15 +13,15 @@ namespace ca::syntax {
 using lexer::Token;
 using lexer::TokenType;
 
-/// A token of code, or the end of a line that ends something: blanks, comments and continued lines are left
-/// out.
+/// A token of code, or the end of a line that ends something: whitespace, comments and continued line ends
+/// are left out.
 ///
 /// Several line ends in a row are one. Its number is that of LF, however the line ends are spelled.
 struct CodeToken {
     TokenType type;
     std::uint32_t index;    ///< of the token in the token list
     std::uint32_t position; ///< of its first character in the text
-    bool isBehindBlank;     ///< a blank, comment or continuation stands in front of it
+    bool isBehindBlank;     ///< there is whitespace, a comment or a continuation before it
 };
 
 constexpr TokenType lineEnd = TokenType::LineEnding75;
@@ -34,13 +34,13 @@ public:
     const CodeToken& get() const { return codes[place]; }
     TokenType getType() const { return codes[place].type; }
 
-    /// The token behind the current one; `EndOfInput` is followed by itself.
+    /// The token after the current one; `EndOfInput` is followed by itself.
     const CodeToken& getNext() const { return codes[place + 1]; }
 
     /// The type of the next token that is no line end, the current one included.
     TokenType getTypePastLineEnds() const { return getType() == lineEnd ? getNext().type : getType(); }
 
-    /// Whether something that separates stands between the current token and the next.
+    /// Whether whitespace, a line end or the end of the text follows the current token.
     bool isBlankBehind() const {
         const CodeToken& next = getNext();
         return next.isBehindBlank || next.type == lineEnd || next.type == TokenType::EndOfInput;

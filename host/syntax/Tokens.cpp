@@ -4,7 +4,7 @@ namespace ca::syntax {
 
 namespace {
 
-/// Opening brackets have every other number, each in front of its partner.
+/// Opening brackets have every other number, each one less than its partner.
 TokenType getPartner(TokenType open) {
     return static_cast<TokenType>(static_cast<int>(open) + 1);
 }
@@ -30,9 +30,9 @@ void Parser::skipSeparators() {
     }
 }
 
-void Parser::expectAssign(std::u16string_view behind) {
+void Parser::expectAssign(std::u16string_view what) {
     if (!skipIf(TokenType::Assign)) {
-        failExpected(u"'=' behind " + std::u16string(behind));
+        failExpected(u"'=' after " + std::u16string(what));
     }
 }
 

@@ -1,6 +1,6 @@
 // Finds out which errors follow from one mistake, by putting the mistake right: a guess of what was meant
 // changes the text, the text is parsed again, and if it has fewer errors then the guess was good. The error
-// with its advice stands for all that has gone, and the search goes on in the changed text:
+// with its advice replaces all that are gone, and the search continues in the changed text:
 //
 //     swicth x        3 errors: 'case' and 'otherwise' have no 'switch', 'end' closes nothing
 //     case 1
@@ -28,7 +28,7 @@ namespace {
 constexpr std::size_t maximalGuesses = 50;
 constexpr std::size_t maximalCharacters = 4 * 1024 * 1024; // in all guesses together
 
-/// A text with some mistakes put right, and the errors that are left.
+/// A text with some mistakes corrected, and the errors that are left.
 struct Draft {
     std::u16string text;
     std::vector<Token> tokens;
