@@ -26,7 +26,7 @@ namespace ca::syntax {
 namespace {
 
 constexpr std::size_t maximalGuesses = 50;
-constexpr std::size_t maximalCharacters = 4 * 1024 * 1024; // in all guesses together
+constexpr std::size_t maximalCharacters = 2 * 1024 * 1024; // in all guesses together
 
 /// A text with some mistakes corrected, and the errors that are left.
 struct Draft {
@@ -76,6 +76,17 @@ void translateBack(SyntaxError& error, const std::vector<Replacement>& replaceme
     }
 }
 
+bool isBefore(const SyntaxError& left, const SyntaxError& right) {
+    return std::tie(left.line, left.column) < std::tie(right.line, right.column);
+}
+
+/// Whether the first list is of fewer errors. Two full lists end before the end of the text, the better one
+/// later.
+bool isBetter(const std::vector<SyntaxError>& left, const std::vector<SyntaxError>& right) {
+    return left.size() < right.size() ||
+           (left.size() == SyntaxErrors::limit && isBefore(right.back(), left.back()));
+}
+
 class Explanation {
 public:
     Explanation(const std::u16string& text, std::vector<SyntaxError> errors)
@@ -90,9 +101,8 @@ public:
         for (SyntaxError& error : draft.errors) {
             add(std::move(error));
         }
-        std::stable_sort(explained.begin(), explained.end(), [](const SyntaxError& a, const SyntaxError& b) {
-            return std::tie(a.line, a.column) < std::tie(b.line, b.column);
-        });
+        std::stable_sort(explained.begin(), explained.end(), isBefore);
+        explained.resize(std::min(explained.size(), SyntaxErrors::limit));
         return std::move(explained);
     }
 
@@ -111,7 +121,7 @@ private:
             ++guesses;
             characters += draft.text.size();
             Draft better = parseDraft(applyTo(draft.text, slip.replacements));
-            if (better.errors.size() < draft.errors.size()) {
+            if (isBetter(better.errors, draft.errors)) {
                 add(std::move(slip.error));
                 draft = std::move(better);
                 corrections.push_back(std::move(slip.replacements));
