@@ -13,6 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
+#include <set>
+
 namespace {
 
 std::string sketch(const std::u16string& text) {
@@ -118,20 +121,20 @@ TEST(TreeFormatter, KeepsItsPropertiesOnGeneratedPrograms) {
     EXPECT_GT(kept, 300u) << "trimming is hardly tried";
 }
 
-/// The golden cases have every kind of node that the parser delivers.
+/// The golden cases have every kind of node that the parser delivers, but for names and the root.
 TEST(TreeFormatter, CoversEveryKindOfNode) {
-    std::map<lf::astapi::NodeKind, std::size_t> counts;
+    std::string sketches;
     for (const GoldenFile& file :
          readGoldenFolder(std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden/tree")) {
         for (const GoldenCase& golden : file.cases) {
-            countKinds(*ca::createSingleFileAnalyzer()->parseSourceCode(golden.input)->getProgramFile(),
-                       counts);
+            sketches += sketch(golden.input);
         }
     }
+    const std::set<int> never = {7, 24, 25, 26, 37, 55, 65};
     for (int number = 1; number <= 66; ++number) {
-        const auto kind = static_cast<lf::astapi::NodeKind>(number);
-        const bool isDelivered = number != 7 && number != 24 && number != 25 && number != 26 && number != 65;
-        EXPECT_EQ(counts[kind] > 0, isDelivered) << lf::astapi::getNodeKindName(kind);
+        const std::string name = lf::astapi::getNodeKindName(static_cast<lf::astapi::NodeKind>(number));
+        EXPECT_EQ(std::regex_search(sketches, std::regex("\\b" + name + "\\b")), !never.contains(number))
+            << name;
     }
 }
 

@@ -84,40 +84,6 @@ private:
     bool hasFields = false;
 };
 
-class KindCounter {
-public:
-    explicit KindCounter(std::map<lf::astapi::NodeKind, std::size_t>& counts) : counts(counts) {}
-
-    void child(const char*, const SyntaxNode* node) {
-        if (node != nullptr) {
-            ++counts[node->kind];
-            lf::astapi::visitFields(*node, *this);
-        }
-    }
-
-    void list(const char* name, const SyntaxList& nodes) {
-        for (const SyntaxNode* node : nodes) {
-            child(name, node);
-        }
-    }
-
-    void words(const char*, const SyntaxList&) {}
-    void number(const char*, std::int32_t) {}
-    void flag(const char*, bool) {}
-    void text(const char*, std::u16string_view) {}
-
-    void validation(const char* name, const lf::astapi::ValidationSpec<CA>* spec) {
-        if (spec != nullptr) {
-            list(name, spec->dimensions);
-            child(name, spec->classType);
-            list(name, spec->validators);
-        }
-    }
-
-private:
-    std::map<lf::astapi::NodeKind, std::size_t>& counts;
-};
-
 } // namespace
 
 std::string sketchSyntax(const lf::astapi::ProgramFile<CA>& root) {
@@ -127,8 +93,4 @@ std::string sketchSyntax(const lf::astapi::ProgramFile<CA>& root) {
         out += '\n';
     }
     return out;
-}
-
-void countKinds(const SyntaxNode& root, std::map<lf::astapi::NodeKind, std::size_t>& counts) {
-    KindCounter(counts).child("", &root);
 }
