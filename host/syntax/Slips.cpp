@@ -239,7 +239,7 @@ void findMisspelledKeyword(const FaultyText& faulty, const SyntaxError& error, C
     for (std::size_t place = last + 1; place-- > first && found.size() < maximalGuesses;) {
         const Token& word = faulty.getToken(place);
         const bool isName = word.type == TokenType::NameToken27 || word.type == TokenType::NameToken28;
-        if (!isName || !startsStatement(faulty, place) || faulty.getType(place + 1) == TokenType::Assign) {
+        if (!isName || !startsStatement(faulty, place)) {
             continue;
         }
         for (const std::u16string_view keyword : findMeantKeywords(word.lexeme)) {
