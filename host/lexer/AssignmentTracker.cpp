@@ -1,3 +1,10 @@
+// A state machine over the tokens of code. A statement that starts like a target is one only if its `=`
+// comes:
+//
+//     x(1).y = 2       Target up to the `=`, then x is assigned
+//     x(1) + 2         Target up to the `+`, then nothing is assigned
+//     [a, ~] = f       TargetList, ListClosed, then a is assigned
+
 #include "AssignmentTracker.h"
 
 namespace ca::lexer {

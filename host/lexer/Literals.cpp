@@ -1,3 +1,8 @@
+// What can be cut from the text without knowing what is around it, always at its longest:
+//
+//     1.5e3i     one number           1.*2     a number, an operator, a number: the dot belongs to the
+//     operator
+
 #include "Literals.h"
 
 #include "Characters.h"

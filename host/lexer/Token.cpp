@@ -1,3 +1,5 @@
+// Predicates, names and a printable form of tokens. What is whitespace or a comment is a range of numbers.
+
 #include "ca/lexer/Token.h"
 
 #include <string_view>

@@ -29,7 +29,7 @@ public:
 
 /// Parses single files. Holds no state between calls; any number of threads may use one at once.
 ///
-/// Both operations take time and memory in proportion to the text and throw SyntaxErrorException if it
+/// Both operations need time and memory in proportion to the text and throw SyntaxErrorException if it
 /// doesn't parse. Nesting deeper than 500 levels is such a fault, so that no text can exhaust the stack.
 class OMBREL_HOST_API Analyzer {
 public:
