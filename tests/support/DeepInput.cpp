@@ -4,10 +4,21 @@
 
 #include <pthread.h>
 
+namespace {
+
+/// A megabyte, and more under the address sanitizer, which makes each frame several times larger.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::size_t smallStack = 4 * 1024 * 1024;
+#else
+constexpr std::size_t smallStack = 1024 * 1024;
+#endif
+
+} // namespace
+
 void runOnSmallStack(std::function<void()> work) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 1024 * 1024));
+    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, smallStack));
     pthread_t thread;
     const auto start = [](void* argument) -> void* {
         (*static_cast<std::function<void()>*>(argument))();
