@@ -11,7 +11,8 @@
 #include <resource_core/caConfig.h>
 
 // The golden files of tree-meaning are the list of what the tree formatter's rules do to a program's meaning:
-// each case has the text that the formatter writes, behind a line with the difference that the check names.
+// each case has the difference that the check names in the formatter's own text, and what the engine makes of
+// the text instead.
 
 namespace {
 
@@ -30,31 +31,42 @@ std::u16string toText(const std::string& ascii) {
     return {ascii.begin(), ascii.end()};
 }
 
-/// The first difference and the formatter's own text.
-std::u16string refuse(const std::u16string& input, const GoldenOptions& options) {
-    const TestOptions config = readTreeOptions(options);
-    std::u16string written;
+/// The engine with a formatter that takes its options from here. A formatter that breaks no lines is asked
+/// for by another configuration, whatever there is in it.
+std::u16string format(const std::u16string& text, const TestOptions& options) {
+    static const TreeOptions configs = getTreeOptions(uR"({"formatting": {}})");
     const auto formatter = [&](const TreeFormatRequest& request) {
-        return written = formatParsed(request, config);
+        TestOptions asked = options;
+        asked.lineBreaking = options.lineBreaking && request.config == configs.config;
+        return formatParsed(request, asked);
     };
-    const auto outcome = formatTree(input, {}, formatter);
-    const Problems* problems = outcome ? nullptr : &outcome.error();
-    if (problems == nullptr || problems->front().code != Code::UnsafeResult) {
-        return u"not refused\n" + written;
+    const auto outcome = formatTree(text, {configs.config, configs.unbrokenConfig, options.trim}, formatter);
+    if (!outcome) {
+        return toText(outcome.error().front().text);
     }
-    return toText(show(problems->front())) + u"\n" + written;
+    return outcome->notes.empty() ? applyEdits(text, outcome->edits) : u"a statement was kept";
+}
+
+/// What the formatter's own text is to the program, and the text that the engine makes.
+std::u16string repair(const std::u16string& input, const GoldenOptions& options) {
+    const TestOptions config = readTreeOptions(options);
+    const auto problem = checkSameProgram(ParsedText(input), formatText(input, config));
+    const std::string difference = problem ? show(*problem) : "the same program";
+    return toText(difference) + u"\n" + format(input, config);
 }
 
 class MeaningCase : public testing::TestWithParam<GoldenCase> {};
 
-TEST_P(MeaningCase, IsRefused) {
+TEST_P(MeaningCase, IsRepaired) {
     for (const GoldenResult& wanted : GetParam().results) {
-        EXPECT_FALSE(wanted.text.starts_with(u"not refused"));
-        expectGolden(GetParam(), wanted, refuse);
+        expectGolden(GetParam(), wanted, repair);
+        const std::u16string text = wanted.text.substr(wanted.text.find(u'\n') + 1);
+        EXPECT_NE(wanted.text, u"the same program\n" + text);
+        EXPECT_EQ(showGoldenText(format(text, readTreeOptions(wanted.options))), showGoldenText(text));
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, MeaningCase, testing::ValuesIn(loadGoldenCases("tree-meaning", refuse)),
+INSTANTIATE_TEST_SUITE_P(Golden, MeaningCase, testing::ValuesIn(loadGoldenCases("tree-meaning", repair)),
                          getGoldenName);
 
 /// The difference that the check finds, empty if there is none.
@@ -157,16 +169,6 @@ TreeFormatResult echo(const TreeFormatRequest& request) {
     return text;
 }
 
-std::u16string format(const std::u16string& text, const TestOptions& options,
-                      MixedLineEnds mixed = MixedLineEnds::Refuse) {
-    const auto formatter = [&](const TreeFormatRequest& request) { return formatParsed(request, options); };
-    const auto outcome = formatTree(text, {nullptr, mixed}, formatter);
-    if (const Problems* problems = outcome ? nullptr : &outcome.error()) {
-        return toText(problems->front().text);
-    }
-    return *outcome;
-}
-
 Problems getProblems(const std::u16string& text, const TreeFormatter& formatter) {
     auto outcome = formatTree(text, {}, formatter);
     return outcome ? Problems() : outcome.error();
@@ -180,15 +182,6 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     EXPECT_EQ(errors[0].column, 5u);
     EXPECT_EQ(errors[1].line, 3u);
 
-    const auto mixed = getProblems(u"a\r\nbc\n", echo);
-    ASSERT_EQ(mixed.size(), 1u);
-    EXPECT_EQ(mixed[0].code, Code::MixedLineEnds);
-    EXPECT_EQ(mixed[0].text,
-              "this line ends in LF and the first one in CRLF: the tree engine can't keep line "
-              "ends that are mixed; --force gives all lines the first one's");
-    EXPECT_EQ(mixed[0].line, 2u);
-    EXPECT_EQ(mixed[0].column, 3u);
-
     const auto unsafe = getProblems(u"a;", [](const auto&) { return u"b;"; });
     ASSERT_EQ(unsafe.size(), 1u);
     EXPECT_EQ(unsafe[0].code, Code::UnsafeResult);
@@ -200,18 +193,31 @@ TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
     EXPECT_EQ(failed[0].text, "the tree formatter failed: unordered_map::at");
 }
 
-TEST(TreeEngine, GivesEachLineTheFirstLineEnd) {
+TEST(TreeEngine, KeepsLineEndsAndGivesNewOnesThoseBefore) {
     const TestOptions all{.indentation = true, .lineBreaking = true};
     for (const std::u16string end : {u"\n", u"\r\n", u"\r"}) {
         const std::u16string text = u"a" + end + u"%{" + end + u"b" + end + u"%}" + end;
-        EXPECT_EQ(formatTree(text, {}, echo).value(), text);
         EXPECT_EQ(format(text, all), text);
         EXPECT_EQ(format(u"if a, b, end" + end, all), u"if a" + end + u"    b" + end + u"end" + end);
     }
-    EXPECT_EQ(format(u"if a, b, end", all), u"if a\n    b\nend");
-    EXPECT_EQ(format(u"", all), u"");
-    EXPECT_EQ(format(u"a\r\nb\nc\r", {}, MixedLineEnds::UseFirst), u"a\r\nb\r\nc\r\n");
-    EXPECT_EQ(format(u"a\nf(1,...\r\n2)", {}, MixedLineEnds::UseFirst), u"a\nf(1,...\n2)");
+    const TestOptions trimming{.trim = true, .indentation = true};
+    struct Row {
+        const char16_t* before;
+        TestOptions options;
+        const char16_t* after;
+    };
+    const Row rows[] = {
+        {u"", all, u""},
+        {u"if a, b, end", all, u"if a\n    b\nend"},
+        {u"a\r\nif b, c, end\n\rd", all, u"a\r\nif b\r\n    c\r\nend\n\rd"},
+        {u"if a\r\nb\rend\n", all, u"if a\r\n    b\rend\n"},
+        {u"f(1,...\r\n2)\n", trimming, u"f(1,2)\n"},
+        {u"if a\r   \nx\nend", trimming, u"if a\r   \n    x\nend"}, // two line ends, not a CRLF
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(showGoldenText(format(row.before, row.options)), showGoldenText(row.after));
+        EXPECT_EQ(showGoldenText(format(row.after, row.options)), showGoldenText(row.after));
+    }
 }
 
 struct CommentRow {
@@ -268,8 +274,8 @@ TEST(TreeEngine, ReportsTheReasonsThatTheFormatterGives) {
 }
 
 TEST(TreeEngine, ReadsEqualOptionsOnce) {
-    EXPECT_EQ(getTreeConfig(u"{}"), getTreeConfig(u"{}"));
-    EXPECT_NE(getTreeConfig(u"{}"), getTreeConfig(u"{ }"));
+    EXPECT_EQ(getTreeOptions(u"{}").config, getTreeOptions(u"{}").config);
+    EXPECT_NE(getTreeOptions(u"{}").config, getTreeOptions(u"{ }").config);
 }
 
 /// Source and result, once each, whatever the text holds.
@@ -278,12 +284,13 @@ TEST(TreeEngine, ParsesTwiceAndTokenizesNothingElse) {
     const TreeFormatter formatter = [](const TreeFormatRequest& request) {
         return FormattingExplorerBridgeImpl().formatParsed(request);
     };
-    const TreeOptions options{getTreeConfig(uR"({"formatting": {"indentationEnabled": true}})")};
+    const TreeOptions options = getTreeOptions(uR"({"formatting": {"indentationEnabled": true}})");
     resetHostCalls();
     const auto outcome = formatTree(text, options, formatter);
     EXPECT_EQ(getHostCalls().parsed, 2u);
     EXPECT_EQ(getHostCalls().tokenized, 0u);
-    EXPECT_EQ(outcome.value(), u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
+    EXPECT_EQ(applyEdits(text, outcome.value().edits),
+              u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
 }
 
 } // namespace

@@ -121,14 +121,13 @@ void addModes(CLI::App& app, Arguments& arguments) {
     const auto store = [&arguments](const std::vector<std::string>& texts) {
         std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
     };
-    app.add_option_function<std::vector<std::string>>(
-           "--lines", store, "Format only lines A to B, from 1; repeatable; line engine")
+    app.add_option_function<std::vector<std::string>>("--lines", store,
+                                                      "Format only lines A to B, from 1; repeatable")
         ->type_name("A:B")
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     app.add_flag_callback(
-        "--force", [&] { arguments.mixedLineEnds = MixedLineEnds::UseFirst; },
-        "Tree engine: where a file mixes line ends, use the first one's for all");
+        "--force", [] {}, "Has no effect: no file has to be forced any more");
     app.add_flag("--print-config", arguments.printConfig,
                  "Print the options that apply to the FILEs or this folder and where each comes from");
     app.add_flag("--init", arguments.init, "Write an options file to start with into this folder");

@@ -34,7 +34,6 @@ struct Arguments {
     bool init = false;            ///< write a first options file, and stop
     std::vector<LineRange> lines; ///< none: all lines
     OptionsRequest options;
-    MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse; ///< of the tree engine
     std::string stdinName = "<stdin>";
     std::vector<ReporterChoice> reporters; ///< at least one
     ColorChoice color = ColorChoice::Auto;

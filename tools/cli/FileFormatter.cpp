@@ -11,7 +11,6 @@
 #include "text/Edit.h"
 #include "text/TextEncoding.h"
 
-#include <algorithm>
 #include <exception>
 #include <new>
 #include <sstream>
@@ -23,9 +22,6 @@ namespace ombrel {
 
 namespace {
 
-constexpr const char* linesWithTree = "the tree engine lays out whole files: --lines doesn't go with it, and "
-                                      "--since and --staged need --whole-files";
-
 Code getCode(FileError::Kind kind) {
     switch (kind) {
     case FileError::Kind::Unreadable:
@@ -36,20 +32,6 @@ Code getCode(FileError::Kind kind) {
         break;
     }
     return Code::WriteFailed;
-}
-
-/// One edit for everything from the first to the last difference.
-Edits findDifference(std::u16string_view before, std::u16string_view after) {
-    if (before == after) {
-        return {};
-    }
-    const auto first = std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first;
-    const auto start = static_cast<std::size_t>(first - before.begin());
-    before.remove_prefix(start);
-    after.remove_prefix(start);
-    const auto last = std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first;
-    const auto kept = static_cast<std::size_t>(last - before.rbegin());
-    return {{start, before.size() - kept, std::u16string(after.substr(0, after.size() - kept))}};
 }
 
 /// The work on one input.
@@ -111,24 +93,27 @@ private:
         deliverChanged(bytes, applyEdits(bytes, *edits));
     }
 
-    Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) const {
+    Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {
         const FileOptions options = job.options.resolve(outcome.path);
         return options.engine == Engine::Tree ? layOutTree(text, options, suppression)
                                               : formatLines(text, options.line, getLines(text), suppression);
     }
 
     Result<Edits> layOutTree(const std::u16string& text, const FileOptions& options,
-                             const Suppression& suppression) const {
+                             const Suppression& suppression) {
         static const TreeFormatter treeFormatter = findTreeFormatter();
-        if (!arguments.lines.empty() || job.changedLines.contains(path)) {
-            return fail(Code::NoRangesWithTree, linesWithTree);
-        }
         if (!treeFormatter) {
             return fail(Code::MissingTreeEngine, missingTreeEngine);
         }
-        const TreeOptions treeOptions{getTreeConfig(options.formattingJson), arguments.mixedLineEnds};
-        return formatTree(text, treeOptions, treeFormatter, suppression)
-            .map([&](const std::u16string& formatted) { return findDifference(text, formatted); });
+        auto formatted = formatTree(text, getTreeOptions(options.formattingJson), treeFormatter,
+                                    getLines(text), suppression);
+        if (!formatted) {
+            return fail(std::move(formatted.error()));
+        }
+        if (arguments.verbose) {
+            report(formatted->notes, text);
+        }
+        return std::move(formatted->edits);
     }
 
     std::vector<LineRange> getLines(std::u16string_view text) const {

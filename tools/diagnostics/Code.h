@@ -11,6 +11,7 @@ namespace ombrel {
 /// server and scripts know a problem by its name: `NotUtf8` is "not-utf8" to them.
 enum class Code {
     NotFormatted,
+    KeptText,
 
     SyntaxError, ///< a syntax error that the host knows by a name that isn't listed here
     EmptyParentheses,
@@ -41,13 +42,11 @@ enum class Code {
     TooLarge,
     OutOfMemory,
     RunawayIndentation,
-    MixedLineEnds,
 
     UsageError,
     NoFiles,
     UnreadableInput,
     RangeAfterEnd,
-    NoRangesWithTree,
     MissingTreeEngine,
     RefusedOptions,
     UnreadableOptions,

@@ -8,12 +8,6 @@ namespace ombrel {
 
 enum class Engine { Line, Tree };
 
-/// What to do with a text whose lines end in different ways.
-enum class MixedLineEnds {
-    Refuse,
-    UseFirst, ///< give all lines the end that the first line has
-};
-
 /// What the line engine does to a line. Sizes are columns.
 struct LineOptions {
     std::uint32_t indentSize = 4; ///< one level: 0 to 64

@@ -121,13 +121,6 @@ private:
     bool hasCode = false;
 };
 
-Failure failMismatch(const Suppression& suppression) {
-    return fail(
-        Code::UnsafeResult,
-        "the formatter would have moved a comment that turns formatting off or on; nothing was written",
-        suppression.regions.front().line, 1);
-}
-
 } // namespace
 
 Suppression findSuppression(const std::u16string& text) {
@@ -135,28 +128,6 @@ Suppression findSuppression(const std::u16string& text) {
         return {};
     }
     return Reader().read(ca::lexer::lex(text));
-}
-
-Result<std::u16string> restoreSuppressed(std::u16string_view before, const Suppression& suppression,
-                                         std::u16string after) {
-    if (suppression.regions.empty()) {
-        return after;
-    }
-    const Suppression formatted = findSuppression(after);
-    if (formatted.regions.size() != suppression.regions.size() ||
-        formatted.warnings.size() != suppression.warnings.size()) {
-        return failMismatch(suppression);
-    }
-    std::u16string result;
-    result.reserve(std::max(before.size(), after.size()));
-    std::size_t done = 0;
-    for (std::size_t i = 0; i < formatted.regions.size(); ++i) {
-        const SuppressedRegion& original = suppression.regions[i];
-        result.append(after, done, formatted.regions[i].begin - done);
-        result.append(before.substr(original.begin, original.end - original.begin));
-        done = formatted.regions[i].end;
-    }
-    return result.append(after, done);
 }
 
 } // namespace ombrel

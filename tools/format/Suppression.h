@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diagnostics/Result.h"
+#include "diagnostics/Problem.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,14 +34,5 @@ struct Suppression {
 
 /// Reads the comments of a text. Costs next to nothing for a text that has none.
 Suppression findSuppression(const std::u16string& text);
-
-/// Puts the suppressed lines of a text back into its formatted form, which was made as if they weren't
-/// suppressed, by any engine: it may have other lines. The two comments of a region must still be there,
-/// each on a line of its own; what stands between them is replaced by the lines of `before`.
-///
-/// Fails if the comments of both texts can't be matched one to one. Whether the result still means
-/// the same is for the caller's safety check to say, since an engine may have moved code past a comment.
-Result<std::u16string> restoreSuppressed(std::u16string_view before, const Suppression& suppression,
-                                         std::u16string after);
 
 } // namespace ombrel

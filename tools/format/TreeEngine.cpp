@@ -1,8 +1,12 @@
 #include "format/TreeEngine.h"
 
+#include "format/EditSelection.h"
+#include "format/Escalation.h"
+#include "format/GapAlignment.h"
+#include "format/GapRules.h"
 #include "format/SyntaxCheck.h"
+#include "format/SyntaxContext.h"
 #include "format/TreeSafetyCheck.h"
-#include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
 #include <ca/config/ConfigManager.h>
@@ -14,56 +18,19 @@
 #include <mutex>
 #include <new>
 #include <optional>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace ombrel {
 
 namespace {
 
-using Outcome = Result<std::u16string>;
-
-const char* describe(std::u16string_view lineEnd) {
-    return lineEnd == u"\n" ? "LF" : lineEnd == u"\r" ? "CR" : "CRLF";
-}
-
-/// The end of the first line, LF if the text has no other.
-std::u16string_view getFirstLineEnd(std::u16string_view text) {
-    const std::u16string_view end = LineSplitter(text).getNext()->end;
-    return end.empty() ? u"\n" : end;
-}
-
-std::optional<Problem> checkLineEnds(std::u16string_view text) {
-    const std::u16string_view first = getFirstLineEnd(text);
-    LineSplitter lines(text);
-    for (std::uint32_t number = 1; const auto line = lines.getNext(); ++number) {
-        if (!line->end.empty() && line->end != first) {
-            return Problem{
-                Code::MixedLineEnds,
-                fmt::format("this line ends in {} and the first one in {}: the tree engine can't "
-                            "keep line ends that are mixed; --force gives all lines the first one's",
-                            describe(line->end), describe(first)),
-                number, static_cast<std::uint32_t>(line->content.size() + 1)};
-        }
-    }
-    return std::nullopt;
-}
-
-std::u16string withLineEnd(std::u16string text, std::u16string_view end) {
-    if (end == u"\n" && text.find(u'\r') == std::u16string::npos) {
-        return text;
-    }
-    std::u16string result;
-    LineSplitter lines(text);
-    while (const auto line = lines.getNext()) {
-        result += line->content;
-        result += line->end.empty() ? std::u16string_view() : end;
-    }
-    return result;
-}
+using Config = std::shared_ptr<const ca::config::Config>;
+using Outcome = Result<TreeResult>;
+using Formatted = Result<std::u16string>;
 
 Problem describe(const ca::config::ConfigIssue& issue) {
     const std::u16string message =
@@ -75,17 +42,17 @@ Problem describe(const ca::config::ConfigIssue& issue) {
 }
 
 /// What the formatter makes of the text, or why it makes nothing of it.
-Outcome callFormatter(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter) {
+Formatted callFormatter(const ParsedText& source, const Config& config, const TreeFormatter& formatter) {
     using ca::config::ConfigIssue;
     try {
-        auto result = formatter({source.parsed, options.config, ca::formatting::CommentLines::Aligned});
+        auto result = formatter({source.parsed, config, ca::formatting::CommentLines::Aligned});
         if (const auto* issues = std::get_if<std::vector<ConfigIssue>>(&result)) {
             return fail(describe(issues->front()));
         }
         if (const auto* errors = std::get_if<std::vector<ca::SyntaxError>>(&result)) {
             return fail(makeProblems(*errors));
         }
-        return withLineEnd(std::get<std::u16string>(std::move(result)), getFirstLineEnd(source.text));
+        return std::get<std::u16string>(std::move(result));
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
@@ -93,53 +60,132 @@ Outcome callFormatter(const ParsedText& source, const TreeOptions& options, cons
     }
 }
 
-Outcome format(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter,
-               const Suppression& suppression) {
-    if (options.mixedLineEnds == MixedLineEnds::Refuse) {
-        if (auto problem = checkLineEnds(source.text)) {
-            return fail(*problem);
+/// Why a formatted text can't be aligned with its source: it isn't the same program.
+Failure explainMismatch(const ParsedText& source, const std::u16string& formatted) {
+    if (auto problem = checkSameProgram(source, formatted)) {
+        return fail(*std::move(problem));
+    }
+    return fail(Code::UnsafeResult, "the formatter's text doesn't match the source; nothing was written");
+}
+
+/// The formatting of one text.
+class Run {
+public:
+    Run(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter,
+        const EditSelection& selection)
+        : source(source), options(options), formatter(formatter), selection(selection),
+          gaps(source.text, *source.parsed.tokens) {}
+
+    Outcome run() {
+        Formatted formatted = callFormatter(source, options.config, formatter);
+        if (!formatted) {
+            return fail(std::move(formatted.error()));
+        }
+        if (*formatted == source.text) {
+            return TreeResult();
+        }
+        const auto alignment = GapAlignment::make(gaps, *formatted);
+        return alignment ? choose(*alignment) : explainMismatch(source, *formatted);
+    }
+
+private:
+    /// Rounds after which nothing more is tried. Two have always been enough.
+    static constexpr int lastRound = 8;
+
+    Outcome choose(const GapAlignment& alignment) {
+        const SyntaxContext syntax(gaps, *source.parsed.analysis->getProgramFile());
+        const GapRuleInput input{gaps, syntax, options.isTrimming, [this] { return getUnbroken(); }};
+        GapChoices choices(gaps, alignment);
+        repairGaps(input, choices);
+        Escalation escalation(input, choices);
+        for (int round = 1;; ++round) {
+            Edits edits = makeEdits(gaps, choices, selection);
+            if (edits.empty()) {
+                return TreeResult{{}, makeNotes(escalation)};
+            }
+            const ProgramDifferences differences =
+                findDifferences(source, applyEdits(source.text, edits), edits);
+            if (differences.places.empty()) {
+                return TreeResult{std::move(edits), makeNotes(escalation)};
+            }
+            if (round == lastRound || !escalation.raise(differences.places)) {
+                return fail(*differences.first);
+            }
         }
     }
-    Outcome outcome = callFormatter(source, options, formatter);
-    if (!outcome) {
-        return outcome;
+
+    static Problems makeNotes(const Escalation& escalation) {
+        Problems notes;
+        for (const LineRange& lines : escalation.getKeptLines()) {
+            const std::string place =
+                lines.first == lines.last
+                    ? "this line keeps its text"
+                    : fmt::format("lines {} to {} keep their text", lines.first, lines.last);
+            notes.push_back(
+                {Code::KeptText, place + ": formatting it would change the program", lines.first});
+        }
+        return notes;
     }
-    auto restored = restoreSuppressed(source.text, suppression, *std::move(outcome));
-    if (!restored) {
-        return restored;
+
+    /// The text without line breaking, which is needed rarely.
+    const GapAlignment* getUnbroken() {
+        if (!isUnbrokenKnown && options.unbrokenConfig != nullptr) {
+            Formatted formatted = callFormatter(source, options.unbrokenConfig, formatter);
+            if (formatted) {
+                unbroken = GapAlignment::make(gaps, *std::move(formatted));
+            }
+        }
+        isUnbrokenKnown = true;
+        return unbroken ? &*unbroken : nullptr;
     }
-    std::u16string result = *std::move(restored);
-    if (result == source.text) {
-        return result;
+
+    const ParsedText& source;
+    const TreeOptions& options;
+    const TreeFormatter& formatter;
+    const EditSelection& selection;
+    GapList gaps;
+    std::optional<GapAlignment> unbroken;
+    bool isUnbrokenKnown = false;
+};
+
+Config makeConfig(const std::u16string& json) {
+    const auto manager = std::make_shared<ca::config::ConfigManager>();
+    return std::make_shared<const ca::config::Config>(
+        std::make_shared<ca::config::JsonConfigSource>(std::nullopt, json, manager));
+}
+
+TreeOptions makeOptions(const std::u16string& json) {
+    TreeOptions options{makeConfig(json), nullptr, false};
+    auto values = nlohmann::json::parse(encodeLossy(json), nullptr, false, true);
+    if (values.is_object() && values["formatting"].is_object()) {
+        auto& formatting = values["formatting"];
+        options.isTrimming = formatting.value("trimUnnecessaryWhitespace", nlohmann::json()) == true;
+        formatting["lineBreakingEnabled"] = false;
+        options.unbrokenConfig = makeConfig(decodeLossy(values.dump()));
     }
-    if (auto problem = checkSameProgram(source, result)) {
-        return fail(*problem);
-    }
-    return result;
+    return options;
 }
 
 } // namespace
 
 Outcome formatTree(const std::u16string& text, const TreeOptions& options, const TreeFormatter& formatter,
-                   const Suppression& suppression) {
+                   const std::vector<LineRange>& ranges, const Suppression& suppression) {
+    if (auto checked = checkRanges(text, ranges); !checked) {
+        return fail(std::move(checked.error()));
+    }
     const ParsedText source(text);
     if (!source.parsed.errors.empty()) {
         return fail(makeProblems(source.parsed.errors));
     }
-    return format(source, options, formatter, suppression);
+    return Run(source, options, formatter, EditSelection(text, ranges, suppression)).run();
 }
 
-std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& json) {
+TreeOptions getTreeOptions(const std::u16string& json) {
     static std::mutex lock;
-    static std::unordered_map<std::u16string, std::shared_ptr<const ca::config::Config>> configs;
+    static std::unordered_map<std::u16string, TreeOptions> known;
     const std::lock_guard guard(lock);
-    auto& config = configs[json];
-    if (config == nullptr) {
-        const auto manager = std::make_shared<ca::config::ConfigManager>();
-        config = std::make_shared<const ca::config::Config>(
-            std::make_shared<ca::config::JsonConfigSource>(std::nullopt, json, manager));
-    }
-    return config;
+    const auto found = known.find(json);
+    return found == known.end() ? known.emplace(json, makeOptions(json)).first->second : found->second;
 }
 
 } // namespace ombrel

@@ -1,14 +1,16 @@
 #pragma once
 
 #include "diagnostics/Result.h"
-#include "format/Options.h"
 #include "format/Suppression.h"
+#include "text/Edit.h"
+#include "text/LineRange.h"
 
 #include <ca/formatting/TreeFormat.h>
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ombrel {
 
@@ -16,25 +18,42 @@ namespace ombrel {
 using TreeFormatter =
     std::function<ca::formatting::TreeFormatResult(const ca::formatting::TreeFormatRequest&)>;
 
+/// The tree formatter's options, for any number of texts.
 struct TreeOptions {
-    std::shared_ptr<const ca::config::Config> config; ///< the formatter's options, for any number of texts
-    MixedLineEnds mixedLineEnds = MixedLineEnds::Refuse;
+    std::shared_ptr<const ca::config::Config> config;
+    /// The same without line breaking, for places where that would change a program; null if there is none.
+    std::shared_ptr<const ca::config::Config> unbrokenConfig;
+    bool isTrimming = false; ///< "trimUnnecessaryWhitespace"
 };
 
-/// The options in a JSON text, {"formatting": {...}}. The same object for equal texts, so that each is read
-/// once. May be called on several threads at once.
-std::shared_ptr<const ca::config::Config> getTreeConfig(const std::u16string& json);
+/// The options in a JSON text, {"formatting": {...}}. The same configurations for equal texts, so that each
+/// is read once. May be called on several threads at once.
+TreeOptions getTreeOptions(const std::u16string& json);
 
-/// Lays out a text with the tree formatter. All lines of the result end as the first line of the text does,
-/// in LF if the text has one line only.
+/// What the tree engine makes of a text.
+struct TreeResult {
+    Edits edits;
+    Problems notes; ///< the statements that keep their text, in order
+};
+
+/// Formats a text with the tree formatter: all of it or, if there are ranges, these lines only. Ranges may be
+/// in any order and overlap. Suppressed lines are never changed. What is outside of the lines to change is
+/// formatted all the same, and then not used, so that a line comes out as it does in the whole text.
 ///
-/// Suppressed lines are laid out like all others and then put back as they were, so that what they would have
-/// come to is never looked at.
+/// An edit replaces whitespace, line ends and separators between two code tokens or comments. One that
+/// reaches over the border of a range, such as one that joins two lines, isn't made. A line end stays what it
+/// is, and a new one is as the one before.
 ///
-/// Fails if the text doesn't parse (all its syntax errors), if its line ends are mixed, if the
-/// formatter doesn't take the options, if suppressed lines can't be found again, or if the result isn't the
-/// same program.
-Result<std::u16string> formatTree(const std::u16string& text, const TreeOptions& options,
-                                  const TreeFormatter& formatter, const Suppression& suppression = {});
+/// Where the formatter's text would change the program, the gap keeps what gives it its meaning; if that is
+/// not enough, the statement keeps its text.
+///
+/// Fails if a range starts after the last line, if the text doesn't parse (all its syntax errors),
+/// if the formatter doesn't take the options, or if the result isn't the same program in spite of all that.
+///
+/// Takes time in proportion to the text: everything that has to be kept is found in a few rounds, each of
+/// which parses the result once.
+Result<TreeResult> formatTree(const std::u16string& text, const TreeOptions& options,
+                              const TreeFormatter& formatter, const std::vector<LineRange>& ranges = {},
+                              const Suppression& suppression = {});
 
 } // namespace ombrel

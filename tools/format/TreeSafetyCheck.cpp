@@ -22,10 +22,15 @@ using SyntaxNode = lf::astapi::Node<CA>;
 using SyntaxList = lf::astapi::NodeList<CA>;
 using Validation = lf::astapi::ValidationSpec<CA>;
 
-/// What a difference comes to, and the number of the mark where it is.
+/// A difference at a mark of the text before, and what it is about: one or two nodes, or a token.
 struct Difference {
+    enum class Kind { Token, NodeTaken, NodeAdded, NodeTurned, NodeChanged, Unparsable };
+
+    Kind kind;
     std::size_t mark;
-    std::string text;
+    const SyntaxNode* node = nullptr;  ///< of NodeTaken and NodeAdded, what is taken or added
+    const SyntaxNode* other = nullptr; ///< what it becomes, is taken out of, or is added to
+    std::size_t markAfter = 0;         ///< of the token that is there now
 };
 
 bool isMark(const Token& token) {
@@ -33,15 +38,20 @@ bool isMark(const Token& token) {
     return token.isComment() || (!token.isWhitespace() && !isSeparator);
 }
 
+/// The characters of whitespace that a comment's token starts with.
+std::size_t getIndentation(const Token& token) {
+    return token.isComment() ? std::min(token.lexeme.find_first_not_of(u" \t"), token.lexeme.size()) : 0;
+}
+
 /// The tokens that formatting has to leave alone, comments among them, so that a comment can't change places
-/// with code. A mark has the same number in both texts, which is how a place in one is found in the other.
+/// with code.
 class Marks {
 public:
     explicit Marks(const std::vector<Token>& tokens) {
         std::size_t position = 0;
         for (const Token& token : tokens) {
             if (isMark(token)) {
-                marks.push_back({&token, position});
+                marks.push_back({&token, position + getIndentation(token)});
             }
             position += token.lexeme.size();
         }
@@ -49,6 +59,7 @@ public:
 
     std::size_t getCount() const { return marks.size(); }
     const Token& operator[](std::size_t i) const { return *marks[i].token; }
+    std::size_t getPosition(std::size_t i) const { return marks[i].position; }
 
     /// The first mark at a node's first character or behind it.
     std::size_t find(const SyntaxNode& node) const {
@@ -106,18 +117,57 @@ std::string quote(const Token& token) {
     return fmt::format("'{}{}'", encodeLossy(text.substr(0, longest)), text.size() > longest ? "..." : "");
 }
 
-std::optional<Difference> findTokenDifference(const Marks& a, const Marks& b) {
-    const std::size_t count = std::min(a.getCount(), b.getCount());
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!isSame(a[i], b[i])) {
-            return Difference{i, fmt::format("turn {} into {}", quote(a[i]), quote(b[i]))};
+/// Which mark of the text before each mark of the text after is. Where nothing is known about the edits that
+/// made one of the other, marks of the same number; otherwise marks at the place that the edits leave them.
+class Pairing {
+public:
+    Pairing(const Marks& before, const Marks& after, std::vector<Difference>& differences) {
+        const std::size_t count = std::min(before.getCount(), after.getCount());
+        for (std::size_t i = 0; i < count; ++i) {
+            compare(before, i, after, i, differences);
         }
     }
-    return std::nullopt;
-}
+
+    Pairing(const Marks& before, const Marks& after, const Edits& edits,
+            std::vector<Difference>& differences) {
+        auto edit = edits.begin();
+        std::size_t shift = 0; // may wrap around: only sums are looked at
+        std::size_t next = 0;
+        for (std::size_t i = 0; i < before.getCount(); ++i) {
+            for (; edit != edits.end() && edit->offset + edit->length <= before.getPosition(i); ++edit) {
+                shift += edit->text.size() - edit->length;
+            }
+            const std::size_t place = before.getPosition(i) + shift;
+            for (; next < after.getCount() && after.getPosition(next) < place; ++next) {
+                numbers.push_back(i);
+                differences.push_back({Difference::Kind::Token, i, nullptr, nullptr, next});
+            }
+            if (next < after.getCount() && after.getPosition(next) == place) {
+                compare(before, i, after, next++, differences);
+                numbers.push_back(i);
+            } else {
+                differences.push_back({Difference::Kind::Token, i, nullptr, nullptr, next});
+            }
+        }
+    }
+
+    std::size_t getBefore(std::size_t markAfter) const {
+        return markAfter < numbers.size() ? numbers[markAfter] : markAfter;
+    }
+
+private:
+    static void compare(const Marks& before, std::size_t a, const Marks& after, std::size_t b,
+                        std::vector<Difference>& differences) {
+        if (!isSame(before[a], after[b])) {
+            differences.push_back({Difference::Kind::Token, a, nullptr, nullptr, b});
+        }
+    }
+
+    std::vector<std::size_t> numbers; ///< empty if all are the same
+};
 
 /// "matrix row" for MatrixRow.
-std::string describe(NodeKind kind) {
+std::string describeKind(NodeKind kind) {
     switch (kind) {
     case NodeKind::TokenLeaf2:
         return "separator";
@@ -150,7 +200,7 @@ std::string describe(NodeKind kind) {
 }
 
 std::string describeWithArticle(NodeKind kind) {
-    const std::string words = describe(kind);
+    const std::string words = describeKind(kind);
     const bool isSpokenWithVowel =
         std::string_view("aeio").find(words.front()) != std::string_view::npos; // "a unary operation"
     return (isSpokenWithVowel ? "an " : "a ") + words;
@@ -158,7 +208,7 @@ std::string describeWithArticle(NodeKind kind) {
 
 /// A field of a node, or one element of a field that is a list.
 struct Part {
-    enum class Kind { Child, ListEnd, Number, Text };
+    enum class Kind { Child, Element, ListEnd, Number, Text };
 
     Kind kind;
     const SyntaxNode* owner;
@@ -168,7 +218,7 @@ struct Part {
 };
 
 bool hasChild(const Part& part) {
-    return part.kind == Part::Kind::Child && part.child != nullptr;
+    return part.child != nullptr;
 }
 
 /// Collects the parts of one node in order. Nodes of one kind have the same parts up to the first list whose
@@ -179,9 +229,9 @@ public:
 
     void child(const char*, const SyntaxNode* node) { parts.push_back({Part::Kind::Child, owner, node}); }
 
-    void list(const char* name, const SyntaxList& nodes) {
+    void list(const char*, const SyntaxList& nodes) {
         for (const SyntaxNode* node : nodes) {
-            child(name, node);
+            parts.push_back({Part::Kind::Element, owner, node});
         }
         parts.push_back({Part::Kind::ListEnd, owner});
     }
@@ -212,117 +262,194 @@ private:
     std::vector<Part>& parts;
 };
 
-/// Walks two trees at once, from the root and from left to right, up to the first difference.
+/// Walks two trees at once, from the root and from left to right. A node that differs is looked at no
+/// further, and neither are elements of a list that have no counterpart at the same mark.
 class TreeComparison {
 public:
-    TreeComparison(const std::u16string& beforeText, const Marks& before, const std::u16string& afterText,
-                   const Marks& after)
-        : beforeText(beforeText), before(before), afterText(afterText), after(after) {}
+    TreeComparison(const ParsedText& before, const Marks& beforeMarks, const std::u16string& afterText,
+                   const Marks& afterMarks, const Pairing& pairing, std::vector<Difference>& differences)
+        : before(before), beforeMarks(beforeMarks), afterText(afterText), afterMarks(afterMarks),
+          pairing(pairing), differences(differences) {}
 
-    std::optional<Difference> run(const SyntaxNode& beforeRoot, const SyntaxNode& afterRoot) {
+    void run(const SyntaxNode& beforeRoot, const SyntaxNode& afterRoot) {
         expand(beforeRoot, afterRoot);
         while (!work.empty()) {
             const auto [a, b] = work.back();
             work.pop_back();
-            if (auto difference = compare(a, b)) {
-                return difference;
-            }
-            if (hasChild(a)) {
+            if (isSame(a, b) && hasChild(a)) {
                 expand(*a.child, *b.child);
             }
         }
-        return std::nullopt;
     }
 
 private:
+    using Kind = Difference::Kind;
+
+    std::size_t findBefore(const SyntaxNode& node) const { return beforeMarks.find(node); }
+    std::size_t findAfter(const SyntaxNode& node) const { return pairing.getBefore(afterMarks.find(node)); }
+
     void expand(const SyntaxNode& a, const SyntaxNode& b) {
         beforeParts.clear();
         afterParts.clear();
         lf::astapi::visitFields(a, PartCollector(a, beforeParts));
         lf::astapi::visitFields(b, PartCollector(b, afterParts));
-        for (std::size_t i = std::min(beforeParts.size(), afterParts.size()); i > 0; --i) {
-            work.emplace_back(beforeParts[i - 1], afterParts[i - 1]);
+        const std::size_t start = work.size();
+        pairParts();
+        std::reverse(work.begin() + static_cast<std::ptrdiff_t>(start), work.end());
+    }
+
+    /// An element that one list has and the other hasn't gets an absent one as its partner.
+    void pairParts() {
+        auto b = afterParts.begin();
+        for (const Part& a : beforeParts) {
+            while (b != afterParts.end() && b->kind == Part::Kind::Element && isBefore(*b, a)) {
+                work.emplace_back(Part{Part::Kind::Element, a.owner}, *b++);
+            }
+            const bool isLonger =
+                a.kind == Part::Kind::Element &&
+                (b == afterParts.end() || b->kind != Part::Kind::Element || isBefore(a, *b));
+            if (isLonger) {
+                work.emplace_back(a, Part{Part::Kind::Element, a.owner});
+            } else if (b != afterParts.end()) {
+                work.emplace_back(a, *b++);
+            }
         }
     }
 
-    std::optional<Difference> compare(const Part& a, const Part& b) const {
+    bool isBefore(const Part& a, const Part& b) const {
+        if (b.kind != Part::Kind::Element) {
+            return true;
+        }
+        return a.owner == beforeParts.front().owner ? findBefore(*a.child) < findAfter(*b.child)
+                                                    : findAfter(*a.child) < findBefore(*b.child);
+    }
+
+    bool isSame(const Part& a, const Part& b) {
         if (hasChild(a) && hasChild(b)) {
-            return compareNodes(*a.child, *b.child);
+            return isSameNode(*a.child, *b.child);
         }
         if (hasChild(a)) {
-            return Difference{
-                before.find(*a.child),
-                fmt::format("take this {} out of its {}", describe(a.child->kind), describe(a.owner->kind))};
+            return fail({Kind::NodeTaken, findBefore(*a.child), a.child, a.owner});
         }
         if (hasChild(b)) {
-            return Difference{after.find(*b.child),
-                              fmt::format("put this {} into the {} before it", describe(b.child->kind),
-                                          describe(b.owner->kind))};
+            return fail({Kind::NodeAdded, findAfter(*b.child), b.child, b.owner});
         }
         if (a.kind != b.kind || a.number != b.number || a.text != b.text) {
-            return describeChange(*a.owner);
+            return fail({Kind::NodeChanged, findBefore(*a.owner), a.owner});
         }
-        return std::nullopt;
+        return true;
     }
 
-    std::optional<Difference> compareNodes(const SyntaxNode& a, const SyntaxNode& b) const {
-        const std::size_t mark = before.find(a);
+    bool isSameNode(const SyntaxNode& a, const SyntaxNode& b) {
+        const std::size_t mark = findBefore(a);
         if (a.kind != b.kind) {
-            return Difference{
-                mark, fmt::format("turn this {} into {}", describe(a.kind), describeWithArticle(b.kind))};
+            return fail({Kind::NodeTurned, mark, &a, &b});
         }
         const bool isOtherSeparator =
-            a.kind == NodeKind::TokenLeaf2 && beforeText[a.position] != afterText[b.position];
-        if (mark != after.find(b) || isOtherSeparator) {
-            return describeChange(a);
-        }
-        return std::nullopt;
+            a.kind == NodeKind::TokenLeaf2 && before.text[a.position] != afterText[b.position];
+        return (mark == findAfter(b) && !isOtherSeparator) || fail({Kind::NodeChanged, mark, &a});
     }
 
-    Difference describeChange(const SyntaxNode& node) const {
-        return {before.find(node), fmt::format("change this {}", describe(node.kind))};
+    bool fail(Difference difference) {
+        differences.push_back(difference);
+        return false;
     }
 
-    const std::u16string& beforeText;
-    const Marks& before;
+    const ParsedText& before;
+    const Marks& beforeMarks;
     const std::u16string& afterText;
-    const Marks& after;
+    const Marks& afterMarks;
+    const Pairing& pairing;
+    std::vector<Difference>& differences;
     std::vector<std::pair<Part, Part>> work;
     std::vector<Part> beforeParts;
     std::vector<Part> afterParts;
 };
 
-std::optional<Difference> findTreeDifference(const ParsedText& before, const Marks& beforeMarks,
-                                             const ParsedText& after, const Marks& afterMarks) {
-    if (!after.parsed.errors.empty()) {
-        const ca::SyntaxError& error = after.parsed.errors.front();
-        return Difference{afterMarks.find(error),
-                          fmt::format("make a text that doesn't parse here: {}", encodeLossy(error.message))};
+/// Both texts side by side, with all that is different.
+class Comparison {
+public:
+    Comparison(const ParsedText& before, const std::u16string& after, const Edits* edits)
+        : after(after), beforeMarks(*before.parsed.tokens), afterMarks(*this->after.parsed.tokens) {
+        const Pairing pairing = edits == nullptr ? Pairing(beforeMarks, afterMarks, differences)
+                                                 : Pairing(beforeMarks, afterMarks, *edits, differences);
+        if (const ca::AnalysisResult* analysis = this->after.parsed.analysis.get()) {
+            TreeComparison(before, beforeMarks, after, afterMarks, pairing, differences)
+                .run(*before.parsed.analysis->getProgramFile(), *analysis->getProgramFile());
+        }
+        for (const ca::SyntaxError& error : this->after.parsed.errors) {
+            differences.push_back({Difference::Kind::Unparsable, pairing.getBefore(afterMarks.find(error))});
+        }
     }
-    TreeComparison comparison(before.text, beforeMarks, after.text, afterMarks);
-    return comparison.run(*before.parsed.analysis->getProgramFile(),
-                          *after.parsed.analysis->getProgramFile());
-}
 
-Problem describe(const Difference& difference, const Marks& marks) {
-    const Token& token = marks[std::min(difference.mark, marks.getCount() - 1)];
-    const std::size_t blanks = std::min(token.lexeme.find_first_not_of(u" \t"), token.lexeme.size());
-    return {Code::UnsafeResult, fmt::format("the formatter would {}; nothing was written", difference.text),
-            token.line, token.column + static_cast<std::uint32_t>(blanks)};
-}
+    std::optional<Problem> getFirst() const {
+        const auto first = std::min_element(differences.begin(), differences.end(),
+                                            [](const auto& a, const auto& b) { return a.mark < b.mark; });
+        return first == differences.end() ? std::nullopt : std::optional(describe(*first));
+    }
+
+    std::vector<std::size_t> getPlaces() const {
+        std::vector<std::size_t> places;
+        places.reserve(differences.size());
+        for (const Difference& difference : differences) {
+            places.push_back(beforeMarks.getPosition(getMark(difference)));
+        }
+        std::sort(places.begin(), places.end());
+        return places;
+    }
+
+private:
+    std::size_t getMark(const Difference& difference) const {
+        return std::min(difference.mark, beforeMarks.getCount() - 1);
+    }
+
+    Problem describe(const Difference& difference) const {
+        const Token& token = beforeMarks[getMark(difference)];
+        return {Code::UnsafeResult,
+                fmt::format("the formatter would {}; nothing was written", getWords(difference)), token.line,
+                token.column + static_cast<std::uint32_t>(getIndentation(token))};
+    }
+
+    std::string getWords(const Difference& difference) const {
+        const SyntaxNode* const node = difference.node;
+        switch (difference.kind) {
+        case Difference::Kind::Token:
+            return fmt::format("turn {} into {}", quote(beforeMarks[getMark(difference)]),
+                               quote(afterMarks[std::min(difference.markAfter, afterMarks.getCount() - 1)]));
+        case Difference::Kind::NodeTaken:
+            return fmt::format("take this {} out of its {}", describeKind(node->kind),
+                               describeKind(difference.other->kind));
+        case Difference::Kind::NodeAdded:
+            return fmt::format("put this {} into the {} before it", describeKind(node->kind),
+                               describeKind(difference.other->kind));
+        case Difference::Kind::NodeTurned:
+            return fmt::format("turn this {} into {}", describeKind(node->kind),
+                               describeWithArticle(difference.other->kind));
+        case Difference::Kind::NodeChanged:
+            return fmt::format("change this {}", describeKind(node->kind));
+        case Difference::Kind::Unparsable:
+            break;
+        }
+        return fmt::format("make a text that doesn't parse here: {}",
+                           encodeLossy(after.parsed.errors.front().message));
+    }
+
+    ParsedText after;
+    Marks beforeMarks;
+    Marks afterMarks;
+    std::vector<Difference> differences;
+};
 
 } // namespace
 
-std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& afterText) {
-    const ParsedText after(afterText);
-    const Marks beforeMarks(*before.parsed.tokens);
-    const Marks afterMarks(*after.parsed.tokens);
-    auto first = findTokenDifference(beforeMarks, afterMarks);
-    const auto inTree = findTreeDifference(before, beforeMarks, after, afterMarks);
-    if (inTree && (!first || inTree->mark < first->mark)) {
-        first = inTree;
-    }
-    return first ? std::optional(describe(*first, beforeMarks)) : std::nullopt;
+std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& after) {
+    return Comparison(before, after, nullptr).getFirst();
+}
+
+ProgramDifferences findDifferences(const ParsedText& before, const std::u16string& after,
+                                   const Edits& edits) {
+    const Comparison comparison(before, after, &edits);
+    return {comparison.getPlaces(), comparison.getFirst()};
 }
 
 } // namespace ombrel

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "diagnostics/Message.h"
+#include "diagnostics/Problem.h"
+#include "text/Edit.h"
 
 #include <ca/formatting/TreeFormat.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ombrel {
 
@@ -31,5 +34,16 @@ struct ParsedText {
 /// Takes time in proportion to the texts but for a logarithm, and no more of the call stack for a deep tree
 /// than for a flat one.
 std::optional<Problem> checkSameProgram(const ParsedText& before, const std::u16string& after);
+
+/// All that is different in a text that edits have made.
+struct ProgramDifferences {
+    std::vector<std::size_t> places; ///< offsets in the text before, ascending; none if nothing differs
+    std::optional<Problem> first;    ///< as checkSameProgram gives it
+};
+
+/// The same check, for `after` as the edits make it of `before`. Since it is known where each token has to
+/// be, all differences are found, whatever the ones before them do to the rest. If the text doesn't parse,
+/// these are its syntax errors, at most 100, and the tokens that differ.
+ProgramDifferences findDifferences(const ParsedText& before, const std::u16string& after, const Edits& edits);
 
 } // namespace ombrel

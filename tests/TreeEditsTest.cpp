@@ -1,0 +1,264 @@
+// What the tree engine promises for every program under every option: the same program, the same comments,
+// and a second run that changes nothing. Tried on the examples and on generated programs, under option sets
+// that have every pair of option values together.
+
+#include "entry/FormattingExplorerBridgeImpl.h"
+#include "support/ExampleFiles.h"
+#include "support/GoldenFile.h"
+#include "support/ProgramGenerator.h"
+#include "support/SyntaxSketch.h"
+
+#include "format/Gap.h"
+#include "format/TreeEngine.h"
+#include "format/TreeSafetyCheck.h"
+#include "text/LineSplitter.h"
+#include "text/TextEncoding.h"
+
+#include <ca/lexer/lex.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iostream>
+#include <set>
+
+namespace {
+
+using namespace ombrel;
+
+const TreeFormatter bridge = [](const ca::formatting::TreeFormatRequest& request) {
+    return FormattingExplorerBridgeImpl().formatParsed(request);
+};
+
+const std::vector<std::vector<std::string>> optionValues = {
+    {R"("trimUnnecessaryWhitespace": true)", R"("trimUnnecessaryWhitespace": false)"},
+    {R"("lineBreakingEnabled": true)", R"("lineBreakingEnabled": false)"},
+    {R"("lineBreakBehavior": "AllowMultiplePerLine")", R"("lineBreakBehavior": "SeparateLines")",
+     R"("lineBreakBehavior": "AllowSingleLine")"},
+    {R"("columnLimit": 20)", R"("columnLimit": 40)", R"("columnLimit": 80)"},
+    {R"("separatorPlacement": "StartOfLine")", R"("separatorPlacement": "EndOfLine")"},
+    {R"("indentationEnabled": true)", R"("indentationEnabled": false)"},
+    {R"("functionIndentStyle": "IndentAll")", R"("functionIndentStyle": "Classic")",
+     R"("functionIndentStyle": "IndentNested")"},
+    {R"("indentCaseBlocks": true)", R"("indentCaseBlocks": false)"},
+    {R"("indentBlankLines": true)", R"("indentBlankLines": false)"},
+    {R"("indentCharacter": "Space")", R"("indentCharacter": "Tab", "indentWidth": 1)"},
+};
+
+/// Sets of one value for each option, so that each pair of values is in one of them: of some random sets, the
+/// one with the most new pairs, again and again.
+std::vector<std::vector<std::string>> makeOptionSets() {
+    std::set<std::pair<std::string, std::string>> seen;
+    std::vector<std::vector<std::string>> sets;
+    std::uint32_t random = 1;
+    for (std::size_t misses = 0; misses < 3;) {
+        std::vector<std::string> best;
+        std::set<std::pair<std::string, std::string>> bestPairs;
+        for (int attempt = 0; attempt < 200; ++attempt) {
+            std::vector<std::string> set;
+            std::set<std::pair<std::string, std::string>> pairs;
+            for (const auto& values : optionValues) {
+                random = random * 1'664'525 + 1'013'904'223;
+                const std::string& value = values[(random >> 16) % values.size()];
+                for (const std::string& other : set) {
+                    seen.contains({other, value}) ? void() : void(pairs.insert({other, value}));
+                }
+                set.push_back(value);
+            }
+            if (pairs.size() > bestPairs.size()) {
+                best = set;
+                bestPairs = pairs;
+            }
+        }
+        misses += bestPairs.empty() ? 1 : 0;
+        if (!bestPairs.empty()) {
+            seen.merge(bestPairs);
+            sets.push_back(best);
+        }
+    }
+    return sets;
+}
+
+std::string joinOptions(const std::vector<std::string>& set) {
+    std::string json = R"({"formatting": {)";
+    for (const std::string& option : set) {
+        json += (json.ends_with('{') ? "" : ", ") + option;
+    }
+    return json + "}}";
+}
+
+struct Counts {
+    std::size_t tried = 0;
+    std::size_t repaired = 0;
+    std::size_t kept = 0;
+    std::size_t refused = 0;
+};
+
+std::string sketch(const std::u16string& text) {
+    return sketchSyntax(*ca::createSingleFileAnalyzer()->parseSourceCode(text)->getProgramFile());
+}
+
+/// What the formatter makes of the text by itself.
+std::u16string formatAlone(const std::u16string& text, const TreeOptions& options) {
+    const ParsedText source(text);
+    const auto result = bridge({source.parsed, options.config, ca::formatting::CommentLines::Aligned});
+    return std::get<std::u16string>(result);
+}
+
+/// What the engine makes of the text or of some of its lines; fails if it refuses the text.
+TreeResult format(const std::u16string& text, const TreeOptions& options,
+                  std::vector<LineRange> ranges = {}) {
+    auto outcome = formatTree(text, options, bridge, ranges);
+    if (!outcome) {
+        ADD_FAILURE() << outcome.error().front().line << ": " << outcome.error().front().text;
+        return {};
+    }
+    return *std::move(outcome);
+}
+
+void checkWhole(const std::u16string& text, const TreeOptions& options, Counts& counts) {
+    const TreeResult result = format(text, options);
+    const std::u16string once = applyEdits(text, result.edits);
+    ++counts.tried;
+    counts.refused += testing::Test::HasFailure() ? 1 : 0;
+    counts.kept += result.notes.empty() ? 0 : 1;
+    counts.repaired += once == formatAlone(text, options) ? 0 : 1;
+    EXPECT_EQ(sketch(text), sketch(once));
+    EXPECT_EQ(showGoldenText(once), showGoldenText(applyEdits(once, format(once, options).edits)));
+}
+
+std::uint32_t countLines(std::u16string_view text) {
+    std::uint32_t count = 0;
+    for (LineSplitter lines(text); lines.getNext();) {
+        ++count;
+    }
+    return count;
+}
+
+bool contains(const Edits& edits, const Edit& wanted) {
+    return std::any_of(edits.begin(), edits.end(), [&](const Edit& edit) {
+        return edit.offset == wanted.offset && edit.length == wanted.length && edit.text == wanted.text;
+    });
+}
+
+/// The places of block comments, which are edited as a whole.
+bool isInBlockComment(const std::u16string& text, std::size_t offset) {
+    for (const ca::lexer::Token& token : ca::lexer::lex(text)) {
+        if (offset < token.lexeme.size()) {
+            return isLineOfBlock(token);
+        }
+        offset -= token.lexeme.size();
+    }
+    return false;
+}
+
+/// Formats the text in two parts. Each changes its own lines only, and nothing when it is formatted again;
+/// both together come to the whole, but for edits that reach over the border.
+void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptions& options) {
+    const std::uint32_t count = countLines(text);
+    const Edits whole = format(text, options).edits;
+    Edits parts;
+    for (const LineRange& range : {LineRange{1, line}, LineRange{line + 1, count}}) {
+        if (range.first > range.last) {
+            continue;
+        }
+        const Edits edits = format(text, options, {range}).edits;
+        for (const Edit& edit : edits) {
+            EXPECT_TRUE(range.first <= findLine(text, edit.offset) &&
+                        findLine(text, edit.offset + edit.length) <= range.last);
+        }
+        const std::u16string once = applyEdits(text, edits);
+        const LineRange again{range.first, range.last + countLines(once) - count};
+        if (again.first <= again.last) {
+            EXPECT_EQ(showGoldenText(once),
+                      showGoldenText(applyEdits(once, format(once, options, {again}).edits)));
+        }
+        parts.insert(parts.end(), edits.begin(), edits.end());
+    }
+    for (const Edit& edit : whole) {
+        const bool crosses =
+            isInBlockComment(text, edit.offset) ||
+            (findLine(text, edit.offset) <= line && findLine(text, edit.offset + edit.length) > line);
+        EXPECT_TRUE(crosses || contains(parts, edit)) << edit.offset;
+    }
+}
+
+std::vector<std::u16string> makePrograms(std::uint32_t count) {
+    std::vector<std::u16string> programs;
+    for (const ExampleFile& example : readExamples()) {
+        programs.push_back(example.text);
+    }
+    for (std::uint32_t seed = 1; seed <= count; ++seed) {
+        programs.push_back(generateProgram(seed));
+    }
+    return programs;
+}
+
+TEST(TreeEdits, KeepEveryProgramUnderAllPairsOfOptions) {
+    const std::vector<std::u16string> programs = makePrograms(60);
+    Counts counts;
+    std::uint32_t line = 0;
+    for (const auto& set : makeOptionSets()) {
+        const TreeOptions options = getTreeOptions(decodeLossy(joinOptions(set)));
+        for (std::size_t i = 0; i < programs.size() && !HasFailure(); ++i) {
+            SCOPED_TRACE(joinOptions(set) + "\n" + showGoldenText(programs[i]));
+            checkWhole(programs[i], options, counts);
+            checkRanges(programs[i], ++line % countLines(programs[i]) + 1, options);
+        }
+    }
+    std::cout << "programs formatted: " << counts.tried << ", repaired: " << counts.repaired
+              << ", with statements kept: " << counts.kept << ", refused: " << counts.refused << '\n';
+    EXPECT_GT(counts.repaired, counts.tried / 4);
+    EXPECT_EQ(counts.kept, 0u) << "a rule is missing";
+}
+
+/// A formatter with a fault: what the bridge writes, with something else in its place.
+TreeFormatter plant(std::u16string_view text, std::u16string_view fault) {
+    return [=](const ca::formatting::TreeFormatRequest& request) -> ca::formatting::TreeFormatResult {
+        auto result = std::get<std::u16string>(bridge(request));
+        const std::size_t place = result.find(text);
+        return place == result.npos ? result : result.replace(place, text.size(), fault);
+    };
+}
+
+TEST(TreeEdits, AreNotMadeOfAFaultyText) {
+    const std::u16string source = u"x = f(a, 'b  c'); % why\n%{\n d\n%}\nif a  b ;  end\n";
+    const TreeOptions options = getTreeOptions(uR"({"formatting": {"trimUnnecessaryWhitespace": true}})");
+    const std::pair<std::u16string_view, std::u16string_view> faults[] = {
+        {u"f(a", u"(a"}, // a token is missing
+        {u"a,'b  c'", u"'b  c',a"},
+        {u"% why", u""},
+        {u"% why", u"% what"},
+        {u"%{\n d", u"%{\nd e"},
+        {u"'b  c'", u"'b c'"}, // whitespace in a string
+        {u"f(a", u"ff(a"},
+        {u"end\n", u"end\nx"},
+    };
+    for (const auto& [text, fault] : faults) {
+        const auto outcome = formatTree(source, options, plant(text, fault));
+        ASSERT_FALSE(outcome) << showGoldenText(std::u16string(fault));
+        EXPECT_EQ(outcome.error().front().code, Code::UnsafeResult);
+    }
+}
+
+/// Faults that only a text made of edits can have, and that the last check has to find.
+TEST(TreeEdits, AreCheckedAfterAll) {
+    const std::u16string source = u"x = [1, 2; 3 4]; y = 'b  c'; % why\n";
+    const ParsedText parsed(source);
+    const Edits faults[] = {
+        {{9, 2, u" "}},               // the row's separator
+        {{10, 1, u""}, {11, 1, u""}}, // shifted by one
+        {{23, 2, u" "}},              // in a string
+        {{27, 1, u""}},               // the comment becomes a line of its own or not: the semicolon is lost
+        {{30, 1, u"  "}},             // in a comment
+        {{12, 1, u""}},               // a gap's text from another place: 34 is a number
+    };
+    for (const Edits& edits : faults) {
+        const auto differences = findDifferences(parsed, applyEdits(source, edits), edits);
+        EXPECT_FALSE(differences.places.empty()) << edits.front().offset;
+        EXPECT_TRUE(differences.first);
+    }
+    EXPECT_TRUE(findDifferences(parsed, source, {}).places.empty());
+}
+
+} // namespace

@@ -1,0 +1,282 @@
+#include "format/EditSelection.h"
+
+#include "format/GapText.h"
+#include "text/LineSplitter.h"
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::TokenType;
+
+std::u16string_view getFirstLineEnd(std::u16string_view text) {
+    const std::u16string_view end = LineSplitter(text).getNext()->end;
+    return end.empty() ? u"\n" : end;
+}
+
+/// A part of the source and of a chosen text, both between two comments.
+struct Section {
+    std::size_t offset;
+    std::u16string_view before;
+    std::u16string_view after;
+};
+
+/// Cuts a text at its line ends. Gives the lines with their offsets in the text.
+struct SectionLine {
+    std::size_t offset;
+    std::u16string_view content;
+    std::u16string_view end;
+};
+
+std::vector<SectionLine> splitLines(std::u16string_view text) {
+    std::vector<SectionLine> lines;
+    LineSplitter splitter(text);
+    std::size_t offset = 0;
+    while (const auto line = splitter.getNext()) {
+        lines.push_back({offset, line->content, line->end});
+        offset += line->content.size() + line->end.size();
+    }
+    return lines;
+}
+
+/// A block comment in the source, whose lines are edited together.
+struct Block {
+    std::size_t begin; ///< of its first line
+    std::size_t end;
+};
+
+std::vector<Block> findBlocks(std::u16string_view source, std::span<const GapComment> comments) {
+    std::vector<Block> blocks;
+    int depth = 0;
+    for (const GapComment& comment : comments) {
+        if (comment.type == TokenType::BlockCommentOpen && depth++ == 0) {
+            const std::size_t lastLineEnd = source.substr(0, comment.offset).find_last_of(u"\r\n");
+            blocks.push_back({lastLineEnd == source.npos ? 0 : lastLineEnd + 1, 0});
+        } else if (comment.type == TokenType::BlockCommentClose && --depth == 0) {
+            blocks.back().end = comment.offset + comment.text.size();
+        }
+    }
+    return blocks;
+}
+
+/// Collects the edits of one text, gap by gap.
+class Writer {
+public:
+    Writer(const GapList& gaps, const EditSelection& selection)
+        : gaps(gaps), source(gaps.getSource()), selection(selection),
+          firstLineEnd(getFirstLineEnd(gaps.getSource())) {}
+
+    void write(std::size_t gap, std::u16string_view chosen) {
+        const std::u16string_view before = gaps.getText(gap);
+        const std::size_t begin = gaps.getBegin(gap);
+        if (before.find(u'%') == before.npos && before.find(u"...") == before.npos) {
+            blocks.clear();
+            writeSection({begin, before, chosen});
+            return;
+        }
+        const std::vector<GapComment> comments = getComments(gaps, gap);
+        std::vector<GapComment> commentsAfter;
+        std::u16string whole(chosen);
+        whole += gaps.getToken(gap).lexeme;
+        if (!matchGap(gaps, gap, whole, 0, &commentsAfter)) {
+            throw std::logic_error("the text chosen for a gap isn't one of that gap");
+        }
+        blocks = findBlocks(source, comments);
+        std::size_t doneBefore = 0;
+        std::size_t doneAfter = 0;
+        for (std::size_t i = 0; i < comments.size(); ++i) {
+            const std::size_t offset = comments[i].offset - begin;
+            writeSection({begin + doneBefore, before.substr(doneBefore, offset - doneBefore),
+                          chosen.substr(doneAfter, commentsAfter[i].offset - doneAfter)});
+            doneBefore = offset + comments[i].text.size();
+            doneAfter = commentsAfter[i].offset + comments[i].text.size();
+        }
+        writeSection({begin + doneBefore, before.substr(doneBefore), chosen.substr(doneAfter)});
+    }
+
+    Edits take() { return std::move(edits); }
+
+private:
+    void writeSection(const Section& section) {
+        if (section.before == section.after) {
+            return;
+        }
+        const std::vector<SectionLine> before = splitLines(section.before);
+        const std::vector<SectionLine> after = splitLines(section.after);
+        if (before.size() != after.size()) {
+            writeWhole(section, before, after);
+            return;
+        }
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            if (!joinsLineEnds(before, after, i)) {
+                add(section.offset + before[i].offset, before[i].content, std::u16string(after[i].content));
+            }
+        }
+    }
+
+    static bool joinsLineEnds(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after,
+                              std::size_t i) {
+        return i > 0 && before[i - 1].end == u"\r" && before[i].end == u"\n" && after[i].content.empty();
+    }
+
+    void writeWhole(const Section& section, const std::vector<SectionLine>& before,
+                    const std::vector<SectionLine>& after) {
+        std::u16string text;
+        std::u16string_view end = getLineEndBefore(section.offset);
+        for (std::size_t i = 0; i < after.size(); ++i) {
+            text += after[i].content;
+            if (i + 1 == after.size()) {
+                break;
+            }
+            if (i + 1 < before.size()) {
+                end = before[i].end;
+            }
+            text += text.ends_with(u'\r') && end == u"\n" ? u"\r" : end;
+        }
+        addDifference(section.offset, section.before, text);
+    }
+
+    /// The end of the line before a place, which a new line gets.
+    std::u16string_view getLineEndBefore(std::size_t offset) const {
+        const std::size_t last = source.substr(0, offset).find_last_of(u"\r\n");
+        if (last == source.npos) {
+            return firstLineEnd;
+        }
+        const std::size_t first = last > 0 && source.substr(last - 1, 2) == u"\r\n" ? last - 1 : last;
+        return source.substr(first, last + 1 - first);
+    }
+
+    /// Without what both texts have in common at their start and end.
+    void addDifference(std::size_t offset, std::u16string_view before, std::u16string_view after) {
+        std::size_t start = 0;
+        while (start < before.size() && start < after.size() && before[start] == after[start]) {
+            ++start;
+        }
+        if (start > 0 && before[start - 1] == u'\r') { // never between CR and LF
+            --start;
+        }
+        before.remove_prefix(start);
+        after.remove_prefix(start);
+        while (!before.empty() && !after.empty() && before.back() == after.back() && before.back() != u'\n') {
+            before.remove_suffix(1);
+            after.remove_suffix(1);
+        }
+        add(offset + start, before, std::u16string(after));
+    }
+
+    void add(std::size_t offset, std::u16string_view before, std::u16string after) {
+        if (before == after || !isSelected(offset, offset + before.size())) {
+            return;
+        }
+        if (!isLayout(before) || !isLayout(after)) {
+            throw std::logic_error("an edit would change more than whitespace and separators");
+        }
+        edits.push_back({offset, before.size(), std::move(after)});
+    }
+
+    static bool isLayout(std::u16string_view text) {
+        return text.find_first_not_of(u" \t\r\n,;.") == text.npos;
+    }
+
+    bool isSelected(std::size_t begin, std::size_t end) const {
+        for (const Block& block : blocks) {
+            if (begin <= block.end && block.begin <= end) {
+                begin = std::min(begin, block.begin);
+                end = std::max(end, block.end);
+            }
+        }
+        return selection.accepts(begin, end);
+    }
+
+    const GapList& gaps;
+    std::u16string_view source;
+    const EditSelection& selection;
+    std::u16string_view firstLineEnd;
+    std::vector<Block> blocks; ///< of the gap
+    Edits edits;
+};
+
+} // namespace
+
+EditSelection::EditSelection(std::u16string_view text, std::vector<LineRange> lines,
+                             const Suppression& suppression) {
+    for (const SuppressedRegion& region : suppression.regions) {
+        suppressed.push_back({region.begin, region.end});
+    }
+    if (lines.empty()) {
+        ranges.push_back({0, text.size()});
+        return;
+    }
+    std::sort(lines.begin(), lines.end(),
+              [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
+    std::vector<bool> isIn;
+    LineSplitter splitter(text);
+    std::size_t offset = 0;
+    auto range = lines.begin();
+    std::uint32_t last = 0; ///< the last line of all ranges that have started
+    bool wasIn = false;
+    for (std::uint32_t number = 1; const auto line = splitter.getNext(); ++number) {
+        for (; range != lines.end() && range->first <= number; ++range) {
+            last = std::max(last, range->last);
+        }
+        const std::size_t end = offset + line->content.size();
+        if (number <= last && wasIn) {
+            ranges.back().end = end;
+        } else if (number <= last) {
+            ranges.push_back({offset, end});
+        }
+        wasIn = number <= last;
+        offset = end + line->end.size();
+    }
+}
+
+bool EditSelection::accepts(std::size_t begin, std::size_t end) const {
+    const auto range =
+        std::upper_bound(ranges.begin(), ranges.end(), begin,
+                         [](std::size_t place, const Part& part) { return place < part.begin; });
+    if (range == ranges.begin() || (range - 1)->end < end) {
+        return false;
+    }
+    const auto region = std::partition_point(suppressed.begin(), suppressed.end(),
+                                             [&](const Part& part) { return part.end <= begin; });
+    return region == suppressed.end() || end < region->begin;
+}
+
+Result<void> checkRanges(std::u16string_view text, const std::vector<LineRange>& ranges) {
+    const auto last = std::max_element(ranges.begin(), ranges.end(),
+                                       [](const auto& a, const auto& b) { return a.first < b.first; });
+    if (last == ranges.end()) {
+        return {};
+    }
+    std::uint32_t count = 0;
+    bool isLastEmpty = false;
+    for (LineSplitter lines(text); const auto line = lines.getNext();) {
+        ++count;
+        isLastEmpty = line->content.empty() && line->end.empty();
+    }
+    if (last->first <= count) {
+        return {};
+    }
+    return fail(Code::RangeAfterEnd, fmt::format("--lines {}:{} starts after the last line ({})", last->first,
+                                                 last->last, count - (isLastEmpty ? 1 : 0)));
+}
+
+Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection) {
+    Writer writer(gaps, selection);
+    for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
+        if (choices.isChanged(gap)) {
+            writer.write(gap, choices.getText(gap));
+        }
+    }
+    return writer.take();
+}
+
+} // namespace ombrel

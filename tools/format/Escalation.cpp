@@ -1,0 +1,106 @@
+#include "format/Escalation.h"
+
+#include "format/GapText.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace ombrel {
+
+namespace {
+
+constexpr int firstKeepingStep = 2;
+constexpr int lastStep = 4;
+
+} // namespace
+
+bool Escalation::raise(const std::vector<std::size_t>& places) {
+    std::vector<std::size_t> units;
+    for (const std::size_t place : places) {
+        const std::size_t token = std::min(input.gaps.find(place), input.gaps.getCount() - 1);
+        const std::size_t unit = input.syntax.getUnit(token);
+        if (units.empty() || units.back() != unit) {
+            units.push_back(unit);
+        }
+    }
+    bool isRaised = false;
+    for (const std::size_t unit : units) {
+        isRaised = raiseUnit(unit) || isRaised;
+    }
+    return isRaised;
+}
+
+bool Escalation::raiseUnit(std::size_t unit) {
+    int& step = steps[unit];
+    if (step == lastStep) {
+        return false;
+    }
+    const std::size_t end = input.syntax.getUnitEnd(unit);
+    switch (++step) {
+    case 1:
+        for (std::size_t gap = unit; gap <= end && gap < choices.getCount(); ++gap) {
+            simplify(gap);
+        }
+        break;
+    case firstKeepingStep:
+        keepInside(unit);
+        break;
+    case lastStep:
+        if (unit > 0) {
+            keepInside(input.syntax.getUnit(unit - 1));
+            keepEdges(input.syntax.getUnit(unit - 1));
+        }
+        if (end < choices.getCount()) {
+            keepInside(end);
+            keepEdges(end);
+        }
+        break;
+    default:
+        keepEdges(unit);
+        break;
+    }
+    return true;
+}
+
+void Escalation::simplify(std::size_t gap) {
+    if (!choices.isChanged(gap)) {
+        return;
+    }
+    const std::u16string_view source = input.gaps.getText(gap);
+    const bool isBlank = source.find_first_not_of(u" \t") == source.npos;
+    if (!isBlank) {
+        choices.choose(gap, getConservativeText(input, gap));
+    } else if (input.isTrimming) {
+        choices.choose(gap, source.empty() ? u"" : u" ");
+    } else {
+        choices.chooseSource(gap);
+    }
+}
+
+void Escalation::keepInside(std::size_t unit) {
+    const std::size_t end = input.syntax.getUnitEnd(unit);
+    for (std::size_t gap = unit + 1; gap < end; ++gap) {
+        choices.chooseSource(gap);
+    }
+}
+
+void Escalation::keepEdges(std::size_t unit) {
+    choices.chooseSource(unit);
+    const std::size_t end = input.syntax.getUnitEnd(unit);
+    if (end < choices.getCount()) {
+        choices.chooseSource(end);
+    }
+}
+
+std::vector<LineRange> Escalation::getKeptLines() const {
+    std::vector<LineRange> lines;
+    for (const auto& [unit, step] : steps) {
+        if (step >= firstKeepingStep) {
+            const auto& last = input.gaps.getToken(input.syntax.getUnitEnd(unit) - 1);
+            lines.push_back({input.gaps.getToken(unit).line, last.line});
+        }
+    }
+    return lines;
+}
+
+} // namespace ombrel

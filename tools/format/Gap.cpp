@@ -1,0 +1,178 @@
+#include "format/Gap.h"
+
+#include <algorithm>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+
+bool isBlank(char16_t c) {
+    return c == u' ' || c == u'\t';
+}
+
+bool isLineEnd(char16_t c) {
+    return c == u'\n' || c == u'\r';
+}
+
+bool isLayout(char16_t c) {
+    return isBlank(c) || isLineEnd(c) || c == u',' || c == u';';
+}
+
+bool isCode(const Token& token) {
+    return !token.isWhitespace() && !isSeparator(token);
+}
+
+GapComment makeComment(const Token& token, std::size_t offset) {
+    const std::u16string_view line = token.lexeme;
+    const std::size_t indentation = std::min(line.find_first_not_of(u" \t"), line.size());
+    std::u16string_view text = line.substr(indentation);
+    text = text.substr(0, text.find_first_of(u"\r\n"));
+    return {offset + indentation, text, token.type};
+}
+
+/// Walks over one gap of a text.
+class Matcher {
+public:
+    Matcher(std::u16string_view text, std::size_t position) : text(text), position(position) {}
+
+    /// Stops behind the comment.
+    bool passComment(const Token& token) {
+        const GapComment comment = makeComment(token, 0);
+        if (isInsideBlock(token)) {
+            passLineEnd();
+            passBlanks();
+        } else {
+            passLayout(Dots::AreContinuation);
+        }
+        found = position;
+        return pass(comment.text);
+    }
+
+    /// Stops before the code token.
+    bool reach(const Token& token) {
+        passLayout(token.lexeme.starts_with(u'.') ? Dots::AreContinuationAtLineEnd : Dots::AreContinuation);
+        if (token.type == TokenType::EndOfInput) {
+            return position == text.size();
+        }
+        return text.substr(position, token.lexeme.size()) == token.lexeme;
+    }
+
+    std::size_t getPosition() const { return position; }
+    std::size_t getComment() const { return found; }
+
+private:
+    enum class Dots { AreContinuation, AreContinuationAtLineEnd };
+
+    static bool isInsideBlock(const Token& token) {
+        return token.type == TokenType::BlockCommentBody || token.type == TokenType::BlockCommentClose;
+    }
+
+    bool isAt(char16_t c) const { return position < text.size() && text[position] == c; }
+    bool isAtEndOfLine() const { return position == text.size() || isLineEnd(text[position]); }
+
+    bool pass(std::u16string_view expected) {
+        const bool isThere = text.substr(position, expected.size()) == expected;
+        position += isThere ? expected.size() : 0;
+        return isThere;
+    }
+
+    void passBlanks() {
+        while (position < text.size() && isBlank(text[position])) {
+            ++position;
+        }
+    }
+
+    void passLineEnd() {
+        position += text.substr(position, 2) == u"\r\n" ? 2 : isAt(u'\n') || isAt(u'\r') ? 1 : 0;
+    }
+
+    void passLayout(Dots dots) {
+        while (position < text.size()) {
+            if (isLayout(text[position])) {
+                ++position;
+            } else if (text.substr(position, 3) == u"..." && isContinuation(dots)) {
+                position += 3;
+                passBlanks();
+                if (!isAtEndOfLine()) { // the rest of the line is a comment, and may start with a comma
+                    return;
+                }
+            } else {
+                return;
+            }
+        }
+    }
+
+    bool isContinuation(Dots dots) const {
+        const std::size_t rest = text.find_first_not_of(u" \t", position + 3);
+        return dots == Dots::AreContinuation || rest == text.npos || isLineEnd(text[rest]);
+    }
+
+    std::u16string_view text;
+    std::size_t position;
+    std::size_t found = 0;
+};
+
+} // namespace
+
+bool isLineOfBlock(const Token& token) {
+    return TokenType::BlockCommentOpen <= token.type && token.type <= TokenType::BlockCommentClose;
+}
+
+bool isSeparator(const Token& token) {
+    return token.type == TokenType::Semicolon || token.type == TokenType::Comma;
+}
+
+GapList::GapList(const std::u16string& text, const std::vector<Token>& tokens) : text(text), tokens(tokens) {
+    std::size_t offset = 0;
+    places.reserve(tokens.size() / 2 + 1);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (isCode(tokens[i])) {
+            places.push_back({offset, i});
+        }
+        offset += tokens[i].lexeme.size();
+    }
+}
+
+std::size_t GapList::find(std::size_t offset) const {
+    const auto place = std::partition_point(places.begin(), places.end(),
+                                            [&](const Place& place) { return place.offset < offset; });
+    return static_cast<std::size_t>(place - places.begin());
+}
+
+std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap) {
+    std::vector<GapComment> comments;
+    std::size_t offset = gaps.getBegin(gap);
+    for (const Token& token : gaps.getTokens(gap)) {
+        if (token.isComment()) {
+            comments.push_back(makeComment(token, offset));
+        }
+        offset += token.lexeme.size();
+    }
+    return comments;
+}
+
+std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
+                                    std::size_t begin, std::vector<GapComment>* comments) {
+    Matcher matcher(text, begin);
+    for (const Token& token : gaps.getTokens(gap)) {
+        if (!token.isComment()) {
+            continue;
+        }
+        if (!matcher.passComment(token)) {
+            return std::nullopt;
+        }
+        if (comments != nullptr) {
+            const std::size_t offset = matcher.getComment();
+            comments->push_back({offset, text.substr(offset, matcher.getPosition() - offset), token.type});
+        }
+    }
+    if (!matcher.reach(gaps.getToken(gap))) {
+        return std::nullopt;
+    }
+    return matcher.getPosition();
+}
+
+} // namespace ombrel

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <ca/lexer/Token.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// A program is code tokens with gaps between them. A code token is all that a formatter must leave alone; a
+// gap is what it may rewrite: whitespace, line ends, commas, semicolons and continuations, with comments
+// among them. A comma or a semicolon is never a code token, whether the syntax tree knows of it or not:
+//
+//     x = [1, 2]; % why      seven code tokens, and eight gaps: the first is empty, the last two are
+//                            "; % why" and what follows it up to the end of the text
+
+namespace ombrel {
+
+/// The code tokens of a text and the gaps before them. Keeps text and tokens by reference.
+class GapList {
+public:
+    using Token = ca::lexer::Token;
+
+    GapList(const std::u16string& text, const std::vector<Token>& tokens);
+
+    /// The number of gaps, which is the number of code tokens, the end of the text among them.
+    std::size_t getCount() const { return places.size(); }
+
+    /// The code token after a gap.
+    const Token& getToken(std::size_t gap) const { return tokens[places[gap].index]; }
+
+    /// Offset of the code token after a gap, which is the end of the gap.
+    std::size_t getEnd(std::size_t gap) const { return places[gap].offset; }
+
+    /// Offset of a gap.
+    std::size_t getBegin(std::size_t gap) const {
+        return gap == 0 ? 0 : places[gap - 1].offset + getToken(gap - 1).lexeme.size();
+    }
+
+    std::u16string_view getText(std::size_t gap) const {
+        return std::u16string_view(text).substr(getBegin(gap), getEnd(gap) - getBegin(gap));
+    }
+
+    /// The tokens in a gap.
+    std::span<const Token> getTokens(std::size_t gap) const {
+        const std::size_t first = gap == 0 ? 0 : places[gap - 1].index + 1;
+        return {tokens.data() + first, places[gap].index - first};
+    }
+
+    const std::u16string& getSource() const { return text; }
+
+    /// The first gap whose code token is at this offset or after it.
+    std::size_t find(std::size_t offset) const;
+
+private:
+    struct Place {
+        std::size_t offset;
+        std::size_t index; ///< in the token list
+    };
+
+    const std::u16string& text;
+    const std::vector<Token>& tokens;
+    std::vector<Place> places;
+};
+
+/// A comment in a gap: its text without the whitespace before it and without a line end.
+struct GapComment {
+    std::size_t offset; ///< in the text whose gap it is
+    std::u16string_view text;
+    ca::lexer::TokenType type;
+};
+
+/// The comments in a gap of the source, in order; each line of a block comment is one.
+std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap);
+
+/// Finds the gap in another text, in which it begins at `begin` and has the same comments, in the same order
+/// and followed by the same code token. Returns the place of that token, nothing if the text is another one.
+/// Appends the comments, with their places in that text, to `comments` if it isn't null.
+///
+/// The text is matched, never tokenized: in `elsec` an `else` and a `c` are found. Three dots before a code
+/// token that starts with one, as in `1....*2`, are a continuation if their line ends there.
+std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
+                                    std::size_t begin, std::vector<GapComment>* comments = nullptr);
+
+/// Whether a token is a line of a block comment.
+bool isLineOfBlock(const ca::lexer::Token& token);
+
+/// Whether a token is neither code nor a comment: `,` or `;`.
+bool isSeparator(const ca::lexer::Token& token);
+
+} // namespace ombrel

@@ -1,0 +1,37 @@
+#include "format/GapChoices.h"
+
+#include "format/GapText.h"
+
+#include <utility>
+
+namespace ombrel {
+
+GapChoices::GapChoices(const GapList& gaps, const GapAlignment& formatted)
+    : gaps(gaps), formatted(formatted) {
+    choices.reserve(gaps.getCount());
+    for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
+        choices.push_back(isSameText(gaps.getText(gap), formatted.getText(gap)) ? source : formatter);
+    }
+}
+
+std::u16string_view GapChoices::getText(std::size_t gap) const {
+    switch (choices[gap]) {
+    case source:
+        return gaps.getText(gap);
+    case formatter:
+        return formatted.getText(gap);
+    default:
+        return texts[choices[gap] - firstOwn];
+    }
+}
+
+void GapChoices::choose(std::size_t gap, std::u16string text) {
+    if (isSameText(gaps.getText(gap), text)) {
+        choices[gap] = source;
+        return;
+    }
+    choices[gap] = static_cast<std::uint32_t>(texts.size()) + firstOwn;
+    texts.push_back(std::move(text));
+}
+
+} // namespace ombrel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "format/GapAlignment.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+/// The text that each gap is to have: the formatter's, its own, or one made for it.
+class GapChoices {
+public:
+    /// Starts with the formatter's text for every gap. Keeps both by reference.
+    GapChoices(const GapList& gaps, const GapAlignment& formatted);
+
+    std::size_t getCount() const { return choices.size(); }
+
+    /// The chosen text. Of a gap that stays as it is in the source, it has the source's line ends; every
+    /// other has LF.
+    std::u16string_view getText(std::size_t gap) const;
+
+    /// Whether the choice isn't the text that the gap has in the source.
+    bool isChanged(std::size_t gap) const { return choices[gap] != source; }
+
+    void choose(std::size_t gap, std::u16string text);
+    void chooseSource(std::size_t gap) { choices[gap] = source; }
+
+private:
+    static constexpr std::uint32_t source = 0;
+    static constexpr std::uint32_t formatter = 1;
+    static constexpr std::uint32_t firstOwn = 2;
+
+    const GapList& gaps;
+    const GapAlignment& formatted;
+    std::vector<std::uint32_t> choices; ///< from firstOwn: a place in `texts`
+    std::vector<std::u16string> texts;
+};
+
+} // namespace ombrel

@@ -1,0 +1,423 @@
+#include "format/GapRules.h"
+
+#include "format/GapText.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+
+constexpr std::u16string_view blanks = u" \t";
+
+bool isName(const Token& token) {
+    return token.type == TokenType::NameToken27 || token.type == TokenType::NameToken28;
+}
+
+bool isNumber(const Token& token) {
+    return token.type == TokenType::NumberToken29 || token.type == TokenType::NumberToken30 ||
+           token.type == TokenType::NumberToken99 || token.type == TokenType::NumberToken100;
+}
+
+bool isLiteral(const Token& token) {
+    return token.type == TokenType::CharacterLiteral || token.type == TokenType::StringLiteral;
+}
+
+bool isClosing(const Token& token) {
+    return token.type == TokenType::CloseParenthesis || token.type == TokenType::CloseSquareBracket ||
+           token.type == TokenType::CloseBrace;
+}
+
+bool isOpening(const Token& token) {
+    return token.type == TokenType::OpenParenthesis || token.type == TokenType::OpenSquareBracket ||
+           token.type == TokenType::OpenBrace;
+}
+
+bool isTranspose(const Token& token) {
+    return token.type == TokenType::PostfixOperator43 || token.type == TokenType::PostfixOperator44;
+}
+
+/// Whether an operand can end in a token.
+bool endsOperand(const Token& token) {
+    return isName(token) || isNumber(token) || isLiteral(token) || isClosing(token) || isTranspose(token) ||
+           token.type == TokenType::EndIndex;
+}
+
+bool isSign(const Token& token) {
+    return token.type == TokenType::PlusMinusOperator51 || token.type == TokenType::PlusMinusOperator52;
+}
+
+bool isShellLine(const Token& token) {
+    return token.type == TokenType::Unmeasured33;
+}
+
+bool isWordCharacter(char16_t c) {
+    return (u'a' <= c && c <= u'z') || (u'A' <= c && c <= u'Z') || (u'0' <= c && c <= u'9') || c == u'_';
+}
+
+/// Whether two tokens with nothing between them would be read as others.
+bool mayNotTouch(const Token& first, const Token& second) {
+    if (first.lexeme.empty() || second.lexeme.empty()) {
+        return false;
+    }
+    const char16_t last = first.lexeme.back();
+    const char16_t next = second.lexeme.front();
+    const bool isAfterWord = isWordCharacter(last);
+    if (isAfterWord && (isWordCharacter(next) || (isNumber(second) && next == u'.'))) {
+        return true;
+    }
+    if (isNumber(first) && last == u'.') { // the dot would go over to the operator
+        return isWordCharacter(next) ||
+               std::u16string_view(u"*/\\^'.").find(next) != std::u16string_view::npos;
+    }
+    if (second.type == TokenType::CharacterLiteral) { // would be a transpose
+        return isAfterWord || endsOperand(first);
+    }
+    if (second.type == TokenType::At) { // would be a superclass's method
+        return isAfterWord;
+    }
+    return (last == u'"' && next == u'"') || (next == u'=' && (last == u'~' || last == u'=' || last == u'<'));
+}
+
+/// `a .b` is the field of a value, and `a.b` a name with a dot in it.
+bool joinsField(const GapList& gaps, std::size_t gap) {
+    const Token& next = gaps.getToken(gap);
+    if (next.type == TokenType::Dot) {
+        return isName(gaps.getToken(gap - 1)) && isName(gaps.getToken(gap + 1));
+    }
+    return gaps.getToken(gap - 1).type == TokenType::Dot && gap >= 2 && isName(gaps.getToken(gap - 2)) &&
+           isName(next) && gaps.getText(gap - 1).empty();
+}
+
+/// Words, quotes and dots that would run together get a space.
+std::u16string separate(const GapList& gaps, std::size_t gap, std::u16string text) {
+    const Token& previous = gaps.getToken(gap - 1);
+    const bool isLost = text.empty() && !gaps.getText(gap).empty();
+    if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsField(gaps, gap))) {
+        return u" ";
+    }
+    const bool wouldHaveFourDots = previous.lexeme.ends_with(u'.') || previous.type == TokenType::CommandWord;
+    return text.starts_with(u"...") && wouldHaveFourDots ? u" " + text : text;
+}
+
+/// Whether a command's word has a quote that nothing on its line closes: what is joined to its line could.
+bool hasUnclosedQuote(std::u16string_view word) {
+    char16_t open = 0;
+    for (const char16_t c : word) {
+        if (open == 0 && (c == u'\'' || c == u'"')) {
+            open = c;
+        } else if (c == open) {
+            open = 0;
+        }
+    }
+    return open != 0;
+}
+
+std::ptrdiff_t countLineEnds(std::u16string_view layout) {
+    return std::count(layout.begin(), layout.end(), u'\n');
+}
+
+/// Whether the layout of a gap ends at the start of a line.
+bool endsAtLineStart(std::u16string_view layout) {
+    const std::size_t last = layout.find_last_not_of(blanks);
+    return last != layout.npos && layout[last] == u'\n';
+}
+
+/// Whether nothing but whitespace, separators and a comment are left on the line, with no continuation.
+bool startsWithLineEnd(std::u16string_view layout) {
+    const std::size_t first = layout.find_first_not_of(u" \t,;");
+    return first != layout.npos && (layout[first] == u'\n' || layout[first] == u'%');
+}
+
+class Rules {
+public:
+    Rules(const GapRuleInput& input, GapChoices& choices)
+        : input(input), gaps(input.gaps), syntax(input.syntax), choices(choices) {}
+
+    void run() {
+        for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
+            if (choices.isChanged(gap)) {
+                repair(gap);
+            }
+        }
+        for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
+            if (choices.isChanged(gap)) {
+                settle(gap);
+            }
+        }
+        for (std::size_t gap = 1; gap < gaps.getCount(); ++gap) {
+            if (choices.isChanged(gap)) {
+                lookAtNeighbours(gap);
+            }
+        }
+    }
+
+private:
+    const Token& getPrevious(std::size_t gap) const { return gaps.getToken(gap - 1); }
+    const Token& getNext(std::size_t gap) const { return gaps.getToken(gap); }
+
+    std::u16string getSource(std::size_t gap) const { return getLayout(gaps, gap, gaps.getText(gap)); }
+    std::u16string getChosen(std::size_t gap) const { return getLayout(gaps, gap, choices.getText(gap)); }
+
+    void keep(std::size_t gap) {
+        choices.choose(gap, separate(gaps, gap, getKeptText(gaps, gap, input.isTrimming)));
+    }
+    void doNotBreak(std::size_t gap) { choices.choose(gap, getConservativeText(input, gap)); }
+
+    // The first pass: each gap by itself.
+
+    void repair(std::size_t gap) {
+        if (gap == 0) {
+            return;
+        }
+        if (const auto literal = syntax.getLiteral(gap)) {
+            repairRow(gap, *literal);
+        } else if (joinsShellLine(gap) || joinsUnclosedQuote(gap) || separatesFromHeader(gap)) {
+            doNotBreak(gap);
+            if (joinsUnclosedQuote(gap)) { // by trimming a continuation
+                keep(gap);
+            }
+        }
+        const std::u16string_view text = choices.getText(gap);
+        if (text.empty() || text.starts_with(u"...")) {
+            choices.choose(gap, separate(gaps, gap, std::u16string(text)));
+        }
+    }
+
+    /// The separators of rows stay, and so do those that are elements:
+    ///
+    ///     [1; 2]      the formatter writes [1 2 ]
+    ///     {1;; , 2}   the second and third row are a `;` and a `,`
+    ///
+    /// A single comma between elements may go, and so may line ends and what separates nothing next to the
+    /// literal's brackets. A `;` before `}` stays: the formatter gives it the width of a space only as long
+    /// as it is there, so that the lines would be broken in another way the next time.
+    void repairRow(std::size_t gap, std::size_t literal) {
+        const std::u16string source = getSource(gap);
+        const std::u16string separators = getSeparators(source);
+        const bool isSame = separators == getSeparators(getChosen(gap));
+        if (isSame) {
+            dropSpaceAfterComment(gap, source, separators);
+        } else if (!mayLose(gap, separators)) {
+            keep(gap);
+            keepOpening(literal);
+            literalsWithRows.insert(literal);
+            if (separators.find(u'\n') != separators.npos) {
+                rowEnds.push_back(gap);
+            }
+            return;
+        }
+        if (isClosing(getNext(gap)) && literalsWithRows.contains(literal) &&
+            source.find(u'%') == source.npos) {
+            keep(gap);
+        }
+    }
+
+    bool mayLose(std::size_t gap, std::u16string_view separators) const {
+        if (isOpening(getPrevious(gap))) {
+            return separators.find_first_of(u",;") == separators.npos;
+        }
+        if (!isClosing(getNext(gap))) {
+            return separators == u",";
+        }
+        const bool isBrace = getNext(gap).type == TokenType::CloseBrace;
+        const std::size_t first = separators.find_first_of(u",;");
+        const bool isAlone = first == separators.find_last_of(u",;");
+        return isAlone && (!isBrace || first == separators.npos || separators[first] == u',');
+    }
+
+    /// The line end after the opening bracket of a literal stays if those of its rows do.
+    void keepOpening(std::size_t literal) {
+        const std::size_t gap = literal + 1;
+        if (choices.isChanged(gap) && getSource(gap).find(u'%') == std::u16string::npos) {
+            keep(gap);
+        }
+    }
+
+    /// The formatter takes a row's last comma and what follows it for one gap, and the end of the row for
+    /// another one, which trimming makes a space. After a comment that is the start of a line, and the row
+    /// would move right each time.
+    void dropSpaceAfterComment(std::size_t gap, std::u16string_view source, std::u16string_view separators) {
+        const std::size_t comma = std::min(separators.find_first_of(u",;"), separators.size());
+        const bool endsRow = separators.substr(comma).starts_with(u',') && !syntax.hasElement(gap) &&
+                             (separators.find(u'\n', comma) != separators.npos ||
+                              getNext(gap).type == TokenType::CloseSquareBracket);
+        const std::u16string_view text = choices.getText(gap);
+        if (input.isTrimming && endsRow && source.find(u'%') != source.npos && text.ends_with(u' ') &&
+            getNext(gap).type != TokenType::CloseBrace) {
+            choices.choose(gap, std::u16string(text.substr(0, text.size() - 1)));
+        }
+    }
+
+    /// Whether the gap would put something on the line of a shell line, which reaches to the line's end.
+    bool joinsShellLine(std::size_t gap) const {
+        return (isShellLine(getPrevious(gap)) && !startsWithLineEnd(getChosen(gap)) &&
+                getNext(gap).type != TokenType::EndOfInput) ||
+               (isShellLine(getNext(gap)) && !endsAtLineStart(getChosen(gap)));
+    }
+
+    bool joinsUnclosedQuote(std::size_t gap) const {
+        return getPrevious(gap).type == TokenType::CommandWord && hasUnclosedWord(gap) &&
+               countLineEnds(getChosen(gap)) < countLineEnds(getSource(gap));
+    }
+
+    bool hasUnclosedWord(std::size_t gap) const {
+        for (std::size_t token = gap; token-- > 0 && gaps.getToken(token).type == TokenType::CommandWord;) {
+            if (hasUnclosedQuote(gaps.getToken(token).lexeme)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// A statement that follows the header of its block directly is never a command, and does not count as
+    /// one that sets a variable. With a separator before it, it would be both.
+    bool separatesFromHeader(std::size_t gap) const {
+        const Token& next = getNext(gap);
+        return syntax.isStatementStart(gap) && (isName(next) || next.type == TokenType::OpenSquareBracket) &&
+               !isStartOfStatement(gap) && getSeparators(getSource(gap)).empty() &&
+               !getSeparators(getChosen(gap)).empty();
+    }
+
+    /// Whether the tokenizer lets a statement start after the token before a gap, without any separator.
+    bool isStartOfStatement(std::size_t gap) const {
+        switch (getPrevious(gap).type) {
+        case TokenType::SecondaryKeyword9:
+        case TokenType::OpeningKeyword13:
+        case TokenType::SecondaryKeyword16:
+        case TokenType::SecondaryIndentedKeyword19:
+        case TokenType::OpeningKeyword25:
+        case TokenType::End:
+            return true;
+        case TokenType::CloseParenthesis:
+            return isAllInParentheses(syntax.getUnit(gap - 1) + 1, gap - 1);
+        default:
+            return false;
+        }
+    }
+
+    /// Whether one pair of parentheses is around all tokens from `first` to `last`.
+    bool isAllInParentheses(std::size_t first, std::size_t last) const {
+        int depth = 0;
+        for (std::size_t token = first; token < last; ++token) {
+            depth += isOpening(gaps.getToken(token)) ? 1 : isClosing(gaps.getToken(token)) ? -1 : 0;
+            if (depth == 0) {
+                return false;
+            }
+        }
+        return depth == 1;
+    }
+
+    // The second pass: what the literals' rows have come to is known.
+
+    /// The formatter measures a literal as if its rows were on one line. If they stay on lines of their own,
+    /// breaking the operators after it would serve nothing.
+    void settle(std::size_t gap) {
+        while (nextRowEnd < rowEnds.size() && rowEnds[nextRowEnd] < gap) {
+            unitWithRows = syntax.getUnit(rowEnds[nextRowEnd++]);
+        }
+        if (unitWithRows && syntax.getUnit(gap) == *unitWithRows && breaksOperator(gap)) {
+            choices.choose(gap, u" ");
+        }
+    }
+
+    /// Whether the formatter breaks a line in a gap that has no continuation and no comment.
+    bool breaksOperator(std::size_t gap) const {
+        const std::u16string chosen = getChosen(gap);
+        return chosen.find(u"...") != chosen.npos && chosen.find(u'%') == chosen.npos &&
+               getSource(gap).find(u"...") == std::u16string::npos;
+    }
+
+    // The third pass: gaps that depend on each other.
+
+    void lookAtNeighbours(std::size_t gap) {
+        lookAtOperator(gap - 1);
+        lookAtOperator(gap);
+        lookAtEndIndex(gap - 1);
+        lookAtEndIndex(gap);
+    }
+
+    void lookAtOperator(std::size_t token) {
+        if (token == 0 || token + 1 >= gaps.getCount()) {
+            return;
+        }
+        if (syntax.isSuperclassAt(token)) {
+            balanceAt(token);
+        } else if (isSign(gaps.getToken(token)) && syntax.getLiteral(token)) {
+            keepSign(token);
+        }
+    }
+
+    /// `name@Super` has spaces on both sides of its @ or on none.
+    void balanceAt(std::size_t token) {
+        const bool isEmptyBefore = choices.getText(token).empty();
+        if (isEmptyBefore != choices.getText(token + 1).empty()) {
+            choices.choose(isEmptyBefore ? token : token + 1, u" ");
+        }
+    }
+
+    /// In a literal, a sign with something before it and nothing after it starts an element, and one with
+    /// something after it doesn't.
+    void keepSign(std::size_t token) {
+        const std::u16string before = getChosen(token);
+        const bool isEmptyAfter = choices.getText(token + 1).empty();
+        if (!syntax.isPrefix(token) && !before.empty() && isEmptyAfter) {
+            choices.choose(token + 1, u" ");
+        } else if (syntax.isPrefix(token) && !isEmptyAfter && getSeparators(before).empty() &&
+                   endsOperand(getPrevious(token))) {
+            const std::u16string_view text = choices.getText(token);
+            choices.choose(token, text == u" " ? u"," : u"," + std::u16string(text));
+        }
+    }
+
+    /// An `end` that has a line for itself closes a block. So the index of that name may not be left alone by
+    /// a line break before it.
+    void lookAtEndIndex(std::size_t token) {
+        if (token == 0 || gaps.getToken(token).type != TokenType::EndIndex || !choices.isChanged(token) ||
+            token + 1 >= gaps.getCount()) {
+            return;
+        }
+        const std::u16string before = getChosen(token);
+        if (endsAtLineStart(before) && before.find(u'%') == before.npos &&
+            startsWithLineEnd(getChosen(token + 1))) {
+            choices.choose(token, u" ");
+        }
+    }
+
+    const GapRuleInput& input;
+    const GapList& gaps;
+    const SyntaxContext& syntax;
+    GapChoices& choices;
+    std::unordered_set<std::size_t> literalsWithRows; ///< whose rows the formatter would have joined
+    std::vector<std::size_t> rowEnds;                 ///< line ends that it would have taken from these
+    std::size_t nextRowEnd = 0;
+    std::optional<std::size_t> unitWithRows; ///< the unit of the row ends before a gap
+};
+
+} // namespace
+
+void repairGaps(const GapRuleInput& input, GapChoices& choices) {
+    Rules(input, choices).run();
+}
+
+std::u16string getConservativeText(const GapRuleInput& input, std::size_t gap) {
+    const std::u16string source = getLayout(input.gaps, gap, input.gaps.getText(gap));
+    if (const GapAlignment* unbroken = input.getUnbroken()) {
+        const std::u16string_view text = unbroken->getText(gap);
+        if (getSeparators(getLayout(input.gaps, gap, text)) == getSeparators(source)) {
+            return gap == 0 ? std::u16string(text) : separate(input.gaps, gap, std::u16string(text));
+        }
+    }
+    std::u16string kept = getKeptText(input.gaps, gap, input.isTrimming);
+    return gap == 0 ? kept : separate(input.gaps, gap, std::move(kept));
+}
+
+} // namespace ombrel

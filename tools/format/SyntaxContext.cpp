@@ -1,0 +1,151 @@
+#include "format/SyntaxContext.h"
+
+#include <lf/astapi/visitFields.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace ombrel {
+
+using ca::astapi::CA;
+using ca::lexer::TokenType;
+using lf::astapi::NodeKind;
+using SyntaxNode = lf::astapi::Node<CA>;
+using SyntaxList = lf::astapi::NodeList<CA>;
+
+namespace {
+
+constexpr std::int32_t superclassOperator = 20;
+
+bool isListOfStatements(std::string_view field) {
+    return field == "statements" || field == "body" || field == "members" || field == "argumentsBlocks" ||
+           field == "cases";
+}
+
+bool isWordOfBlock(TokenType type) {
+    return type == TokenType::End || type == TokenType::SecondaryKeyword9 ||
+           type == TokenType::SecondaryKeyword10 || type == TokenType::SecondaryKeyword16 ||
+           type == TokenType::SecondaryIndentedKeyword18 || type == TokenType::SecondaryIndentedKeyword19;
+}
+
+} // namespace
+
+/// Visits every node once and sets the flags of its tokens, without recursion.
+class SyntaxContext::Walk {
+public:
+    Walk(const GapList& gaps, std::vector<std::uint8_t>& flags) : gaps(gaps), flags(flags) {}
+
+    void run(const SyntaxNode& root) {
+        work.push_back(&root);
+        while (!work.empty()) {
+            const SyntaxNode& node = *work.back();
+            work.pop_back();
+            look(node);
+            lf::astapi::visitFields(node, *this);
+        }
+    }
+
+    void child(const char*, const SyntaxNode* node) {
+        if (node != nullptr) {
+            work.push_back(node);
+        }
+    }
+
+    void list(const char* name, const SyntaxList& nodes) {
+        const bool areStatements = isListOfStatements(name);
+        for (const SyntaxNode* node : nodes) {
+            if (areStatements) {
+                set(gaps.find(node->position), statementStart);
+            }
+            child(name, node);
+        }
+    }
+
+    void words(const char*, const SyntaxList&) {}
+    void number(const char*, std::int32_t) {}
+    void flag(const char*, bool) {}
+    void text(const char*, std::u16string_view) {}
+
+    void validation(const char* name, const lf::astapi::ValidationSpec<CA>* spec) {
+        if (spec != nullptr) {
+            list(name, spec->dimensions);
+            child(name, spec->classType);
+            list(name, spec->validators);
+        }
+    }
+
+private:
+    void set(std::size_t token, Flag flag) { flags[token] |= flag; }
+
+    void look(const SyntaxNode& node) {
+        if (node.kind == NodeKind::MatrixLiteral || node.kind == NodeKind::CellLiteral) {
+            set(gaps.find(node.position), literalOpening);
+        } else if (node.kind == NodeKind::TokenLeaf2) {
+            set(gaps.find(node.position), elementInGap);
+        } else if (node.kind == NodeKind::UnaryOperation) {
+            // of a postfix operator this is the operand, of which nobody asks
+            set(gaps.find(node.position), prefix);
+        } else if (node.kind == NodeKind::BinaryOperation) {
+            lookAtOperation(lf::astapi::as<lf::astapi::BinaryOperation>(node));
+        }
+    }
+
+    void lookAtOperation(const lf::astapi::BinaryOperation<CA>& node) {
+        if (node.operatorNumber == superclassOperator) {
+            set(gaps.find(node.right->position) - 1, superclassAt);
+        }
+    }
+
+    const GapList& gaps;
+    std::vector<std::uint8_t>& flags;
+    std::vector<const SyntaxNode*> work;
+};
+
+SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flags(gaps.getCount()) {
+    Walk(gaps, flags).run(root);
+    findLiterals(gaps);
+    findUnits(gaps);
+}
+
+void SyntaxContext::findLiterals(const GapList& gaps) {
+    std::vector<std::size_t> open;
+    literals.reserve(gaps.getCount());
+    for (std::size_t token = 0; token < gaps.getCount(); ++token) {
+        literals.push_back(open.empty() ? none : open.back());
+        switch (gaps.getToken(token).type) {
+        case TokenType::OpenParenthesis:
+        case TokenType::OpenSquareBracket:
+        case TokenType::OpenBrace:
+            open.push_back(has(token, literalOpening) ? token : none);
+            break;
+        case TokenType::CloseParenthesis:
+        case TokenType::CloseSquareBracket:
+        case TokenType::CloseBrace:
+            open.empty() ? void() : open.pop_back();
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+void SyntaxContext::findUnits(const GapList& gaps) {
+    for (std::size_t token = 0; token < gaps.getCount(); ++token) {
+        const TokenType type = gaps.getToken(token).type;
+        if (token == 0 || has(token, statementStart) || isWordOfBlock(type) ||
+            type == TokenType::EndOfInput) {
+            units.push_back(token);
+        }
+    }
+}
+
+std::size_t SyntaxContext::getUnit(std::size_t token) const {
+    return *(std::upper_bound(units.begin(), units.end(), token) - 1);
+}
+
+std::size_t SyntaxContext::getUnitEnd(std::size_t unit) const {
+    const auto next = std::upper_bound(units.begin(), units.end(), unit);
+    return next == units.end() ? flags.size() : *next;
+}
+
+} // namespace ombrel
