@@ -11,7 +11,6 @@ namespace ombrel {
 /// server and scripts know a problem by its name: `NotUtf8` is "not-utf8" to them.
 enum class Code {
     NotFormatted,
-    KeptText,
 
     SyntaxError, ///< a syntax error that the host knows by a name that isn't listed here
     EmptyParentheses,

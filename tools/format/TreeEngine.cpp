@@ -122,7 +122,7 @@ private:
                     ? "this line keeps its text"
                     : fmt::format("lines {} to {} keep their text", lines.first, lines.last);
             notes.push_back(
-                {Code::KeptText, place + ": formatting it would change the program", lines.first});
+                {Code::KeptStatement, place + ": formatting it would change the program", lines.first});
         }
         return notes;
     }
