@@ -182,7 +182,7 @@ TEST(Configuration, MakesASectionByTheClassOfItsSource) {
 
 namespace {
 
-/// Counts how often it is asked for what lies underneath, which is once for each section made from it, and
+/// Counts how often it is asked for its base, which is once for each section made from it, and
 /// fails as often as told.
 class CountingSource : public JsonConfigSource {
 public:

@@ -7,7 +7,7 @@
 
 #include <random>
 
-// Golden files hold texts, one a line with its line ends escaped, and behind each its tokens: as a lexeme, a
+// Golden files hold texts, one per line with its line ends escaped, and after each its tokens: as a lexeme, a
 // colon and a number. Blanks and the end of the input are left out, and a line end is written as it is
 // escaped.
 
@@ -73,7 +73,7 @@ TEST(Lexer, TakesHalfCharactersAndControlCharacters) {
     EXPECT_EQ(describe(u"$#_a \x01`"), u" $#_:87 a:27 \\u0001`:87");
 }
 
-/// Any sequence of pieces keeps the token contract, and a text is cut alike in front of a line that starts
+/// Any sequence of pieces keeps the token contract, and a text is cut alike before a line that starts
 /// afresh.
 TEST(Lexer, KeepsTheContractForEverySoupOfPieces) {
     static constexpr std::u16string_view pieces[] = {

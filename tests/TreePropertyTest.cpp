@@ -56,7 +56,7 @@ std::u16string prepareAndFormat(const std::u16string& text, const TestOptions& o
     return formatText(prepareText(text, options), options);
 }
 
-/// Without the blank in front of `}` that only the first run leaves, where it trims `{1;}`.
+/// Without the space before `}` that only the first run leaves, where it trims `{1;}`.
 std::u16string withoutBlankInCells(std::u16string text) {
     for (std::size_t at = text.find(u" }"); at != text.npos; at = text.find(u" }", at)) {
         text.erase(at, 1);
@@ -64,7 +64,7 @@ std::u16string withoutBlankInCells(std::u16string text) {
     return text;
 }
 
-/// Without trimming a program stays the program it was, unless lines are joined behind a shell line.
+/// Without trimming a program stays the program it was, unless lines are joined after a shell line.
 void checkWithoutTrimming(const std::u16string& text, const TestOptions& options) {
     const std::u16string once = prepareAndFormat(text, options);
     if (options.lineBreaking && text.find(u'!') != text.npos) {

@@ -24,8 +24,10 @@ using ca::utils::JsonValue;
 
 constexpr FileKey fileKeys[] = {
     {"$schema", "For editors: where the schema of this file is"},
-    {"root", "Whether options files in folders above have no say (true), or lie underneath (false)"},
-    {"extends", "Options files that lie underneath, the last uppermost, by paths from this file's folder"},
+    {"root", "Whether options files in folders above are ignored (true), or the next one is the base of this "
+             "file (false)"},
+    {"extends",
+     "Options files that this file extends, by paths from its folder; later ones override earlier ones"},
     {"overrides", "Options for some of the files only; later ones win"},
 };
 

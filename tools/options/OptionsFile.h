@@ -44,7 +44,7 @@ struct Override {
 /// What one options file says. Where it is wrong there is a problem, and the rest is read all the same.
 struct OptionsFile {
     std::u16string text;
-    bool isRoot = true; ///< options files in folders above have no say
+    bool isRoot = true; ///< options files in folders above are ignored
     std::vector<Extension> extensions;
     std::vector<Setting> settings;
     std::vector<Override> overrides;
