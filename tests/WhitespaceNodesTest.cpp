@@ -21,8 +21,8 @@ std::string describeItems(const WhitespaceNode& run) {
     for (const WhitespaceItem& item : run.getItems()) {
         const bool isStart = item.kind == WhitespaceItemKind::LineStartItem;
         text += isStart && item.isBlankLine ? 'B' : "ESWPC"[static_cast<std::size_t>(item.kind)];
-        text += item.token || isStart ? "" : "!";
-        text += item.token && isStart ? "w" : "";
+        text += item.token != nullptr || isStart ? "" : "!";
+        text += item.token != nullptr && isStart ? "w" : "";
     }
     return text;
 }

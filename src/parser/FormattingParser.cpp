@@ -26,13 +26,11 @@
 #include <ca/formatting/TreeFormat.h>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <initializer_list>
-#include <limits>
-#include <memory_resource>
+#include <memory>
+#include <span>
 #include <stdexcept>
-#include <string_view>
+#include <type_traits>
 
 namespace ca::formatting {
 
@@ -120,17 +118,16 @@ bool isPrefixOperation(std::int32_t operatorNumber) {
     }
 }
 
-/// Name of the run of tokens from `first` up to `end`.
-std::pmr::u16string makeRunName(std::size_t first, std::size_t end, std::pmr::memory_resource& memory) {
-    constexpr std::string_view beforeFirst = "WhitespaceNode_T";
-    constexpr std::string_view beforeEnd = "_T";
-    constexpr std::size_t maximalDigits = std::numeric_limits<std::size_t>::digits10 + 1;
-    std::array<char, beforeFirst.size() + beforeEnd.size() + 2 * maximalDigits> name;
-    char* next = std::copy(beforeFirst.begin(), beforeFirst.end(), name.data());
-    next = std::to_chars(next, next + maximalDigits, first).ptr;
-    next = std::copy(beforeEnd.begin(), beforeEnd.end(), next);
-    next = std::to_chars(next, next + maximalDigits, end).ptr;
-    return {name.data(), next, &memory};
+/// A copy in memory of the arena.
+template <class Value>
+std::span<Value> copyTo(AstNodeAllocator& allocator, std::span<Value> values) {
+    using Plain = std::remove_const_t<Value>;
+    if (values.empty()) {
+        return {};
+    }
+    auto* copy = static_cast<Plain*>(allocator.allocate(values.size_bytes()));
+    std::uninitialized_copy(values.begin(), values.end(), copy);
+    return {copy, values.size()};
 }
 
 /// The walk. Lives as long as the constructor of the tree.
@@ -138,9 +135,7 @@ class FormattingParser {
 public:
     FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens, CommentLines commentLines)
         : allocator(&allocator), tokens(&tokens), commentLines(commentLines) {
-        const std::size_t usualNodeCount = 2 * tokens.size();
-        allocator.reserveCleanUps(usualNodeCount);
-        nodes.reserve(usualNodeCount);
+        nodes.reserve(5 * tokens.size() / 2); // more than most trees have
         programIndentNode = make<ProgramIndentNode>();
         currentIndentNode = programIndentNode;
     }
@@ -200,10 +195,10 @@ private:
         }
 
         ContainerNode* container(ContainerKind kind = ContainerKind::None) {
-            const auto first = parser.children.begin() + static_cast<std::ptrdiff_t>(firstChild);
-            ContainerNode::Children own(first, parser.children.end(), parser.allocator);
-            parser.children.erase(first, parser.children.end());
-            return parser.makeContainer(kind, std::move(own));
+            const std::span<TextNode* const> own = std::span(parser.children).subspan(firstChild);
+            const SharedChildren kept{copyTo(*parser.allocator, own)};
+            parser.children.resize(firstChild);
+            return parser.makeContainer(kind, kept);
         }
 
         /// The one child by itself where there is no other, otherwise a container around all.
@@ -259,14 +254,16 @@ private:
             hasComment = hasComment || token.isComment();
             run.push_back(&token);
         }
-        auto name = makeRunName(first, tokenIndex, *allocator);
+        classifyRun(run, items);
+        const ClassifiedRun kept{copyTo<const WhitespaceItem>(*allocator, items),
+                                 static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(tokenIndex)};
         if (hasComment && commentLines == CommentLines::Aligned) {
-            return make<AlignedCommentNode>(currentIndentNode, run, std::move(name));
+            return make<AlignedCommentNode>(currentIndentNode, kept);
         }
         if (hasComment) {
-            return make<CommentNode>(currentIndentNode, run, std::move(name));
+            return make<CommentNode>(currentIndentNode, kept);
         }
-        return make<NodeClass>(arguments..., currentIndentNode, run, std::move(name));
+        return make<NodeClass>(arguments..., currentIndentNode, kept);
     }
 
     /// Type of the next token of code. `EndOfInput`, which is one, stands last.
@@ -285,8 +282,8 @@ private:
         return makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
     }
 
-    ContainerNode* makeContainer(ContainerKind kind, ContainerNode::Children own) {
-        return make<ContainerNode>(kind, std::move(own));
+    ContainerNode* makeContainer(ContainerKind kind, const SharedChildren& own) {
+        return make<ContainerNode>(kind, own);
     }
 
     void enterIndent(IndentNode* node) { currentIndentNode = node; }
@@ -953,8 +950,9 @@ private:
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
     std::vector<FormatNode*> nodes;
-    std::vector<TextNode*> children; ///< of all rules that are at work, the innermost last
-    std::vector<const Token*> run;   ///< the run that is being taken; kept for its memory
+    std::vector<TextNode*> children;   ///< of all rules that are at work, the innermost last
+    std::vector<const Token*> run;     ///< the run that is being taken; kept for its memory
+    std::vector<WhitespaceItem> items; ///< of the run; likewise
 };
 
 } // namespace

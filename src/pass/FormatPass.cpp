@@ -1,91 +1,111 @@
+// The nodes are taken in the order in which the tree lists them, which is that of the text for leaves. A node
+// whose dependencies have run runs at once: so do nearly all. For another one a stack holds what it still
+// waits for, until that has run:
+//
+//     leaf ──waits for──► its container ──waits for──► the container around, and the levels of its gaps
+//
+// All results are in arrays by the number of the node, and what is asked of the library's own nodes most
+// often goes past their virtual operations (directCalls.h).
+
 #include "pass/FormatPass.h"
 
-#include "tree/IndentNode.h"
-#include "tree/WhitespaceNode.h"
+#include "pass/directCalls.h"
 
-#include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace ca::formatting {
 
+namespace {
+
+constexpr std::uint64_t unknownWidth = UINT64_MAX;
+
+template <class Value>
+Value getChecked(const std::optional<Value>& value) {
+    if (!value) {
+        throw std::out_of_range("unordered_map::at");
+    }
+    return *value;
+}
+
+char16_t getCharacter(FormattingConfig::IndentCharacter character) {
+    switch (character) {
+    case FormattingConfig::IndentCharacter::Space:
+        return u' ';
+    case FormattingConfig::IndentCharacter::Tab:
+        return u'\t';
+    }
+    return u'\0';
+}
+
+} // namespace
+
 FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config)
-    : tree(std::move(tree)), config(std::move(config)) {}
+    : tree(std::move(tree)), config(std::move(config)), options(*this->config),
+      results(this->tree->getNodes()) {}
 
 std::u16string FormatPass::run() {
-    const auto& nodes = tree->getNodes();
-    states.reserve(nodes.size());
-    endColumns.reserve(nodes.size());
-    breakDecisions.reserve(nodes.size() / 4); // more than most trees have: see NodeHash
-    indentations.reserve(nodes.size() / 16);
-    for (const FormatNode* node : nodes) {
-        states.emplace(node, NodeState::Untouched);
-    }
-    for (FormatNode* node : nodes) {
+    for (FormatNode* node : tree->getNodes()) {
         solve(node);
     }
     return joinLeaves();
 }
 
 /// Runs a node that is in the tree, and before it whatever it needs. A dependency that is pending when it is
-/// found stays so: it stands below on the stack, which makes a cycle, or waits for one, or isn't in the tree.
-/// So does the node itself then.
+/// found stays so: it is further down on the stack, which makes a cycle, or waits for one, or isn't in the
+/// tree. So does the node itself then.
 void FormatPass::solve(FormatNode* first) {
     start(first);
-    while (!waitingNodes.empty()) {
-        FormatNode* node = waitingNodes.back();
-        Dependencies& dependencies = pendingDependencies.at(node);
-        dropSatisfied(dependencies);
-        if (!dependencies.empty() && getState(*dependencies.begin()) == NodeState::Untouched) {
-            start(*dependencies.begin());
+    while (!waiting.empty()) {
+        const Waiting top = waiting.back();
+        dropSatisfied(top);
+        const bool isSatisfied = missing.size() == top.firstMissing;
+        if (!isSatisfied && results.getState(missing.back()) == State::Untouched) {
+            start(missing.back());
             continue;
         }
-        waitingNodes.pop_back();
-        if (dependencies.empty()) {
-            pendingDependencies.erase(node);
-            states.at(node) = NodeState::HasRun;
-            format(node);
+        missing.resize(top.firstMissing);
+        waiting.pop_back();
+        if (isSatisfied) {
+            format(top.node);
         }
     }
 }
 
 /// Runs the node if all that it needs has run, otherwise puts it on the stack. Does nothing the second time.
 void FormatPass::start(FormatNode* node) {
-    NodeState& state = states.at(node);
-    if (state != NodeState::Untouched) {
+    if (results.getState(node) != State::Untouched) {
         return;
     }
-    auto dependencies = node->getDependencies();
-    if (std::all_of(dependencies.begin(), dependencies.end(),
-                    [this](FormatNode* dependency) { return hasRun(dependency); })) {
-        state = NodeState::HasRun;
+    const std::size_t firstMissing = missing.size();
+    visitDependencies(*node, [this](FormatNode* dependency) {
+        if (!hasRun(dependency)) {
+            missing.push_back(dependency);
+        }
+    });
+    if (missing.size() == firstMissing) {
         format(node);
         return;
     }
-    state = NodeState::Pending;
-    pendingDependencies.emplace(node, std::move(dependencies));
-    waitingNodes.push_back(node);
+    results.setState(*node, State::Pending);
+    waiting.push_back({node, firstMissing});
 }
 
-/// Takes out dependencies that have run, up to one that hasn't.
-void FormatPass::dropSatisfied(Dependencies& dependencies) {
-    while (!dependencies.empty() && hasRun(*dependencies.begin())) {
-        dependencies.erase(dependencies.begin());
+/// Removes dependencies that have run, up to one that hasn't.
+void FormatPass::dropSatisfied(const Waiting& top) {
+    while (missing.size() > top.firstMissing && hasRun(missing.back())) {
+        missing.pop_back();
     }
 }
 
 /// Counts as a visit of the edge to `dependency`.
 bool FormatPass::hasRun(const FormatNode* dependency) {
     ++effort.edgesVisited;
-    return getState(dependency) == NodeState::HasRun;
-}
-
-/// What isn't in the tree never runs.
-FormatPass::NodeState FormatPass::getState(const FormatNode* node) const {
-    const auto entry = states.find(node);
-    return entry != states.end() ? entry->second : NodeState::Pending;
+    return results.getState(dependency) == State::HasRun;
 }
 
 void FormatPass::format(FormatNode* node) {
+    results.setState(*node, State::HasRun);
     ++effort.nodesRun;
     node->format(*this);
 }
@@ -93,13 +113,13 @@ void FormatPass::format(FormatNode* node) {
 std::u16string FormatPass::joinLeaves() {
     std::u16string text;
     for (auto leaf = tree->getFirstLeaf(); leaf; leaf = (*leaf)->getNext()) {
-        text += (*leaf)->getText(*this);
+        appendText(**leaf, *this, text);
     }
     return text;
 }
 
 std::uint64_t FormatPass::getEndColumn(const LeafNode& leaf) const {
-    return endColumns.at(&leaf);
+    return getChecked(results.findValue(leaf));
 }
 
 std::uint64_t FormatPass::getPreviousEndColumn(const LeafNode& leaf) const {
@@ -107,29 +127,67 @@ std::uint64_t FormatPass::getPreviousEndColumn(const LeafNode& leaf) const {
     return previous ? getEndColumn(**previous) : 0;
 }
 
-std::u16string FormatPass::getIndentation(const IndentNode& level) const {
-    return indentations.at(&level);
+const std::u16string& FormatPass::findIndentation(const IndentNode& level) const {
+    return *indentations[getChecked(results.findValue(level))];
 }
 
-std::u16string FormatPass::getLeafIndentation(const LeafNode& leaf) const {
+const std::u16string& FormatPass::findLeafIndentation(const LeafNode& leaf) const {
+    static const std::u16string none;
     const IndentNode* level = leaf.getIndent();
-    return level != nullptr ? getIndentation(*level) : std::u16string();
+    return level != nullptr ? findIndentation(*level) : none;
+}
+
+const std::u16string& FormatPass::getLevelText() {
+    if (!levelText) {
+        const char16_t character = getCharacter(config->getIndentCharacter());
+        levelText.emplace(options.getIndentWidth(), character);
+    }
+    return *levelText;
+}
+
+bool FormatPass::isCandidate(const WhitespaceNode& gap) const {
+    return formatting::isCandidate(gap, config, options);
+}
+
+std::optional<std::uint64_t> FormatPass::measure(const TextNode& node) {
+    if (node.getExactClass() != ExactClass::Container) {
+        return measureLeaf(node, config, options);
+    }
+    if (const auto known = results.findValue(node)) {
+        return *known != unknownWidth ? known : std::nullopt;
+    }
+    std::optional<std::uint64_t> sum = 0;
+    for (const TextNode* child : static_cast<const ContainerNode&>(node).viewChildren()) {
+        const auto width = measure(*child);
+        sum = width ? std::optional(*sum + *width) : std::nullopt;
+        if (!sum) {
+            break;
+        }
+    }
+    results.storeValue(node, sum.value_or(unknownWidth));
+    return sum;
 }
 
 WhitespaceDecision FormatPass::getBreakDecision(const WhitespaceNode& gap) const {
-    return gap.isLineBreakCandidate(config) ? breakDecisions.at(&gap) : WhitespaceDecision::Preserve;
+    return isCandidate(gap) ? static_cast<WhitespaceDecision>(getChecked(results.findDecision(gap)))
+                            : WhitespaceDecision::Preserve;
 }
 
 void FormatPass::setEndColumn(const LeafNode& leaf, std::uint64_t column) {
-    endColumns.emplace(&leaf, column);
+    results.storeValue(leaf, column);
 }
 
 void FormatPass::setBreakDecision(const WhitespaceNode& gap, WhitespaceDecision decision) {
-    breakDecisions.emplace(&gap, decision);
+    results.storeDecision(gap, static_cast<std::uint32_t>(decision));
 }
 
+/// Levels share their texts, of which there are few.
 void FormatPass::setIndentation(const IndentNode& level, const std::u16string& indentation) {
-    indentations.emplace(&level, indentation);
+    const auto [entry, isNew] = indentationNumbers.try_emplace(indentation, indentations.size());
+    if (isNew) {
+        indentations.push_back(&entry->first);
+    }
+    results.storeValue(level, entry->second);
 }
 
 } // namespace ca::formatting

@@ -1,21 +1,23 @@
 #pragma once
 
 #include "config/FormattingConfig.h"
-#include "pass/NodeTable.h"
+#include "config/OptionCache.h"
+#include "pass/NodeResults.h"
 #include "tree/FormatTree.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace ca::formatting {
 
 class IndentNode;
 class LeafNode;
+class TextNode;
 class WhitespaceNode;
 
 /// What becomes of a gap where a line break may be chosen.
@@ -29,7 +31,7 @@ enum class WhitespaceDecision : std::uint32_t {
 ///
 /// The pass has no formatting rules of its own. Every node names the nodes whose results it needs; the pass
 /// runs it when those have run and keeps what it computes. The result is the same in any order that honours
-/// the dependencies, so the pass takes the nodes as the tree lists them and runs in front of each what it
+/// the dependencies, so the pass takes the nodes as the tree lists them and runs before each what it
 /// needs. Takes time and memory linear in nodes and dependencies, apart from what the nodes themselves do.
 ///
 /// One pass serves one call on one thread. It keeps tree and options alive and holds every computed result;
@@ -53,17 +55,17 @@ public:
 
     std::shared_ptr<FormattingConfig> getConfig() const { return config; }
 
-    /// Column behind the leaf.
+    /// Column after the leaf.
     std::uint64_t getEndColumn(const LeafNode& leaf) const;
 
-    /// Column behind the leaf in front of `leaf`; 0 for the first leaf and behind a line end.
+    /// Column after the leaf before `leaf`; 0 for the first leaf and after a line end.
     std::uint64_t getPreviousEndColumn(const LeafNode& leaf) const;
 
     /// What a rewritten line start at this level consists of.
-    std::u16string getIndentation(const IndentNode& level) const;
+    std::u16string getIndentation(const IndentNode& level) const { return findIndentation(level); }
 
     /// The same for the level that the leaf belongs to; empty if it has none.
-    std::u16string getLeafIndentation(const LeafNode& leaf) const;
+    std::u16string getLeafIndentation(const LeafNode& leaf) const { return findLeafIndentation(leaf); }
 
     /// `Preserve`, without a look-up, for a gap that is no candidate under the options.
     WhitespaceDecision getBreakDecision(const WhitespaceNode& gap) const;
@@ -71,6 +73,23 @@ public:
     void setEndColumn(const LeafNode& leaf, std::uint64_t column);
     void setBreakDecision(const WhitespaceNode& gap, WhitespaceDecision decision);
     void setIndentation(const IndentNode& level, const std::u16string& indentation);
+
+    // For the library's own nodes, which ask often: the same as above and as the nodes' operations, without
+    // copies.
+
+    OptionCache& getOptions() const { return options; }
+    const std::u16string& findIndentation(const IndentNode& level) const;
+    const std::u16string& findLeafIndentation(const LeafNode& leaf) const;
+
+    /// The text that one level adds to the indentation.
+    const std::u16string& getLevelText();
+
+    /// Whether a line break may be chosen at the gap.
+    bool isCandidate(const WhitespaceNode& gap) const;
+
+    /// Width of the node on one line, in 16-bit characters; empty if it can't be told. The width of a
+    /// container is computed once.
+    std::optional<std::uint64_t> measure(const TextNode& node);
 
     /// How much solving a run did.
     struct Effort {
@@ -81,27 +100,33 @@ public:
     const Effort& getEffort() const { return effort; }
 
 private:
-    enum class NodeState : std::uint8_t { Untouched, Pending, HasRun };
-    using Dependencies = std::unordered_set<FormatNode*>;
+    using State = NodeResults::State;
+
+    /// A node that waits for others: those at the end of `missing`, from the given place.
+    struct Waiting {
+        FormatNode* node;
+        std::size_t firstMissing;
+    };
 
     void solve(FormatNode* first);
     void start(FormatNode* node);
-    void dropSatisfied(Dependencies& dependencies);
+    void dropSatisfied(const Waiting& waiting);
     bool hasRun(const FormatNode* dependency);
-    NodeState getState(const FormatNode* node) const;
     void format(FormatNode* node);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
-    PassMemory memory;                   ///< of the entries of the tables that only grow
-    NodeTable<NodeState> states{memory}; ///< of all nodes of the tree
-    /// For each pending node, what it may still wait for.
-    std::unordered_map<FormatNode*, Dependencies> pendingDependencies;
-    std::vector<FormatNode*> waitingNodes; ///< a stack: each waits for the one above it
-    NodeTable<std::u16string> indentations{memory};
-    NodeTable<std::uint64_t> endColumns{memory};
-    NodeTable<WhitespaceDecision> breakDecisions{memory};
+    mutable OptionCache options;
+    std::vector<FormatNode*> missing; ///< dependencies of the waiting nodes that may not have run
+    std::vector<Waiting> waiting;     ///< a stack: each waits for the one above it
+
+    /// Values are the columns of leaves, the widths of containers, and for levels the index of a text in
+    /// `indentations`.
+    NodeResults results;
+    std::unordered_map<std::u16string, std::size_t> indentationNumbers;
+    std::vector<const std::u16string*> indentations; ///< the keys of the map, each once
+    std::optional<std::u16string> levelText;
     Effort effort;
 };
 

@@ -11,12 +11,18 @@ void AlignedCommentNode::format(FormatPass& pass) {
 }
 
 std::u16string AlignedCommentNode::getText(FormatPass& pass) const {
+    std::u16string text;
+    appendText(pass, text);
+    return text;
+}
+
+void AlignedCommentNode::appendText(FormatPass& pass, std::u16string& text) const {
     CommentMover mover = makeMover(pass);
-    return renderItems(pass, &mover);
+    appendItems(pass, &mover, text);
 }
 
 CommentMover AlignedCommentNode::makeMover(FormatPass& pass) const {
-    return {pass.getConfig()->getIndentationEnabled(), pass.getLeafIndentation(*this)};
+    return {pass.getOptions().getIndentationEnabled(), pass.findLeafIndentation(*this)};
 }
 
 } // namespace ca::formatting

@@ -15,8 +15,13 @@ public:
     void format(FormatPass& pass) override;
     std::u16string getText(FormatPass& pass) const override;
 
+    void appendText(FormatPass& pass, std::u16string& text) const;
+
 private:
     CommentMover makeMover(FormatPass& pass) const;
 };
+
+template <>
+inline constexpr ExactClass exactClassOf<AlignedCommentNode> = ExactClass::AlignedComment;
 
 } // namespace ca::formatting

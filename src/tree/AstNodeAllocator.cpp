@@ -1,6 +1,6 @@
 #include "tree/AstNodeAllocator.h"
 
-#include <new>
+#include <algorithm>
 #include <utility>
 
 namespace lf::astapi {
@@ -30,7 +30,7 @@ void* AstNodeAllocator::allocate(std::size_t size) {
     ++counters.smallRequests;
     counters.smallBytes += size;
     const std::size_t rounded = roundUp(size);
-    if (pages.empty() || usedOffset + rounded > pageSize) {
+    if (pages.empty() || usedOffset + rounded > newestSize) {
         addPage();
     }
     return pages.front().get() + std::exchange(usedOffset, usedOffset + rounded);
@@ -40,26 +40,27 @@ void AstNodeAllocator::addCleanUp(std::function<void()> cleanUp) {
     cleanUps.push_back(std::move(cleanUp));
 }
 
-/// Nothing that a node holds is aligned more strictly than the arena aligns.
-void* AstNodeAllocator::do_allocate(std::size_t size, std::size_t requiredAlignment) {
-    if (requiredAlignment > alignment) {
-        throw std::bad_alloc();
-    }
-    return allocate(size);
-}
-
 /// All that can throw comes before the arena changes.
 void AstNodeAllocator::addPage() {
+    const std::size_t size = getNextSize();
     std::forward_list<Memory> page;
-    page.push_front(Memory(new std::byte[pageSize]));
+    page.push_front(Memory(new std::byte[size]));
     pageAddresses.push_back(page.front().get());
     if (!pages.empty()) {
-        counters.wastedBytes += pageSize - usedOffset;
+        counters.wastedBytes += newestSize - usedOffset;
     }
     ++counters.pages;
-    counters.pageBytes += pageSize;
+    counters.pageBytes += size;
     pages.splice_after(pages.before_begin(), page);
+    newestSize = size;
     usedOffset = 0;
+}
+
+/// A small arena wastes little, and a large one has few pages.
+std::size_t AstNodeAllocator::getNextSize() const {
+    constexpr std::size_t maximalSize = std::size_t{1} << 20;
+    const std::size_t wanted = std::min(counters.pageBytes / 4, maximalSize);
+    return std::max(roundUp(wanted), pageSize);
 }
 
 void* AstNodeAllocator::allocateLarge(std::size_t size) {

@@ -4,34 +4,29 @@
 #include <forward_list>
 #include <functional>
 #include <memory>
-#include <memory_resource>
 #include <vector>
 
 namespace lf::astapi {
 
-/// An arena: hands out memory from pages and takes none of it back before it dies.
+/// A bump allocator: memory is freed only when the arena is destroyed.
 ///
 /// Objects in it aren't known to the arena; those that need their destructor run register a clean-up. The
 /// arena's destructor calls all clean-ups in the order of registration and then frees the memory. A clean-up
 /// that is empty or throws ends the process. One thread at a time.
-///
-/// It is a memory resource as well, for the strings and vectors of its objects: what they free stays taken.
-class AstNodeAllocator : public std::pmr::memory_resource {
+class AstNodeAllocator {
 public:
-    /// `pageSize` is in bytes and a multiple of 8.
+    /// `pageSize` is in bytes and a multiple of 8. The first pages have this size; later ones are a quarter
+    /// of all before, up to 1 MiB.
     explicit AstNodeAllocator(std::size_t pageSize);
     AstNodeAllocator(const AstNodeAllocator&) = delete;
     AstNodeAllocator& operator=(const AstNodeAllocator&) = delete;
-    ~AstNodeAllocator() override;
+    ~AstNodeAllocator();
 
-    /// Memory of `size` bytes, aligned to 8, that lives as long as the arena. More than half a page gets a
-    /// block by itself. Throws std::bad_alloc.
+    /// Memory of `size` bytes, aligned to 8, that lives as long as the arena. More than half of the first
+    /// page gets a block by itself. Throws std::bad_alloc.
     void* allocate(std::size_t size);
 
     void addCleanUp(std::function<void()> cleanUp);
-
-    /// Makes room for as many clean-ups in all. No more than a hint.
-    void reserveCleanUps(std::size_t count) { cleanUps.reserve(count); }
 
     /// What the arena handed out and what it took for that. All sizes in bytes.
     struct Counters {
@@ -54,16 +49,12 @@ private:
         std::size_t size;
     };
 
-    void* do_allocate(std::size_t size, std::size_t alignment) override;
-    void do_deallocate(void*, std::size_t, std::size_t) override {}
-    bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override {
-        return this == &other;
-    }
-
+    std::size_t getNextSize() const;
     void addPage();
     void* allocateLarge(std::size_t size);
 
     std::size_t pageSize;
+    std::size_t newestSize = 0;            ///< of the newest page, in bytes
     std::size_t usedOffset = 0;            ///< in the newest page
     std::forward_list<Memory> pages;       ///< newest first
     std::vector<std::byte*> pageAddresses; ///< oldest first

@@ -18,7 +18,7 @@ std::u16string_view getIndentation(std::u16string_view line) {
 
 void CommentMover::step(const WhitespaceItem& item) {
     if (item.kind == WhitespaceItemKind::CommentItem) {
-        stepComment(**item.token);
+        stepComment(*item.token);
     } else {
         isBlockClosed = false;
     }

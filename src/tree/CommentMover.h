@@ -25,8 +25,9 @@ namespace ca::formatting {
 class CommentMover {
 public:
     /// Without an indentation, only line ends change: to LF.
-    CommentMover(bool isIndenting, std::u16string indentation)
-        : isIndenting(isIndenting), indentation(std::move(indentation)) {}
+    /// The indentation has to outlive the mover.
+    CommentMover(bool isIndenting, std::u16string_view indentation)
+        : isIndenting(isIndenting), indentation(indentation) {}
 
     /// To be called with each item of the run in turn. What a comment is printed as is kept until the next
     /// call.

@@ -2,7 +2,8 @@
 
 #include "pass/FormatPass.h"
 #include "tree/IndentNode.h"
-#include "tree/WhitespaceNode.h"
+
+#include <algorithm>
 
 namespace ca::formatting {
 
@@ -11,35 +12,25 @@ using LineBreakBehavior = FormattingConfig::LineBreakBehavior;
 namespace {
 
 /// The child as a gap where a line break may be chosen, null if it isn't one.
-const WhitespaceNode* getCandidate(const TextNode* child, const std::shared_ptr<FormattingConfig>& config) {
-    const WhitespaceNode* whitespace = child->asWhitespace();
-    return whitespace != nullptr && whitespace->isLineBreakCandidate(config) ? whitespace : nullptr;
-}
-
-void decideAllCandidates(const ContainerNode::Children& children, FormatPass& pass,
-                         WhitespaceDecision decision) {
-    const auto config = pass.getConfig();
-    for (const TextNode* child : children) {
-        if (const WhitespaceNode* candidate = getCandidate(child, config)) {
-            pass.setBreakDecision(*candidate, decision);
-        }
-    }
+const WhitespaceNode* getCandidate(const TextNode& child, FormatPass& pass) {
+    const WhitespaceNode* whitespace = child.asWhitespace();
+    return whitespace != nullptr && pass.isCandidate(*whitespace) ? whitespace : nullptr;
 }
 
 /// Fills lines with one candidate in hand, the last one seen, whose decision waits until it is known whether
-/// what stands behind it still fits.
+/// what comes after it still fits.
 class LineFiller {
 public:
     LineFiller(FormatPass& pass, std::uint64_t startColumn)
-        : pass(pass), config(pass.getConfig()), limit(config->getColumnLimit()), column(startColumn) {}
+        : pass(pass), limit(pass.getOptions().getColumnLimit()), column(startColumn) {}
 
     void add(const TextNode& child) {
-        if (const WhitespaceNode* candidate = getCandidate(&child, config)) {
+        if (const WhitespaceNode* candidate = getCandidate(child, pass)) {
             finish();
             pending = candidate;
             pendingColumn = column;
         }
-        const auto width = child.getInlineWidth(config);
+        const auto width = pass.measure(child);
         column += width.value_or(0);
         const bool fits = width && column <= limit;
         if (!fits && pending != nullptr) {
@@ -47,7 +38,7 @@ public:
         }
     }
 
-    /// Nothing overflowed behind the candidate in hand.
+    /// Nothing overflowed after the candidate in hand.
     void finish() {
         if (pending != nullptr) {
             pass.setBreakDecision(*pending, WhitespaceDecision::NoLineBreak);
@@ -56,16 +47,15 @@ public:
     }
 
 private:
-    /// What stands behind the candidate moves to a line of its own.
+    /// What comes after the candidate moves to a line of its own.
     void breakLine() {
         pass.setBreakDecision(*pending, WhitespaceDecision::LineBreak);
-        column -= pendingColumn + pending->getInlineWidth(config).value_or(0);
-        column += pass.getLeafIndentation(*pending).size();
+        column -= pendingColumn + pass.measure(*pending).value_or(0);
+        column += pass.findLeafIndentation(*pending).size();
         pending = nullptr;
     }
 
     FormatPass& pass;
-    std::shared_ptr<FormattingConfig> config;
     std::uint64_t limit;
     std::uint64_t column;
     const WhitespaceNode* pending = nullptr;
@@ -74,9 +64,29 @@ private:
 
 } // namespace
 
-ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, Children ownChildren)
-    : kind(kind), children(std::move(ownChildren)) {
-    for (TextNode* child : children) {
+ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children)
+    : TextNode(Family::Container), kind(kind), childCount(static_cast<std::uint32_t>(children.size())) {
+    auto** copy = new TextNode*[children.size()];
+    std::copy(children.begin(), children.end(), copy);
+    this->children = copy;
+    setOwnMemory();
+    adoptChildren();
+}
+
+ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const SharedChildren& children)
+    : TextNode(Family::Container), kind(kind), childCount(static_cast<std::uint32_t>(children.nodes.size())),
+      children(children.nodes.data()) {
+    adoptChildren();
+}
+
+ContainerNode::~ContainerNode() {
+    if (hasOwnMemory()) {
+        delete[] children;
+    }
+}
+
+void ContainerNode::adoptChildren() {
+    for (TextNode* child : viewChildren()) {
         child->setParent(this);
     }
 }
@@ -84,13 +94,13 @@ ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, Children ownC
 std::unordered_set<FormatNode*> ContainerNode::getDependencies() const {
     std::unordered_set<FormatNode*> dependencies;
     dependencies.max_load_factor(fewNodesLoadFactor);
-    if (parent) {
+    if (const auto parent = getParent()) {
         dependencies.insert(*parent);
     }
     if (const auto before = getLeafBefore()) {
         dependencies.insert(*before);
     }
-    for (const TextNode* child : children) {
+    for (const TextNode* child : viewChildren()) {
         if (const WhitespaceNode* whitespace = child->asWhitespace()) {
             dependencies.insert(whitespace->getIndent());
         }
@@ -99,22 +109,29 @@ std::unordered_set<FormatNode*> ContainerNode::getDependencies() const {
 }
 
 void ContainerNode::format(FormatPass& pass) {
-    if (pass.getConfig()->getLineBreakingEnabled() && kind != FormattingConfig::ContainerKind::None) {
+    if (pass.getOptions().getLineBreakingEnabled() && kind != FormattingConfig::ContainerKind::None) {
         decideLineBreaks(pass);
     } else {
-        decideAllCandidates(children, pass, WhitespaceDecision::Preserve);
+        decideAllCandidates(pass, WhitespaceDecision::Preserve);
+    }
+}
+
+void ContainerNode::decideAllCandidates(FormatPass& pass, WhitespaceDecision decision) const {
+    for (const TextNode* child : viewChildren()) {
+        if (const WhitespaceNode* candidate = getCandidate(*child, pass)) {
+            pass.setBreakDecision(*candidate, decision);
+        }
     }
 }
 
 void ContainerNode::decideLineBreaks(FormatPass& pass) const {
-    switch (pass.getConfig()->getLineBreakBehavior(kind)) {
+    switch (pass.getOptions().getLineBreakBehavior(kind)) {
     case LineBreakBehavior::SeparateLines:
-        decideAllCandidates(children, pass, WhitespaceDecision::LineBreak);
+        decideAllCandidates(pass, WhitespaceDecision::LineBreak);
         return;
     case LineBreakBehavior::AllowSingleLine:
-        decideAllCandidates(children, pass,
-                            fitsOnLine(pass) ? WhitespaceDecision::NoLineBreak
-                                             : WhitespaceDecision::LineBreak);
+        decideAllCandidates(pass, fitsOnLine(pass) ? WhitespaceDecision::NoLineBreak
+                                                   : WhitespaceDecision::LineBreak);
         return;
     case LineBreakBehavior::AllowMultiplePerLine:
         fillLines(pass);
@@ -122,8 +139,8 @@ void ContainerNode::decideLineBreaks(FormatPass& pass) const {
 }
 
 bool ContainerNode::fitsOnLine(FormatPass& pass) const {
-    const auto width = getInlineWidth(pass.getConfig());
-    return width && pass.getPreviousEndColumn(*getFirstLeaf()) + *width <= pass.getConfig()->getColumnLimit();
+    const auto width = pass.measure(*this);
+    return width && pass.getPreviousEndColumn(*getFirstLeaf()) + *width <= pass.getOptions().getColumnLimit();
 }
 
 /// Puts as many items on a line as fit, and makes no attempt to balance the lines:
@@ -132,27 +149,28 @@ bool ContainerNode::fitsOnLine(FormatPass& pass) const {
 ///         + gamma                                 + beta + gamma
 ///
 /// An inner container is measured as if it stood on one line, even if it breaks when its own turn comes. What
-/// can't be measured, a comment say, forces a break at the last candidate in front of it but adds nothing to
+/// can't be measured, a comment say, forces a break at the last candidate before it but adds nothing to
 /// the column. After an overflow with no candidate the next candidate breaks at once.
 void ContainerNode::fillLines(FormatPass& pass) const {
     LineFiller filler(pass, pass.getPreviousEndColumn(*getFirstLeaf()));
-    for (const TextNode* child : children) {
+    for (const TextNode* child : viewChildren()) {
         filler.add(*child);
     }
     filler.finish();
 }
 
 std::u16string ContainerNode::getName() const {
-    return u"ContainerNode_[" + children.front()->getName() + u"]_[" + children.back()->getName() + u"]";
+    return u"ContainerNode_[" + viewChildren().front()->getName() + u"]_[" +
+           viewChildren().back()->getName() + u"]";
 }
 
 DebugTable ContainerNode::getDebugTable() const {
-    return makeGroupTable(children, u"Container");
+    return makeGroupTable(viewChildren(), u"Container");
 }
 
 std::optional<std::uint64_t> ContainerNode::getInlineWidth(std::shared_ptr<FormattingConfig> config) const {
     std::uint64_t sum = 0;
-    for (const TextNode* child : children) {
+    for (const TextNode* child : viewChildren()) {
         const auto width = child->getInlineWidth(config);
         if (!width) {
             return std::nullopt;
@@ -163,9 +181,9 @@ std::optional<std::uint64_t> ContainerNode::getInlineWidth(std::shared_ptr<Forma
 }
 
 LeafNode* ContainerNode::getFirstLeaf() const {
-    TextNode* node = children.front();
+    TextNode* node = children[0];
     while (const ContainerNode* container = node->asContainer()) {
-        node = container->children.front();
+        node = container->children[0];
     }
     return static_cast<LeafNode*>(node);
 }

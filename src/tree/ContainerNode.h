@@ -1,26 +1,34 @@
 #pragma once
 
 #include "tree/TextNode.h"
+#include "tree/WhitespaceNode.h"
 
-#include <memory_resource>
+#include <span>
 #include <vector>
 
 namespace ca::formatting {
 
-class LeafNode;
+enum class WhitespaceDecision : std::uint32_t;
+
+/// The children of a container, in memory that outlives it.
+struct SharedChildren {
+    std::span<TextNode* const> nodes;
+};
 
 /// A group of text nodes: one construct of the source. This is where line breaks are chosen, for the gaps
 /// directly in the container; a container inside decides for itself when its turn comes.
 ///
-/// It decides when the text in front of it is settled, so it knows the column it starts in, and before any
+/// It decides when the text before it is settled, so it knows the column it starts in, and before any
 /// of its own leaves runs, so that they find the decision.
 class ContainerNode : public TextNode {
 public:
-    using Children = std::pmr::vector<TextNode*>;
+    /// Becomes the parent of each child. `children` must not be empty. The container keeps a copy of them.
+    ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children);
 
-    /// Becomes the parent of each child. `children` must not be empty. Moved in, it keeps its memory, which
-    /// must outlive the node.
-    ContainerNode(FormattingConfig::ContainerKind kind, Children children);
+    /// The same without a copy.
+    ContainerNode(FormattingConfig::ContainerKind kind, const SharedChildren& children);
+
+    ~ContainerNode() override;
 
     std::unordered_set<FormatNode*> getDependencies() const override;
     void format(FormatPass& pass) override;
@@ -28,24 +36,39 @@ public:
     DebugTable getDebugTable() const override;
     std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const override;
 
-    const ContainerNode* asContainer() const override { return this; }
+    /// A copy of the children, in text order.
+    std::vector<TextNode*> getChildren() const { return {children, children + childCount}; }
 
-    /// In text order.
-    const Children& getChildren() const { return children; }
+    /// The children themselves. Valid as long as the container.
+    std::span<TextNode* const> viewChildren() const { return {children, childCount}; }
 
     /// The leftmost leaf under this node.
     LeafNode* getFirstLeaf() const;
 
-    /// The leaf in front of the container; empty if it begins the text.
+    /// The leaf before the container; empty if it begins the text.
     std::optional<LeafNode*> getLeafBefore() const;
 
 private:
+    void adoptChildren();
+    void decideAllCandidates(FormatPass& pass, WhitespaceDecision decision) const;
     void decideLineBreaks(FormatPass& pass) const;
     void fillLines(FormatPass& pass) const;
     bool fitsOnLine(FormatPass& pass) const;
 
     FormattingConfig::ContainerKind kind;
-    Children children;
+    std::uint32_t childCount;
+    TextNode* const* children; ///< an array of this node's if hasOwnMemory()
 };
+
+template <>
+inline constexpr ExactClass exactClassOf<ContainerNode> = ExactClass::Container;
+
+inline const ContainerNode* TextNode::asContainer() const {
+    return getFamily(*this) == Family::Container ? static_cast<const ContainerNode*>(this) : nullptr;
+}
+
+inline const WhitespaceNode* TextNode::asWhitespace() const {
+    return getFamily(*this) == Family::Whitespace ? static_cast<const WhitespaceNode*>(this) : nullptr;
+}
 
 } // namespace ca::formatting

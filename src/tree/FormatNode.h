@@ -2,12 +2,29 @@
 
 #include "tree/DebugTable.h"
 
+#include <cstdint>
 #include <string>
 #include <unordered_set>
 
 namespace ca::formatting {
 
 class FormatPass;
+
+/// Which of this library's classes a node is exactly. Its operations may then be called without the table of
+/// virtual operations, and so without the sets and strings that these return. A class derived from one of
+/// them is `Other`, since it may override any operation.
+enum class ExactClass : std::uint8_t {
+    Other,
+    Indent, ///< any of the six levels
+    Container,
+    Token,
+    BinaryOperationWhitespace,
+    Comment,
+    AlignedComment,
+    LineSeparatorWhitespace,
+    NecessaryWhitespace,
+    UnnecessaryWhitespace,
+};
 
 /// A piece of a format tree. It knows how to compute its own part of the result, but not when: it names the
 /// nodes whose results it needs, and the pass calls it when those have run.
@@ -33,7 +50,43 @@ public:
 
     /// The node and everything under it as rows of a debug dump.
     virtual DebugTable getDebugTable() const = 0;
+
+    /// The node's place in the list of nodes of the tree that it was made for, from 0; `noNumber` for a node
+    /// that was made for none. A node of another tree may have the same number.
+    std::uint32_t getNumber() const { return number; }
+    static constexpr std::uint32_t noNumber = UINT32_MAX;
+
+    ExactClass getExactClass() const { return exactClass; }
+
+    /// Called once, by whoever makes the node and lists it.
+    void enlist(std::uint32_t ownNumber, ExactClass ownClass) {
+        number = ownNumber;
+        exactClass = ownClass;
+    }
+
+    /// Whether the destructor has something to free, and so has to be called.
+    bool hasOwnMemory() const { return ownsMemory; }
+
+protected:
+    /// The branch of the class tree, which holds for derived classes too.
+    enum class Family : std::uint8_t { Other, Indent, Container, Leaf, Whitespace };
+
+    explicit FormatNode(Family family) : family(family) {}
+
+    static Family getFamily(const FormatNode& node) { return node.family; }
+    void setOwnMemory() { ownsMemory = true; }
+
+private:
+    // All of this has room beside the pointer to the table of virtual operations, in 16 bytes.
+    std::uint32_t number = noNumber;
+    ExactClass exactClass = ExactClass::Other;
+    Family family = Family::Other;
+    bool ownsMemory = false;
 };
+
+/// The exact class that a node of the given class has; each class of the library has its own.
+template <class NodeClass>
+inline constexpr ExactClass exactClassOf = ExactClass::Other;
 
 /// So many nodes to a bucket: a set of a few, which nearly all are, needs no table of buckets then, and
 /// taking one would cost more than all that is done with the set.

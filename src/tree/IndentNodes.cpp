@@ -1,7 +1,5 @@
 #include "tree/IndentNodes.h"
 
-#include "tree/DebugText.h"
-
 #include <ca/astapi/CA.h>
 #include <lf/astapi/Nodes.h>
 
@@ -13,15 +11,12 @@ namespace {
 
 using Style = FormattingConfig::FunctionIndentStyle;
 
-std::u16string makeName(std::u16string_view prefix, const lf::astapi::Node<CA>& node) {
-    auto stream = makeDebugStream();
-    stream << prefix;
-    writePlace(stream, node.getLine(), node.getColumn());
-    return stream.str();
+LevelLabel makeLabel(const char16_t* text, const lf::astapi::Node<CA>& node) {
+    return {text, static_cast<std::uint32_t>(node.getLine()), static_cast<std::uint32_t>(node.getColumn())};
 }
 
-std::u16string makeContentsName(const lf::astapi::Node<CA>& function) {
-    return makeName(u"FunctionContentsIndent", function);
+LevelLabel makeContentsLabel(const lf::astapi::Node<CA>& function) {
+    return makeLabel(u"FunctionContentsIndent", function);
 }
 
 IndentChange addLevelIf(bool condition) {
@@ -30,7 +25,7 @@ IndentChange addLevelIf(bool condition) {
 
 } // namespace
 
-ProgramIndentNode::ProgramIndentNode() : IndentNode(u"ProgramIndent") {}
+ProgramIndentNode::ProgramIndentNode() : IndentNode(LevelLabel{u"ProgramIndent"}) {}
 
 DebugTable ProgramIndentNode::getDebugTable() const {
     return makeGroupTable(getMembers(), u"Program");
@@ -42,7 +37,7 @@ IndentChange ProgramIndentNode::getIndentChange(std::shared_ptr<FormattingConfig
 
 ExpressionIndentNode::ExpressionIndentNode(IndentNode* parent,
                                            const lf::astapi::BinaryOperation<CA>& operation)
-    : IndentNode(parent, makeName(u"ExpressionIndent", operation)) {}
+    : IndentNode(parent, makeLabel(u"ExpressionIndent", operation)) {}
 
 DebugTable ExpressionIndentNode::getDebugTable() const {
     return makeGroupTable(getMembers(), u"Expression");
@@ -52,8 +47,48 @@ IndentChange ExpressionIndentNode::getIndentChange(std::shared_ptr<FormattingCon
     return IndentChange::AddLevel;
 }
 
-StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent, const lf::astapi::Node<CA>& block)
-    : IndentNode(parent, makeName(u"StatementBlockIndent", block)) {}
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::IfStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::ElseifBlock> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::ElseBlock> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::ForStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::ParforStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::WhileStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::SpmdStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::TryStatement> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::CatchBlock> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::CaseSelection> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
+
+StatementBlockIndentNode::StatementBlockIndentNode(IndentNode* parent,
+                                                   BlockNode<lf::astapi::OtherwiseBlock> block)
+    : IndentNode(parent, makeLabel(u"StatementBlockIndent", block)) {}
 
 DebugTable StatementBlockIndentNode::getDebugTable() const {
     return makeGroupTable(getMembers(), u"StatementBlock");
@@ -63,7 +98,8 @@ IndentChange StatementBlockIndentNode::getIndentChange(std::shared_ptr<Formattin
     return IndentChange::AddLevel;
 }
 
-SwitchContentsIndentNode::SwitchContentsIndentNode(IndentNode* parent) : IndentNode(parent, u"") {}
+SwitchContentsIndentNode::SwitchContentsIndentNode(IndentNode* parent)
+    : IndentNode(parent, LevelLabel{u""}) {}
 
 /// This label, alone of the six, is the whole name of the class.
 DebugTable SwitchContentsIndentNode::getDebugTable() const {
@@ -76,11 +112,11 @@ IndentChange SwitchContentsIndentNode::getIndentChange(std::shared_ptr<Formattin
 
 FunctionContentsIndentNode::FunctionContentsIndentNode(IndentNode* parent,
                                                        const lf::astapi::Function<CA>& function)
-    : IndentNode(parent, makeContentsName(function)), isNested(ca::astapi::isNestedFunction(&function)) {}
+    : IndentNode(parent, makeContentsLabel(function)), isNested(ca::astapi::isNestedFunction(&function)) {}
 
 FunctionContentsIndentNode::FunctionContentsIndentNode(IndentNode* parent,
                                                        const lf::astapi::MethodDefinition<CA>& method)
-    : IndentNode(parent, makeContentsName(method)), isNested(false) {}
+    : IndentNode(parent, makeContentsLabel(method)), isNested(false) {}
 
 DebugTable FunctionContentsIndentNode::getDebugTable() const {
     return makeGroupTable(getMembers(), u"FunctionContents");
@@ -99,7 +135,7 @@ IndentChange FunctionContentsIndentNode::getIndentChange(std::shared_ptr<Formatt
 }
 
 NestedFunctionIndentNode::NestedFunctionIndentNode(IndentNode* parent, const FunctionReference& function)
-    : IndentNode(parent, makeName(u"NestedFunctionIndent", function.value())),
+    : IndentNode(parent, makeLabel(u"NestedFunctionIndent", function.value())),
       isNested(ca::astapi::isNestedFunction(function.get_ptr())) {}
 
 DebugTable NestedFunctionIndentNode::getDebugTable() const {

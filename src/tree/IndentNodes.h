@@ -10,13 +10,35 @@ struct CA;
 
 namespace lf::astapi {
 template <class Language>
+struct Node;
+template <class Language>
 struct BinaryOperation;
+template <class Language>
+struct CaseSelection;
+template <class Language>
+struct CatchBlock;
+template <class Language>
+struct ElseBlock;
+template <class Language>
+struct ElseifBlock;
+template <class Language>
+struct ForStatement;
 template <class Language>
 struct Function;
 template <class Language>
+struct IfStatement;
+template <class Language>
 struct MethodDefinition;
 template <class Language>
-struct Node;
+struct OtherwiseBlock;
+template <class Language>
+struct ParforStatement;
+template <class Language>
+struct SpmdStatement;
+template <class Language>
+struct TryStatement;
+template <class Language>
+struct WhileStatement;
 } // namespace lf::astapi
 
 namespace ca::formatting {
@@ -30,7 +52,7 @@ public:
     IndentChange getIndentChange(std::shared_ptr<FormattingConfig> config) const override;
 };
 
-/// The lines behind the first of a binary operation that is broken.
+/// The lines after the first of a binary operation that is broken.
 class ExpressionIndentNode : public IndentNode {
 public:
     ExpressionIndentNode(IndentNode* parent, const lf::astapi::BinaryOperation<ca::astapi::CA>& operation);
@@ -39,11 +61,23 @@ public:
     IndentChange getIndentChange(std::shared_ptr<FormattingConfig> config) const override;
 };
 
-/// What stands inside a block statement, or inside one of its branches.
+/// What is inside a block statement, or inside one of its branches.
 class StatementBlockIndentNode : public IndentNode {
+    template <template <class> class Block>
+    using BlockNode = const Block<ca::astapi::CA>&;
+
 public:
-    /// `block` is any of the statements and blocks with a body; functions and methods aren't.
-    StatementBlockIndentNode(IndentNode* parent, const lf::astapi::Node<ca::astapi::CA>& block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::IfStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::ElseifBlock> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::ElseBlock> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::ForStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::ParforStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::WhileStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::SpmdStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::TryStatement> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::CatchBlock> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::CaseSelection> block);
+    StatementBlockIndentNode(IndentNode* parent, BlockNode<lf::astapi::OtherwiseBlock> block);
 
     DebugTable getDebugTable() const override;
     IndentChange getIndentChange(std::shared_ptr<FormattingConfig> config) const override;
@@ -78,7 +112,7 @@ private:
     bool isNested;
 };
 
-/// A whole nested function, with the gap in front of it, against the body around it.
+/// A whole nested function, with the gap before it, against the body around it.
 class NestedFunctionIndentNode : public IndentNode {
 public:
     using FunctionReference = boost::optional<const lf::astapi::Function<ca::astapi::CA>&>;
@@ -92,5 +126,18 @@ public:
 private:
     bool isNested;
 };
+
+template <>
+inline constexpr ExactClass exactClassOf<ProgramIndentNode> = ExactClass::Indent;
+template <>
+inline constexpr ExactClass exactClassOf<ExpressionIndentNode> = ExactClass::Indent;
+template <>
+inline constexpr ExactClass exactClassOf<StatementBlockIndentNode> = ExactClass::Indent;
+template <>
+inline constexpr ExactClass exactClassOf<SwitchContentsIndentNode> = ExactClass::Indent;
+template <>
+inline constexpr ExactClass exactClassOf<FunctionContentsIndentNode> = ExactClass::Indent;
+template <>
+inline constexpr ExactClass exactClassOf<NestedFunctionIndentNode> = ExactClass::Indent;
 
 } // namespace ca::formatting

@@ -5,17 +5,17 @@
 
 namespace ca::formatting {
 
-LeafNode::LeafNode(IndentNode* indent) : indent(indent) {
-    indent->appendMember(this);
+LeafNode::LeafNode(IndentNode* indent, Family family) : TextNode(family), indent(indent) {
+    indent->linkMember(this);
 }
 
 std::unordered_set<FormatNode*> LeafNode::getDependencies() const {
     std::unordered_set<FormatNode*> dependencies;
     dependencies.max_load_factor(fewNodesLoadFactor);
-    if (previous) {
-        dependencies.insert(*previous);
+    if (previous != nullptr) {
+        dependencies.insert(previous);
     }
-    if (parent) {
+    if (const auto parent = getParent()) {
         dependencies.insert(*parent);
     }
     return dependencies;

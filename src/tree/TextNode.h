@@ -21,15 +21,21 @@ public:
 
     /// The node as a container or as a gap, null if it is none. Whoever walks over children asks this of each
     /// of them, and for that a dynamic_cast takes too long.
-    virtual const ContainerNode* asContainer() const { return nullptr; }
-    virtual const WhitespaceNode* asWhitespace() const { return nullptr; }
+    const ContainerNode* asContainer() const;
+    const WhitespaceNode* asWhitespace() const;
 
     /// The container around this node; empty for the outermost.
-    std::optional<ContainerNode*> getParent() const { return parent; }
+    std::optional<ContainerNode*> getParent() const {
+        return parent != nullptr ? std::optional(parent) : std::nullopt;
+    }
     void setParent(ContainerNode* container) { parent = container; }
 
 protected:
-    std::optional<ContainerNode*> parent;
+    TextNode() = default;
+    explicit TextNode(Family family) : FormatNode(family) {}
+
+private:
+    ContainerNode* parent = nullptr;
 };
 
 } // namespace ca::formatting

@@ -26,10 +26,7 @@ DebugTable TokenNode::getDebugTable() const {
 }
 
 std::optional<std::uint64_t> TokenNode::getInlineWidth(std::shared_ptr<FormattingConfig>) const {
-    if (token->type == ca::lexer::TokenType::Unmeasured33) {
-        return std::nullopt;
-    }
-    return token->lexeme.size();
+    return getWidth();
 }
 
 std::u16string TokenNode::getText(FormatPass&) const {

@@ -9,15 +9,14 @@ namespace {
 
 class Classifier {
 public:
-    Classifier(const std::vector<const Token*>& run, std::pmr::memory_resource* memory)
-        : run(run), items(memory) {}
+    Classifier(const std::vector<const Token*>& run, std::vector<WhitespaceItem>& items)
+        : run(run), items(items) {}
 
-    std::pmr::vector<WhitespaceItem> classify() {
-        items.reserve(run.size() + countBareLineStarts());
+    void classify() {
+        items.clear();
         for (index = 0; index < run.size(); ++index) {
             addToken();
         }
-        return std::move(items);
     }
 
 private:
@@ -42,57 +41,47 @@ private:
             addLineEnding();
             return;
         case TokenType::Whitespace:
-            addBlanks();
+            addWhitespace();
             return;
         default:
             return;
         }
     }
 
-    /// A line that holds something isn't blank, so its line start, if it has no blanks, is made here.
+    /// A line that holds something isn't blank, so its line start, if it has no whitespace, is made here.
     void addVisible(WhitespaceItemKind kind) {
         blankCarry = false;
         if (atLineStart) {
-            items.push_back({WhitespaceItemKind::LineStartItem, std::nullopt, false});
+            items.push_back({nullptr, WhitespaceItemKind::LineStartItem, false});
         }
-        items.push_back({kind, run[index], blankCarry});
+        items.push_back({run[index], kind, blankCarry});
         atLineStart = false;
     }
 
     void addLineEnding() {
-        items.push_back({WhitespaceItemKind::LineEndingItem, run[index], blankCarry});
+        items.push_back({run[index], WhitespaceItemKind::LineEndingItem, blankCarry});
         if (isLast() || isNextEndOfLine()) {
-            items.push_back({WhitespaceItemKind::LineStartItem, std::nullopt, !isLast()});
+            items.push_back({nullptr, WhitespaceItemKind::LineStartItem, !isLast()});
         }
         blankCarry = true;
         atLineStart = true;
     }
 
-    void addBlanks() {
+    void addWhitespace() {
         if (atLineStart) {
             blankCarry = !isLast() && isNextEndOfLine();
-            items.push_back({WhitespaceItemKind::LineStartItem, run[index], blankCarry});
+            items.push_back({run[index], WhitespaceItemKind::LineStartItem, blankCarry});
         } else {
-            items.push_back({WhitespaceItemKind::InlineWhitespaceItem, run[index], blankCarry});
+            items.push_back({run[index], WhitespaceItemKind::InlineWhitespaceItem, blankCarry});
         }
         atLineStart = false;
-    }
-
-    /// Lines that begin without blanks. Their line starts are the items that have no token.
-    std::size_t countBareLineStarts() const {
-        std::size_t count = 0;
-        for (std::size_t i = 0; i < run.size(); ++i) {
-            const bool areBlanksNext = i + 1 < run.size() && run[i + 1]->type == TokenType::Whitespace;
-            count += run[i]->isEndOfLine() && !areBlanksNext ? 1 : 0;
-        }
-        return count;
     }
 
     bool isLast() const { return index + 1 == run.size(); }
     bool isNextEndOfLine() const { return run[index + 1]->isEndOfLine(); }
 
     const std::vector<const Token*>& run;
-    std::pmr::vector<WhitespaceItem> items;
+    std::vector<WhitespaceItem>& items;
     std::size_t index = 0;
     bool atLineStart = false;
     bool blankCarry = false;
@@ -100,9 +89,8 @@ private:
 
 } // namespace
 
-std::pmr::vector<WhitespaceItem> classifyRun(const std::vector<const Token*>& run,
-                                             std::pmr::memory_resource* memory) {
-    return Classifier(run, memory).classify();
+void classifyRun(const std::vector<const Token*>& run, std::vector<WhitespaceItem>& items) {
+    Classifier(run, items).classify();
 }
 
 } // namespace ca::formatting

@@ -1,9 +1,15 @@
+// A gap keeps its run as items, and prints or measures them one by one. Nearly all gaps of a tree have their
+// items in the tree's arena and a name that can be made of two numbers. A gap that is made by hand has both
+// on the heap.
+
 #include "tree/WhitespaceNode.h"
 
 #include "pass/FormatPass.h"
 #include "tree/CommentMover.h"
+#include "tree/DebugText.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace ca::formatting {
@@ -11,13 +17,15 @@ namespace ca::formatting {
 namespace {
 
 const std::u16string& getLexeme(const WhitespaceItem& item) {
-    return item.token.value()->lexeme;
+    if (item.token == nullptr) {
+        throw std::bad_optional_access();
+    }
+    return item.token->lexeme;
 }
 
-/// The shared empty string serves the items that the source has nothing for.
-const std::u16string& getLexemeIfAny(const WhitespaceItem& item) {
-    static const std::u16string empty;
-    return item.token ? (*item.token)->lexeme : empty;
+/// Nothing for the items that the source has nothing for.
+std::u16string_view getLexemeIfAny(const WhitespaceItem& item) {
+    return item.token != nullptr ? std::u16string_view(item.token->lexeme) : std::u16string_view();
 }
 
 /// The answers that decide how an item is printed.
@@ -25,7 +33,7 @@ struct Rendering {
     bool trim;
     bool indentationEnabled;
     bool indentBlankLines;
-    std::u16string indentation;
+    std::u16string_view indentation;
 };
 
 void appendLineStart(std::u16string& text, const WhitespaceItem& item, const Rendering& rendering) {
@@ -60,20 +68,46 @@ void appendItem(std::u16string& text, const WhitespaceItem& item, const Renderin
 } // namespace
 
 WhitespaceNode::WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                               std::pmr::u16string name)
-    : LeafNode(indent), items(classifyRun(run, name.get_allocator().resource())), name(std::move(name)) {}
+                               std::u16string name)
+    : LeafNode(indent, Family::Whitespace) {
+    auto ownRun = std::make_unique<OwnRun>();
+    classifyRun(run, ownRun->items);
+    ownRun->name = std::move(name);
+    own = ownRun.release();
+    setOwnMemory();
+}
+
+WhitespaceNode::WhitespaceNode(IndentNode* indent, const ClassifiedRun& run)
+    : LeafNode(indent, Family::Whitespace), items(run.items.data()),
+      itemCount(static_cast<std::uint32_t>(run.items.size())), firstToken(run.firstToken),
+      endToken(run.endToken) {}
+
+WhitespaceNode::~WhitespaceNode() {
+    if (hasOwnMemory()) {
+        delete own;
+    }
+}
 
 std::unordered_set<FormatNode*> WhitespaceNode::getDependencies() const {
     return LeafNode::getDependencies();
 }
 
 std::u16string WhitespaceNode::getName() const {
-    return std::u16string(name);
+    if (hasOwnMemory()) {
+        return own->name;
+    }
+    auto stream = makeDebugStream();
+    stream << u"WhitespaceNode_T" << firstToken << u"_T" << endToken;
+    return stream.str();
+}
+
+std::span<const WhitespaceItem> WhitespaceNode::getItems() const {
+    return hasOwnMemory() ? std::span(own->items) : std::span(items, itemCount);
 }
 
 std::optional<std::uint64_t> WhitespaceNode::getOriginalWidth() const {
     std::uint64_t width = 0;
-    for (const WhitespaceItem& item : items) {
+    for (const WhitespaceItem& item : getItems()) {
         if (item.kind == WhitespaceItemKind::LineEndingItem || item.kind == WhitespaceItemKind::CommentItem) {
             return std::nullopt;
         }
@@ -84,10 +118,14 @@ std::optional<std::uint64_t> WhitespaceNode::getOriginalWidth() const {
 
 std::u16string WhitespaceNode::getOriginalText() const {
     std::u16string text;
-    for (const WhitespaceItem& item : items) {
+    appendOriginalText(text);
+    return text;
+}
+
+void WhitespaceNode::appendOriginalText(std::u16string& text) const {
+    for (const WhitespaceItem& item : getItems()) {
         text += getLexemeIfAny(item);
     }
-    return text;
 }
 
 std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass) const {
@@ -96,11 +134,11 @@ std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass) const {
 
 std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass, CommentMover* mover) const {
     std::uint64_t column = pass.getPreviousEndColumn(*this);
-    const auto config = pass.getConfig();
-    const bool trim = config->getTrimUnnecessaryWhitespace();
-    const bool indentationEnabled = config->getIndentationEnabled();
-    const std::uint64_t indentWidth = config->getIndentWidth();
-    for (const WhitespaceItem& item : items) {
+    OptionCache& options = pass.getOptions();
+    const bool trim = options.getTrimUnnecessaryWhitespace();
+    const bool indentationEnabled = options.getIndentationEnabled();
+    const std::uint64_t indentWidth = options.getIndentWidth();
+    for (const WhitespaceItem& item : getItems()) {
         if (mover != nullptr) {
             mover->step(item);
         }
@@ -127,18 +165,22 @@ std::uint64_t WhitespaceNode::computeEndColumn(FormatPass& pass, CommentMover* m
 }
 
 std::u16string WhitespaceNode::renderItems(FormatPass& pass) const {
-    return renderItems(pass, nullptr);
+    std::u16string text;
+    appendItems(pass, text);
+    return text;
 }
 
-std::u16string WhitespaceNode::renderItems(FormatPass& pass, CommentMover* mover) const {
-    std::u16string indentation = pass.getLeafIndentation(*this);
-    const auto config = pass.getConfig();
-    const bool trim = config->getTrimUnnecessaryWhitespace();
-    const bool indentationEnabled = config->getIndentationEnabled();
-    const Rendering rendering{trim, indentationEnabled, config->getIndentBlankLines(),
-                              std::move(indentation)};
-    std::u16string text;
-    for (const WhitespaceItem& item : items) {
+void WhitespaceNode::appendItems(FormatPass& pass, std::u16string& text) const {
+    appendItems(pass, nullptr, text);
+}
+
+void WhitespaceNode::appendItems(FormatPass& pass, CommentMover* mover, std::u16string& text) const {
+    const std::u16string_view indentation = pass.findLeafIndentation(*this);
+    OptionCache& options = pass.getOptions();
+    const bool trim = options.getTrimUnnecessaryWhitespace();
+    const bool indentationEnabled = options.getIndentationEnabled();
+    const Rendering rendering{trim, indentationEnabled, options.getIndentBlankLines(), indentation};
+    for (const WhitespaceItem& item : getItems()) {
         if (mover != nullptr) {
             mover->step(item);
         }
@@ -148,21 +190,21 @@ std::u16string WhitespaceNode::renderItems(FormatPass& pass, CommentMover* mover
             appendItem(text, item, rendering);
         }
     }
-    return text;
 }
 
 std::u16string WhitespaceNode::getQuotedText() const {
     std::u16string text = u"\"";
-    for (const WhitespaceItem& item : items) {
-        if (item.token) {
-            text += (*item.token)->escapeLexeme();
+    for (const WhitespaceItem& item : getItems()) {
+        if (item.token != nullptr) {
+            text += item.token->escapeLexeme();
         }
     }
     return text + u"\"";
 }
 
 bool WhitespaceNode::hasComment() const {
-    return std::any_of(items.begin(), items.end(), [](const WhitespaceItem& item) {
+    const auto all = getItems();
+    return std::any_of(all.begin(), all.end(), [](const WhitespaceItem& item) {
         return item.kind == WhitespaceItemKind::CommentItem;
     });
 }

@@ -9,11 +9,9 @@ namespace ca::formatting {
 
 namespace {
 
-using Run = std::vector<const ca::lexer::Token*>;
-
 /// What a gap that can break becomes by decision.
 struct BreakStyle {
-    std::u16string_view broken; ///< in front of the indentation
+    std::u16string_view broken; ///< before the indentation
     std::u16string_view joined;
 };
 
@@ -24,7 +22,7 @@ std::uint64_t getEndColumn(const WhitespaceNode& node, FormatPass& pass, Whitesp
                            const BreakStyle& style) {
     switch (decision) {
     case WhitespaceDecision::LineBreak:
-        return pass.getLeafIndentation(node).size();
+        return pass.findLeafIndentation(node).size();
     case WhitespaceDecision::NoLineBreak:
         return pass.getPreviousEndColumn(node) + style.joined.size();
     case WhitespaceDecision::Preserve:
@@ -33,40 +31,51 @@ std::uint64_t getEndColumn(const WhitespaceNode& node, FormatPass& pass, Whitesp
     return 0;
 }
 
-std::u16string getDecidedText(const WhitespaceNode& node, FormatPass& pass, WhitespaceDecision decision,
-                              const BreakStyle& style) {
+void appendDecidedText(const WhitespaceNode& node, FormatPass& pass, WhitespaceDecision decision,
+                       const BreakStyle& style, std::u16string& text) {
     switch (decision) {
     case WhitespaceDecision::LineBreak:
-        return std::u16string(style.broken) + pass.getLeafIndentation(node);
+        text += style.broken;
+        text += pass.findLeafIndentation(node);
+        return;
     case WhitespaceDecision::NoLineBreak:
-        return std::u16string(style.joined);
+        text += style.joined;
+        return;
     case WhitespaceDecision::Preserve:
-        return node.renderItems(pass);
+        node.appendItems(pass, text);
     }
-    return {};
 }
 
 // What a gap that can't break becomes when it is trimmed.
 constexpr std::u16string_view trimmedNecessary = u" ";
 constexpr std::u16string_view trimmedUnnecessary{};
 
-std::optional<std::uint64_t> getTrimmedWidth(const WhitespaceNode& node, const FormattingConfig& config,
+std::optional<std::uint64_t> getTrimmedWidth(const WhitespaceNode& node, bool trim,
                                              std::u16string_view trimmed) {
-    return config.getTrimUnnecessaryWhitespace() ? trimmed.size() : node.getOriginalWidth();
+    return trim ? trimmed.size() : node.getOriginalWidth();
 }
 
 std::uint64_t getTrimmedEndColumn(const WhitespaceNode& node, FormatPass& pass, std::u16string_view trimmed) {
-    if (pass.getConfig()->getTrimUnnecessaryWhitespace()) {
+    if (pass.getOptions().getTrimUnnecessaryWhitespace()) {
         return pass.getPreviousEndColumn(node) + trimmed.size();
     }
     return node.computeEndColumn(pass);
 }
 
-std::u16string getTrimmedText(const WhitespaceNode& node, FormatPass& pass, std::u16string_view trimmed) {
-    if (pass.getConfig()->getTrimUnnecessaryWhitespace()) {
-        return std::u16string(trimmed);
+void appendTrimmedText(const WhitespaceNode& node, FormatPass& pass, std::u16string_view trimmed,
+                       std::u16string& text) {
+    if (pass.getOptions().getTrimUnnecessaryWhitespace()) {
+        text += trimmed;
+    } else {
+        node.appendOriginalText(text);
     }
-    return node.getOriginalText();
+}
+
+template <class Node>
+std::u16string makeText(const Node& node, FormatPass& pass) {
+    std::u16string text;
+    node.appendText(pass, text);
+    return text;
 }
 
 DebugTable makeLeafTable(const char16_t* label, const WhitespaceNode& node) {
@@ -76,11 +85,6 @@ DebugTable makeLeafTable(const char16_t* label, const WhitespaceNode& node) {
 }
 
 } // namespace
-
-BinaryOperationWhitespaceNode::BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side,
-                                                             IndentNode* indent, const Run& run,
-                                                             std::pmr::u16string name)
-    : WhitespaceNode(indent, run, std::move(name)), kind(kind), side(side) {}
 
 void BinaryOperationWhitespaceNode::format(FormatPass& pass) {
     pass.setEndColumn(*this, getEndColumn(*this, pass, getEffectiveDecision(pass), operatorStyle));
@@ -92,36 +96,52 @@ DebugTable BinaryOperationWhitespaceNode::getDebugTable() const {
 
 std::optional<std::uint64_t>
 BinaryOperationWhitespaceNode::getInlineWidth(std::shared_ptr<FormattingConfig>) const {
+    return getWidth();
+}
+
+std::optional<std::uint64_t> BinaryOperationWhitespaceNode::getWidth() const {
     return operatorStyle.joined.size();
 }
 
 std::u16string BinaryOperationWhitespaceNode::getText(FormatPass& pass) const {
-    return getDecidedText(*this, pass, getEffectiveDecision(pass), operatorStyle);
+    return makeText(*this, pass);
 }
 
-bool BinaryOperationWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig> config) const {
-    if (kind == FormattingConfig::ContainerKind::None) {
+void BinaryOperationWhitespaceNode::appendText(FormatPass& pass, std::u16string& text) const {
+    appendDecidedText(*this, pass, getEffectiveDecision(pass), operatorStyle, text);
+}
+
+/// `placement` gives the separator placement of a kind.
+template <class Placement>
+bool BinaryOperationWhitespaceNode::isOnSide(Placement placement) const {
+    if (place.getKind() == FormattingConfig::ContainerKind::None) {
         return false;
     }
-    switch (config->getSeparatorPlacement(kind)) {
+    switch (placement(place.getKind())) {
     case FormattingConfig::SeparatorPlacement::StartOfLine:
-        return side == Side::Before;
+        return place.getSide() == Side::Before;
     case FormattingConfig::SeparatorPlacement::EndOfLine:
-        return side == Side::After;
+        return place.getSide() == Side::After;
     }
     return false;
 }
 
+bool BinaryOperationWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig> config) const {
+    return isOnSide(
+        [&](FormattingConfig::ContainerKind kind) { return config->getSeparatorPlacement(kind); });
+}
+
+bool BinaryOperationWhitespaceNode::isCandidate(OptionCache& options) const {
+    return isOnSide(
+        [&](FormattingConfig::ContainerKind kind) { return options.getSeparatorPlacement(kind); });
+}
+
 WhitespaceDecision BinaryOperationWhitespaceNode::getEffectiveDecision(FormatPass& pass) const {
-    const auto config = pass.getConfig();
-    if (config->getLineBreakingEnabled() && !isLineBreakCandidate(config)) {
+    if (pass.getOptions().getLineBreakingEnabled() && !pass.isCandidate(*this)) {
         return WhitespaceDecision::NoLineBreak;
     }
     return pass.getBreakDecision(*this);
 }
-
-CommentNode::CommentNode(IndentNode* indent, const Run& run, std::pmr::u16string name)
-    : WhitespaceNode(indent, run, std::move(name)) {}
 
 void CommentNode::format(FormatPass& pass) {
     pass.setEndColumn(*this, computeEndColumn(pass));
@@ -143,10 +163,6 @@ bool CommentNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig>) const 
     return false;
 }
 
-LineSeparatorWhitespaceNode::LineSeparatorWhitespaceNode(IndentNode* indent, const Run& run,
-                                                         std::pmr::u16string name)
-    : WhitespaceNode(indent, run, std::move(name)) {}
-
 void LineSeparatorWhitespaceNode::format(FormatPass& pass) {
     pass.setEndColumn(*this, getEndColumn(*this, pass, pass.getBreakDecision(*this), separatorStyle));
 }
@@ -157,19 +173,24 @@ DebugTable LineSeparatorWhitespaceNode::getDebugTable() const {
 
 std::optional<std::uint64_t>
 LineSeparatorWhitespaceNode::getInlineWidth(std::shared_ptr<FormattingConfig>) const {
+    return getWidth();
+}
+
+std::optional<std::uint64_t> LineSeparatorWhitespaceNode::getWidth() const {
     return separatorStyle.joined.size();
 }
 
 std::u16string LineSeparatorWhitespaceNode::getText(FormatPass& pass) const {
-    return getDecidedText(*this, pass, pass.getBreakDecision(*this), separatorStyle);
+    return makeText(*this, pass);
+}
+
+void LineSeparatorWhitespaceNode::appendText(FormatPass& pass, std::u16string& text) const {
+    appendDecidedText(*this, pass, pass.getBreakDecision(*this), separatorStyle, text);
 }
 
 bool LineSeparatorWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig>) const {
     return true;
 }
-
-NecessaryWhitespaceNode::NecessaryWhitespaceNode(IndentNode* indent, const Run& run, std::pmr::u16string name)
-    : WhitespaceNode(indent, run, std::move(name)) {}
 
 void NecessaryWhitespaceNode::format(FormatPass& pass) {
     pass.setEndColumn(*this, getTrimmedEndColumn(*this, pass, trimmedNecessary));
@@ -181,20 +202,24 @@ DebugTable NecessaryWhitespaceNode::getDebugTable() const {
 
 std::optional<std::uint64_t>
 NecessaryWhitespaceNode::getInlineWidth(std::shared_ptr<FormattingConfig> config) const {
-    return getTrimmedWidth(*this, *config, trimmedNecessary);
+    return getTrimmedWidth(*this, config->getTrimUnnecessaryWhitespace(), trimmedNecessary);
+}
+
+std::optional<std::uint64_t> NecessaryWhitespaceNode::getWidth(OptionCache& options) const {
+    return getTrimmedWidth(*this, options.getTrimUnnecessaryWhitespace(), trimmedNecessary);
 }
 
 std::u16string NecessaryWhitespaceNode::getText(FormatPass& pass) const {
-    return getTrimmedText(*this, pass, trimmedNecessary);
+    return makeText(*this, pass);
+}
+
+void NecessaryWhitespaceNode::appendText(FormatPass& pass, std::u16string& text) const {
+    appendTrimmedText(*this, pass, trimmedNecessary, text);
 }
 
 bool NecessaryWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig>) const {
     return false;
 }
-
-UnnecessaryWhitespaceNode::UnnecessaryWhitespaceNode(IndentNode* indent, const Run& run,
-                                                     std::pmr::u16string name)
-    : WhitespaceNode(indent, run, std::move(name)) {}
 
 void UnnecessaryWhitespaceNode::format(FormatPass& pass) {
     pass.setEndColumn(*this, getTrimmedEndColumn(*this, pass, trimmedUnnecessary));
@@ -206,11 +231,19 @@ DebugTable UnnecessaryWhitespaceNode::getDebugTable() const {
 
 std::optional<std::uint64_t>
 UnnecessaryWhitespaceNode::getInlineWidth(std::shared_ptr<FormattingConfig> config) const {
-    return getTrimmedWidth(*this, *config, trimmedUnnecessary);
+    return getTrimmedWidth(*this, config->getTrimUnnecessaryWhitespace(), trimmedUnnecessary);
+}
+
+std::optional<std::uint64_t> UnnecessaryWhitespaceNode::getWidth(OptionCache& options) const {
+    return getTrimmedWidth(*this, options.getTrimUnnecessaryWhitespace(), trimmedUnnecessary);
 }
 
 std::u16string UnnecessaryWhitespaceNode::getText(FormatPass& pass) const {
-    return getTrimmedText(*this, pass, trimmedUnnecessary);
+    return makeText(*this, pass);
+}
+
+void UnnecessaryWhitespaceNode::appendText(FormatPass& pass, std::u16string& text) const {
+    appendTrimmedText(*this, pass, trimmedUnnecessary, text);
 }
 
 bool UnnecessaryWhitespaceNode::isLineBreakCandidate(std::shared_ptr<FormattingConfig>) const {

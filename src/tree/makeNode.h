@@ -3,6 +3,7 @@
 #include "tree/AstNodeAllocator.h"
 #include "tree/FormatNode.h"
 
+#include <cstdint>
 #include <new>
 #include <utility>
 #include <vector>
@@ -10,18 +11,26 @@
 namespace ca::formatting {
 
 /// Makes a node in the arena of a tree and adds it to the tree's list of nodes. The node is destroyed with
-/// the arena. If its constructor throws, arena and list are left without it.
+/// the arena, unless it is of one of the library's classes and keeps all that it has in the arena: then there
+/// is nothing to free. If its constructor throws, arena and list are left without it.
 template <class NodeClass, class... Arguments>
 NodeClass* makeNode(lf::astapi::AstNodeAllocator& allocator, std::vector<FormatNode*>& nodes,
                     Arguments&&... arguments) {
     static_assert(alignof(NodeClass) <= 8, "the arena aligns to 8 bytes");
+    constexpr ExactClass exactClass = exactClassOf<NodeClass>;
     auto* node = new (allocator.allocate(sizeof(NodeClass))) NodeClass(std::forward<Arguments>(arguments)...);
-    try {
-        allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
-    } catch (...) {
-        node->~NodeClass();
-        throw;
+    if constexpr (exactClass == ExactClass::Indent) {
+        node->setArena(allocator);
     }
+    if (exactClass == ExactClass::Other || node->hasOwnMemory()) {
+        try {
+            allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
+        } catch (...) {
+            node->~NodeClass();
+            throw;
+        }
+    }
+    node->enlist(static_cast<std::uint32_t>(nodes.size()), exactClass);
     nodes.push_back(node);
     return node;
 }

@@ -38,8 +38,7 @@ TreeBuilder::TextNodes TreeBuilder::take(std::string_view steps, ContainerKind k
 }
 
 ContainerNode* TreeBuilder::container(ContainerKind kind, const TextNodes& children) {
-    return make<ContainerNode>(kind,
-                               ContainerNode::Children(children.begin(), children.end(), &tree->allocator));
+    return make<ContainerNode>(kind, children);
 }
 
 ContainerNode* TreeBuilder::container(ContainerKind kind, std::string_view steps) {

@@ -67,7 +67,7 @@ private:
 
     struct Run {
         std::vector<const ca::lexer::Token*> tokens;
-        std::pmr::u16string name;
+        std::u16string name;
     };
 
     ca::formatting::TextNode* takeStep(char step, ContainerKind kind);

@@ -123,8 +123,8 @@ private:
         const bool isComment = dynamic_cast<const CommentNode*>(&run) != nullptr;
         require(run.hasComment() == isComment, "7: comment and class of a run don't agree");
         for (const WhitespaceItem& item : run.getItems()) {
-            if (item.token) {
-                addToken(*item.token);
+            if (item.token != nullptr) {
+                addToken(item.token);
             }
         }
     }
