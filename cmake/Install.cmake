@@ -1,6 +1,8 @@
-# Install rules, the CMake package ca_formatting and the pkg-config file. Headers of the library go to
-# <include>/ca, those of the host to <include>/ombrel, which is a folder to search: a user writes
+# Install rules, the CMake packages ca_formatting and ombrel_host and the pkg-config file. Headers of the library
+# go to <include>/ca, those of the host to <include>/ombrel, which is a folder to search: a user writes
 # <ca/formatting/ca_format.h> and <ca/lexer/Token.h> as we do.
+#
+# The host is a package of its own, so that the library can be built against it as against any other host.
 include(CMakePackageConfigHelpers)
 
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON) # packaging takes what has been built, and builds nothing
@@ -17,8 +19,12 @@ endfunction()
 
 ombrel_install(ca_formatting library EXPORT ca_formattingTargets)
 install(DIRECTORY include/ca DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+set(hostPackage ${OMBREL_HOST})
 if(TARGET ombrel_host)
-    ombrel_install(ombrel_host library EXPORT ca_formattingTargets)
+    set(hostPackage ombrel_host)
+    set(hostPackageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ombrel_host)
+    ombrel_install(ombrel_host library EXPORT ombrel_hostConfig)
+    install(EXPORT ombrel_hostConfig NAMESPACE ombrel:: DESTINATION ${hostPackageDir} COMPONENT development)
     install(DIRECTORY host/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ombrel COMPONENT development)
     set(hostLibrary "-lombrel_host") # a host of another package is that package's to link
 endif()

@@ -1,5 +1,7 @@
-# Installs the project into an empty prefix, moves that, and builds examples/embed against it as a stranger
+# Installs the project into an empty prefix, moves that, and builds examples/embed against it as any user
 # would: once through the CMake package, once through pkg-config. Both programs have to print the expected text.
+# Then builds the library anew, with the installed host in the place of the project's own, and the first program
+# has to print the same with that.
 #
 #   cmake -D sourceDir=... -D buildDir=... -D workDir=... -D compiler=... [-D flags=...] -P InstallTest.cmake
 cmake_minimum_required(VERSION 3.25)
@@ -42,3 +44,10 @@ execute_process(COMMAND pkg-config --cflags --libs ca_formatting OUTPUT_VARIABLE
 separate_arguments(usage UNIX_COMMAND "${usage}")
 run(${compiler} -std=c++20 ${flags} ${embed}/main.cpp -o ${workDir}/embed ${usage} -Wl,-rpath,${libraryDir})
 expect_output(${workDir}/embed)
+
+run(${CMAKE_COMMAND} -G Ninja -S ${sourceDir} -B ${workDir}/other-host -D OMBREL_HOST=ombrel_host
+    -D CMAKE_PREFIX_PATH=${prefix} -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_CXX_FLAGS=${flags} -D BUILD_TESTING=OFF
+    -D OMBREL_BENCH=OFF -D CMAKE_BUILD_TYPE=Debug)
+run(${CMAKE_COMMAND} --build ${workDir}/other-host --target ca_formatting ca_formatting_devtools)
+set(ENV{LD_LIBRARY_PATH} ${workDir}/other-host/lib)
+expect_output(${workDir}/cmake/embed)
