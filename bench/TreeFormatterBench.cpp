@@ -11,6 +11,7 @@
 #include "pass/FormatPass.h"
 
 #include <ca/Analyzer.h>
+#include <ca/formatting/TreeFormat.h>
 
 namespace {
 
@@ -49,6 +50,15 @@ void measureWhole(benchmark::State& state, const std::string& family, const std:
             [&] { benchmark::DoNotOptimize(FormatPass(std::make_shared<FormatTree>(text), config).run()); });
 }
 
+/// What the tools do: one parse, whose tokens the tree shares, and comment lines aligned.
+void measureTyped(benchmark::State& state, const std::string& family, const std::u16string& text) {
+    const auto config = makeConfig(everything);
+    measure(state, family, text, [&] {
+        const auto tree = std::make_shared<FormatTree>(parseSource(text), CommentLines::Aligned);
+        benchmark::DoNotOptimize(FormatPass(tree, config).run());
+    });
+}
+
 struct Stage {
     const char* name;
     void (*run)(benchmark::State& state, const std::string& family, const std::u16string& text);
@@ -61,6 +71,7 @@ constexpr Stage ordinaryStages[] = {
     {"whole_nothing", measureWhole<nothing>},
     {"whole_indentation", measureWhole<indentation>},
     {"whole_everything", measureWhole<everything>},
+    {"typed_everything", measureTyped},
 };
 
 constexpr Stage nastyStages[] = {
@@ -118,9 +129,14 @@ void registerStage(const Stage& stage, const std::string& family, MakeText makeT
 }
 
 const bool registered = [] {
+    const MakeText makeDenseText =
+        between(u"", u"x=1+2*3;", u""); // as many nodes a character as there can be
     for (const Stage& stage : ordinaryStages) {
         for (const std::size_t kilobytes : {100, 1'000, 2'000, 4'000, 10'000}) {
             registerStage(stage, "script", makeScriptText, kilobytes * 1'000);
+        }
+        for (const std::size_t kilobytes : {500, 1'000}) {
+            registerStage(stage, "dense", makeDenseText, kilobytes * 1'000);
         }
     }
     for (const Stage& stage : nastyStages) {

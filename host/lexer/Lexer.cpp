@@ -11,7 +11,6 @@
 
 #include "Characters.h"
 #include "ca/lexer/lex.h"
-#include "ombrel/hugePages.h"
 
 #include <algorithm>
 
@@ -99,7 +98,6 @@ void Lexer::reserveTokens() {
     const auto expected = static_cast<std::size_t>(1.05 * density * static_cast<double>(size));
     const std::size_t guess = position < sample ? std::min(size, sample) / 2 : expected;
     tokens.reserve(std::min(atMost, std::max(atLeast, guess)));
-    ombrel::adviseHugePages(tokens.data(), tokens.capacity() * sizeof(Token));
 }
 
 void Lexer::emitBlanks() {

@@ -1,7 +1,5 @@
 #include "matrix/array.h"
 
-#include "ombrel/hugePages.h"
-
 #include <algorithm>
 #include <limits>
 #include <new>
@@ -54,7 +52,6 @@ do_create_uninitnumeric(const DimensionSpan& dimensions, kzClassID classID, kzCo
     std::copy(dimensions.first, dimensions.last, array->dimensions);
     if (bytes != 0) {
         array->data = ::operator new(bytes);
-        ombrel::adviseHugePages(array->data, bytes);
     }
     return array;
 }
