@@ -3,14 +3,14 @@
 #include "text/TextEncoding.h"
 #include <ca/config/Config.h>
 #include <ca/config/ConfigManager.h>
+#include <ca/formatting/TreeOptions.h>
 #include <config/FormattingSection.h>
 #include <fl/i18n/MessageCatalog.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <ostream>
-#include <sstream>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
@@ -27,22 +27,18 @@ using ca::formatting::FormattingConfig;
 using Json = nlohmann::ordered_json;
 using Path = std::optional<fl::filesystem::path>;
 
-constexpr std::array indentCharacters = {"Space", "Tab"};
-constexpr std::array functionIndentStyles = {"Classic", "IndentNested", "IndentAll"};
-
+/// The word of an enumerator.
 template <class Enumeration>
-std::string getName(Enumeration value) {
-    std::ostringstream stream;
-    stream << value;
-    return stream.str();
+std::string_view getWord(std::string_view key, Enumeration value) {
+    return ca::formatting::getTreeOption(key).words[static_cast<std::size_t>(value)];
 }
 
 template <class Getter>
-Json collectForEachKind(const FormattingConfig& config, Getter getter) {
+Json collectForEachKind(const FormattingConfig& config, std::string_view key, Getter getter) {
     Json object;
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(FormattingConfig::ContainerKind::None); ++i) {
         const auto kind = static_cast<FormattingConfig::ContainerKind>(i);
-        object[getName(kind)] = getName((config.*getter)(kind));
+        object[ca::formatting::constructWords[i]] = getWord(key, (config.*getter)(kind));
     }
     return object;
 }
@@ -52,16 +48,17 @@ Json makeOptions(const FormattingConfig& config) {
         {"enabled", config.getEnabled()},
         {"trimUnnecessaryWhitespace", config.getTrimUnnecessaryWhitespace()},
         {"indentationEnabled", config.getIndentationEnabled()},
-        {"functionIndentStyle",
-         functionIndentStyles[static_cast<std::size_t>(config.getFunctionIndentStyle())]},
+        {"functionIndentStyle", getWord("functionIndentStyle", config.getFunctionIndentStyle())},
         {"indentCaseBlocks", config.getIndentCaseBlocks()},
         {"indentBlankLines", config.getIndentBlankLines()},
-        {"indentCharacter", indentCharacters[static_cast<std::size_t>(config.getIndentCharacter())]},
+        {"indentCharacter", getWord("indentCharacter", config.getIndentCharacter())},
         {"indentWidth", config.getIndentWidth()},
         {"lineBreakingEnabled", config.getLineBreakingEnabled()},
         {"columnLimit", config.getColumnLimit()},
-        {"lineBreakBehavior", collectForEachKind(config, &FormattingConfig::getLineBreakBehavior)},
-        {"separatorPlacement", collectForEachKind(config, &FormattingConfig::getSeparatorPlacement)},
+        {"lineBreakBehavior",
+         collectForEachKind(config, "lineBreakBehavior", &FormattingConfig::getLineBreakBehavior)},
+        {"separatorPlacement",
+         collectForEachKind(config, "separatorPlacement", &FormattingConfig::getSeparatorPlacement)},
     };
 }
 

@@ -1,44 +1,56 @@
 #include "config/FormattingConfig.h"
 
-#include <array>
+#include <ca/formatting/TreeOptions.h>
+
 #include <ostream>
+#include <span>
 #include <string_view>
 
 namespace ca::formatting {
 
 namespace {
 
-constexpr std::array<std::string_view, 18> containerKindNames = {
-    "If",          "While",      "For",        "Parfor",   "Switch",
-    "Case",        "Try",        "Spmd",       "Exponent", "MultiplyDivide",
-    "PlusMinus",   "Comparison", "Logical",    "Colon",    "ParenthesisList",
-    "BracketList", "BraceList",  "Inheritance"};
+using Kind = FormattingConfig::ContainerKind;
+using Words = std::span<const std::string_view>;
 
-constexpr std::array<std::string_view, 3> lineBreakBehaviorNames = {"SeparateLines", "AllowSingleLine",
-                                                                    "AllowMultiplePerLine"};
+// The words of the table are in the order of the enumerators.
+template <class Enumeration>
+constexpr bool isAt(Words words, Enumeration value, std::string_view word) {
+    return words[static_cast<std::size_t>(value)] == word;
+}
 
-constexpr std::array<std::string_view, 2> separatorPlacementNames = {"StartOfLine", "EndOfLine"};
+static_assert(std::size(constructWords) == static_cast<std::size_t>(Kind::None));
+static_assert(isAt(constructWords, Kind::If, "If") && isAt(constructWords, Kind::Spmd, "Spmd") &&
+              isAt(constructWords, Kind::Exponent, "Exponent") &&
+              isAt(constructWords, Kind::Colon, "Colon") &&
+              isAt(constructWords, Kind::BraceList, "BraceList") &&
+              isAt(constructWords, Kind::Inheritance, "Inheritance"));
+static_assert(isAt(functionIndentStyleWords, FormattingConfig::FunctionIndentStyle::IndentNested,
+                   "IndentNested"));
+static_assert(isAt(indentCharacterWords, FormattingConfig::IndentCharacter::Tab, "Tab"));
+static_assert(isAt(lineBreakBehaviorWords, FormattingConfig::LineBreakBehavior::AllowSingleLine,
+                   "AllowSingleLine"));
+static_assert(isAt(separatorPlacementWords, FormattingConfig::SeparatorPlacement::EndOfLine, "EndOfLine"));
 
 /// A negative number becomes a huge one, so that one comparison finds all numbers without a name.
-template <std::size_t count, class Enumeration>
-std::ostream& writeName(std::ostream& stream, const std::array<std::string_view, count>& names,
-                        Enumeration value) {
+template <class Enumeration>
+std::ostream& writeName(std::ostream& stream, Words names, Enumeration value) {
     const auto number = static_cast<std::uint32_t>(value);
-    return number < count ? stream << names[number] : stream;
+    return number < names.size() ? stream << names[number] : stream;
 }
 
 } // namespace
 
 std::ostream& operator<<(std::ostream& stream, FormattingConfig::ContainerKind kind) {
-    return writeName(stream, containerKindNames, kind);
+    return writeName(stream, constructWords, kind);
 }
 
 std::ostream& operator<<(std::ostream& stream, FormattingConfig::LineBreakBehavior behavior) {
-    return writeName(stream, lineBreakBehaviorNames, behavior);
+    return writeName(stream, lineBreakBehaviorWords, behavior);
 }
 
 std::ostream& operator<<(std::ostream& stream, FormattingConfig::SeparatorPlacement placement) {
-    return writeName(stream, separatorPlacementNames, placement);
+    return writeName(stream, separatorPlacementWords, placement);
 }
 
 } // namespace ca::formatting

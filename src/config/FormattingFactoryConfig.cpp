@@ -1,6 +1,18 @@
 #include "config/FormattingFactoryConfig.h"
 
+#include <ca/formatting/TreeOptions.h>
+
 namespace ca::formatting {
+
+namespace {
+
+/// The default of the option with this key.
+template <class Value>
+consteval Value getFactory(std::string_view key) {
+    return static_cast<Value>(getFactoryNumber(getTreeOption(key)));
+}
+
+} // namespace
 
 FormattingFactoryConfig::FormattingFactoryConfig(const std::shared_ptr<ca::config::FactoryConfigSource>&) {}
 
@@ -14,51 +26,51 @@ std::unordered_set<ca::config::ConfigIssue> FormattingFactoryConfig::getIssues()
 }
 
 bool FormattingFactoryConfig::getEnabled() const {
-    return false;
+    return getFactory<bool>("enabled");
 }
 
 bool FormattingFactoryConfig::getTrimUnnecessaryWhitespace() const {
-    return false;
+    return getFactory<bool>("trimUnnecessaryWhitespace");
 }
 
 bool FormattingFactoryConfig::getIndentationEnabled() const {
-    return false;
+    return getFactory<bool>("indentationEnabled");
 }
 
 FormattingConfig::FunctionIndentStyle FormattingFactoryConfig::getFunctionIndentStyle() const {
-    return FunctionIndentStyle::IndentAll;
+    return getFactory<FunctionIndentStyle>("functionIndentStyle");
 }
 
 bool FormattingFactoryConfig::getIndentCaseBlocks() const {
-    return true;
+    return getFactory<bool>("indentCaseBlocks");
 }
 
 bool FormattingFactoryConfig::getIndentBlankLines() const {
-    return false;
+    return getFactory<bool>("indentBlankLines");
 }
 
 FormattingConfig::IndentCharacter FormattingFactoryConfig::getIndentCharacter() const {
-    return IndentCharacter::Space;
+    return getFactory<IndentCharacter>("indentCharacter");
 }
 
 std::uint32_t FormattingFactoryConfig::getIndentWidth() const {
-    return 4;
+    return getFactory<std::uint32_t>("indentWidth");
 }
 
 bool FormattingFactoryConfig::getLineBreakingEnabled() const {
-    return false;
+    return getFactory<bool>("lineBreakingEnabled");
 }
 
 std::uint32_t FormattingFactoryConfig::getColumnLimit() const {
-    return 80;
+    return getFactory<std::uint32_t>("columnLimit");
 }
 
 FormattingConfig::LineBreakBehavior FormattingFactoryConfig::getLineBreakBehavior(ContainerKind) const {
-    return LineBreakBehavior::AllowMultiplePerLine;
+    return getFactory<LineBreakBehavior>("lineBreakBehavior");
 }
 
 FormattingConfig::SeparatorPlacement FormattingFactoryConfig::getSeparatorPlacement(ContainerKind) const {
-    return SeparatorPlacement::StartOfLine;
+    return getFactory<SeparatorPlacement>("separatorPlacement");
 }
 
 } // namespace ca::formatting

@@ -5,10 +5,12 @@
 #include "config/GetMappedValue.h"
 
 #include <ca/config/getIssueSeverity.h>
+#include <ca/formatting/TreeOptions.h>
 #include <ca/utils/JsonStages.h>
 #include <resource_core/caConfig.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace ca::formatting {
@@ -21,14 +23,29 @@ namespace {
 template <class T>
 using Strings = std::unordered_map<std::u16string, T>;
 
-std::shared_ptr<resource_core::BaseMsgID> makeMessage(const char16_t* text) {
-    return std::make_shared<CodeAnalyzer::caConfig::PlaceholderError>(text);
+std::u16string widen(std::string_view ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// The words of an option with their values, which are numbered in order.
+template <class T>
+Strings<T> makeStrings(const TreeOption& option) {
+    Strings<T> strings;
+    for (std::size_t i = 0; i < option.words.size(); ++i) {
+        strings.emplace(widen(option.words[i]), static_cast<T>(i));
+    }
+    return strings;
+}
+
+/// What is recorded for a word that an option doesn't have.
+std::shared_ptr<resource_core::BaseMsgID> makeMessage(const TreeOption& option) {
+    return std::make_shared<CodeAnalyzer::caConfig::PlaceholderError>(u"invalid " + widen(option.key));
 }
 
 /// What a stage makes of a field of the section; empty if the field is absent or refused.
 template <class Stage>
-auto readField(ca::utils::JsonReader& reader, const char16_t* name, Stage stage) {
-    return (reader.getRoot() | ca::utils::GetOptionalField{name} | std::move(stage)).value;
+auto readField(ca::utils::JsonReader& reader, const TreeOption& option, Stage stage) {
+    return (reader.getRoot() | ca::utils::GetOptionalField{widen(option.key)} | std::move(stage)).value;
 }
 
 std::optional<ca::config::ConfigPosition> toPosition(const std::optional<ca::utils::JsonPosition>& position) {
@@ -40,7 +57,7 @@ std::optional<ca::config::ConfigPosition> toPosition(const std::optional<ca::uti
 
 FormattingJsonConfig::FormattingJsonConfig(const std::shared_ptr<ca::config::JsonConfigSource>& source)
     : base(source->getBaseConfig()->get<FormattingConfig>()) {
-    const std::optional<ca::utils::JsonValue> section = source->getSection(u"formatting");
+    const std::optional<ca::utils::JsonValue> section = source->getSection(widen(treeOptionSection));
     if (!section) {
         return;
     }
@@ -49,40 +66,33 @@ FormattingJsonConfig::FormattingJsonConfig(const std::shared_ptr<ca::config::Jso
     takeIssues(reader);
 }
 
+/// In the order of the table.
 void FormattingJsonConfig::readOptions(ca::utils::JsonReader& reader) {
-    const Strings<FunctionIndentStyle> styles = {{u"Classic", FunctionIndentStyle::Classic},
-                                                 {u"IndentNested", FunctionIndentStyle::IndentNested},
-                                                 {u"IndentAll", FunctionIndentStyle::IndentAll}};
-    const Strings<IndentCharacter> characters = {{u"Space", IndentCharacter::Space},
-                                                 {u"Tab", IndentCharacter::Tab}};
-    const Strings<LineBreakBehavior> behaviors = {
-        {u"SeparateLines", LineBreakBehavior::SeparateLines},
-        {u"AllowSingleLine", LineBreakBehavior::AllowSingleLine},
-        {u"AllowMultiplePerLine", LineBreakBehavior::AllowMultiplePerLine}};
-    const Strings<SeparatorPlacement> placements = {{u"StartOfLine", SeparatorPlacement::StartOfLine},
-                                                    {u"EndOfLine", SeparatorPlacement::EndOfLine}};
     const HierarchyNode hierarchy = makeHierarchy();
-
-    enabled = readField(reader, u"enabled", IsBool{});
-    trimUnnecessaryWhitespace = readField(reader, u"trimUnnecessaryWhitespace", IsBool{});
-    indentationEnabled = readField(reader, u"indentationEnabled", IsBool{});
-    functionIndentStyle =
-        readField(reader, u"functionIndentStyle",
-                  GetMappedValue<FunctionIndentStyle>{styles, makeMessage(u"invalid functionIndentStyle")});
-    indentCaseBlocks = readField(reader, u"indentCaseBlocks", IsBool{});
-    indentBlankLines = readField(reader, u"indentBlankLines", IsBool{});
-    indentCharacter =
-        readField(reader, u"indentCharacter",
-                  GetMappedValue<IndentCharacter>{characters, makeMessage(u"invalid indentCharacter")});
-    indentWidth = readField(reader, u"indentWidth", IsUnsignedInteger{});
-    lineBreakingEnabled = readField(reader, u"lineBreakingEnabled", IsBool{});
-    columnLimit = readField(reader, u"columnLimit", IsUnsignedInteger{});
-    lineBreakBehavior = readField(reader, u"lineBreakBehavior",
-                                  GetHierarchicalOption<LineBreakBehavior>{
-                                      hierarchy, behaviors, makeMessage(u"invalid lineBreakBehavior")});
-    separatorPlacement = readField(reader, u"separatorPlacement",
-                                   GetHierarchicalOption<SeparatorPlacement>{
-                                       hierarchy, placements, makeMessage(u"invalid separatorPlacement")});
+    const auto readBoolean = [&](const TreeOption& option) { return readField(reader, option, IsBool{}); };
+    const auto readNumber = [&](const TreeOption& option) {
+        return readField(reader, option, IsUnsignedInteger{});
+    };
+    const auto readWord = [&]<class T>(const TreeOption& option, std::optional<T>& value) {
+        const Strings<T> strings = makeStrings<T>(option);
+        value = readField(reader, option, GetMappedValue<T>{strings, makeMessage(option)});
+    };
+    const auto readOfKinds = [&]<class T>(const TreeOption& option, std::optional<ConstructTable<T>>& value) {
+        value = readField(reader, option,
+                          GetHierarchicalOption<T>{hierarchy, makeStrings<T>(option), makeMessage(option)});
+    };
+    enabled = readBoolean(getTreeOption("enabled"));
+    trimUnnecessaryWhitespace = readBoolean(getTreeOption("trimUnnecessaryWhitespace"));
+    indentationEnabled = readBoolean(getTreeOption("indentationEnabled"));
+    readWord(getTreeOption("functionIndentStyle"), functionIndentStyle);
+    indentCaseBlocks = readBoolean(getTreeOption("indentCaseBlocks"));
+    indentBlankLines = readBoolean(getTreeOption("indentBlankLines"));
+    readWord(getTreeOption("indentCharacter"), indentCharacter);
+    indentWidth = readNumber(getTreeOption("indentWidth"));
+    lineBreakingEnabled = readBoolean(getTreeOption("lineBreakingEnabled"));
+    columnLimit = readNumber(getTreeOption("columnLimit"));
+    readOfKinds(getTreeOption("lineBreakBehavior"), lineBreakBehavior);
+    readOfKinds(getTreeOption("separatorPlacement"), separatorPlacement);
 }
 
 void FormattingJsonConfig::takeIssues(const ca::utils::JsonReader& reader) {
