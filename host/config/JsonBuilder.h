@@ -18,7 +18,7 @@ public:
     /// The input has to outlive the builder.
     explicit JsonBuilder(JsonInput& input) : input(input), positions(input.getText()) {}
 
-    // Called by the reader when it is behind a value or a name, or in front of a bracket. A result of false
+    // Called by the reader when it is after a value or a name, or before a bracket. A result of false
     // ends the reading.
     bool Null();
     bool Bool(bool value);

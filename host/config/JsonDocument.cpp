@@ -42,7 +42,7 @@ std::size_t findWordStart(std::u16string_view text, std::size_t offset) {
     return offset;
 }
 
-/// Offset behind a string that starts at the offset and is well-formed.
+/// Offset after a string that starts at the offset and is well-formed.
 std::size_t findStringEnd(std::u16string_view text, std::size_t offset) {
     do {
         offset += text[offset] == u'\\' ? 2 : 1;
@@ -51,7 +51,7 @@ std::size_t findStringEnd(std::u16string_view text, std::size_t offset) {
     return offset + 1;
 }
 
-/// A string's fault at a character that may not stand there: an escape, a line end or another control
+/// A string's fault at a character that isn't allowed there: an escape, a line end or another control
 /// character.
 ConfigMessage nameStringFault(char16_t c) {
     if (c == u'\\') {
@@ -60,7 +60,7 @@ ConfigMessage nameStringFault(char16_t c) {
     return c == u'\n' || c == u'\r' ? ConfigMessage::UnclosedString : ConfigMessage::ControlCharacter;
 }
 
-/// What is wrong with the first slash that starts no whole comment. All in front of it is well-formed.
+/// What is wrong with the first slash that starts no whole comment. All before it is well-formed.
 SyntaxFault nameCommentFault(std::u16string_view text) {
     std::size_t offset = 0;
     while ((offset = text.find_first_of(u"\"/", offset)) < text.size()) {

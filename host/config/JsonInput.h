@@ -28,7 +28,7 @@ struct JsonEncoding : rapidjson::UTF16<char16_t> {
 ///
 /// The reader stops at U+0000 and ends line comments with LF only. So a U+0000 inside the text is shown as
 /// U+0001, which is at fault in the same places, and a CR as LF: in strings both are faults, elsewhere both
-/// are blanks.
+/// are whitespace.
 ///
 /// The reader runs in its mode for decoding in place, which is the only one that tells where a string starts
 /// and leaves numbers alone. The characters of a string don't really go into the text but into a buffer.
@@ -41,7 +41,7 @@ public:
         : text(text), offset(text.starts_with(u'\uFEFF') ? 1 : 0) {}
 
     Ch Peek() const {
-        const Ch c = text[offset]; // U+0000 behind the end
+        const Ch c = text[offset]; // U+0000 after the end
         if (c == u'\0') {
             return isAtEnd() ? u'\0' : u'\1';
         }
@@ -56,7 +56,7 @@ public:
 
     std::size_t Tell() const { return offset; }
 
-    /// Called behind the quote that opens a string (and behind numbers, where it means nothing).
+    /// Called after the quote that opens a string (and after numbers, where it means nothing).
     Ch* PutBegin() {
         decoded.clear();
         stringStart = offset - 1;
@@ -73,7 +73,7 @@ public:
     /// Offset of the quote that opens the string read last.
     std::size_t getStringStart() const { return stringStart; }
 
-    /// The characters of the string read last, without the U+0000 that the reader puts behind them.
+    /// The characters of the string read last, without the U+0000 that the reader puts after them.
     std::u16string takeString() {
         decoded.pop_back();
         return std::move(decoded);

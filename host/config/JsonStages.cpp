@@ -13,7 +13,7 @@ using fl::i18n::makeMessage;
 
 namespace {
 
-/// Asks the accessor for the value behind a stage that takes some values only. What it gives nothing for is
+/// Asks the accessor for the value after a stage that takes some values only. What it gives nothing for is
 /// refused with an issue.
 template <class T, class Accessor>
 JsonReaderValue<T> take(JsonReaderValue<JsonValue> in, ConfigMessage refusal, Accessor accessor) {

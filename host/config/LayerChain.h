@@ -13,13 +13,13 @@
 namespace ca::config {
 
 /// Puts a text and all that it extends into one order, from the top down: a layer comes before what it
-/// extends, and of a list the last entry with all that it extends comes before the one in front of it.
+/// extends, and of a list the last entry with all that it extends comes before the one before it.
 class LayerChain {
 public:
     using Issues = std::unordered_set<ConfigIssue>;
     using Document = std::shared_ptr<const ca::utils::JsonDocument>;
 
-    /// Finds all layers underneath a text. The manager may be null.
+    /// Finds all base layers of a text. The manager may be null.
     LayerChain(const std::optional<fl::filesystem::path>& path, const Document& document,
                AbstractConfigManager* manager);
 

@@ -7,7 +7,7 @@
 
 namespace ca::utils {
 
-/// A text in double quotes, for a message: cut behind 40 characters, on one line.
+/// A text in double quotes, for a message: cut after 40 characters, on one line.
 std::u16string quote(std::u16string_view text);
 
 /// A value for a message: `true`, `"four"`, `4.5`, `an array`.

@@ -63,7 +63,7 @@ public:
 
     /// How function bodies are indented.
     enum class FunctionIndentStyle : std::int32_t {
-        Classic = 0,      ///< bodies stand at the level of their headers, nested functions one deeper
+        Classic = 0,      ///< bodies are at the level of their headers, nested functions one deeper
         IndentNested = 1, ///< only the bodies of nested functions are indented
         IndentAll = 2,    ///< the body of every function is indented
     };
@@ -76,7 +76,7 @@ public:
     /// Master switch, for the host: the formatter itself doesn't look at it.
     virtual bool getEnabled() const = 0;
 
-    /// Whether whitespace between tokens becomes one blank where it is needed and goes where it isn't.
+    /// Whether whitespace between tokens becomes one space where it is needed and goes where it isn't.
     virtual bool getTrimUnnecessaryWhitespace() const = 0;
 
     /// Whether line starts are rewritten.
@@ -84,7 +84,7 @@ public:
 
     virtual FunctionIndentStyle getFunctionIndentStyle() const = 0;
 
-    /// Whether the cases of a `switch` stand one level deeper than the `switch`.
+    /// Whether the cases of a `switch` are one level deeper than the `switch`.
     virtual bool getIndentCaseBlocks() const = 0;
 
     /// Whether blank lines receive indentation.

@@ -13,17 +13,17 @@
 namespace ca::formatting {
 
 /// The options in the section "formatting" of a JSON text. What the section doesn't set, or sets to something
-/// wrong, is answered by the configuration underneath: option by option, and an option with a value for each
+/// wrong, is answered by the base configuration: option by option, and an option with a value for each
 /// construct as a whole. A wrong value is an issue and nothing worse; an unknown key isn't even that.
 ///
 /// The base is private, since these objects are handed around as `std::shared_ptr<void>` only. It has to stay
 /// the first and only one: the pointer is cast back without a conversion.
 class FormattingJsonConfig : FormattingConfig {
 public:
-    /// Reads the section, and has the configurations underneath make theirs. The source isn't kept.
+    /// Reads the section, and has the base configurations make theirs. The source isn't kept.
     explicit FormattingJsonConfig(const std::shared_ptr<ca::config::JsonConfigSource>& source);
 
-    /// The issues of this section, without those of the configurations underneath.
+    /// The issues of this section, without those of the base configurations.
     std::unordered_set<ca::config::ConfigIssue> getIssues() const override;
 
     bool getEnabled() const override;

@@ -20,7 +20,7 @@ namespace ca::config {
 /// The options of the tree formatter. What a JSON source says counts; factory, preference and legacy sources
 /// answer with the factory options. Empty for a source of another class and without a source.
 ///
-/// An exception while the section is made leaves nothing behind, and the next call tries again.
+/// An exception while the section is made stores nothing, and the next call tries again.
 template <>
 std::shared_ptr<ca::formatting::FormattingConfig> Config::get<ca::formatting::FormattingConfig>() const;
 

@@ -3,7 +3,7 @@
 // character.
 //
 // The parser walks the syntax tree, and wherever the grammar has a token it claims the next one of the list.
-// It never searches for a token and never compares one with the node it belongs to. What stands between two
+// It never searches for a token and never compares one with the node it belongs to. What is between two
 // claimed tokens is a run, and each run becomes one whitespace node, an empty one too, at the place that the
 // walk names:
 //
@@ -153,7 +153,7 @@ public:
 private:
     /// The tree rule of one syntax node: steps that take what comes next, from left to right, and at last a
     /// container around all that they took. Rules nest as the syntax nodes do, so the children of all open
-    /// rules stand in one stack.
+    /// rules are in one stack.
     class Rule {
     public:
         explicit Rule(FormattingParser& parser) : parser(parser), firstChild(parser.children.size()) {}
@@ -166,7 +166,7 @@ private:
 
         Rule& necessary(TokenTypes absorb = {}) { return append(parser.takeNecessaryWhitespace(absorb)); }
 
-        /// The gap between statements or members, with the separators in it that no node stands for.
+        /// The gap between statements or members, with the separators in it that belong to no node.
         Rule& separator() {
             return append(parser.takeLineSeparator({TokenType::Semicolon, TokenType::Comma}));
         }
@@ -266,7 +266,7 @@ private:
         return make<NodeClass>(arguments..., currentIndentNode, kept);
     }
 
-    /// Type of the next token of code. `EndOfInput`, which is one, stands last.
+    /// Type of the next token of code. `EndOfInput`, which is one, comes last.
     TokenType peekType() const {
         std::size_t index = tokenIndex;
         while ((*tokens)[index].isWhitespace()) {
@@ -292,8 +292,8 @@ private:
 
     // Lists.
 
-    /// A separator in front of each statement or member, and none behind the last: that gap belongs to the
-    /// caller. What stands in front of a nested function indents with it.
+    /// A separator before each statement or member, and none after the last: that gap belongs to the
+    /// caller. What comes before a nested function indents with it.
     void takeStatementList(const SyntaxList& list, Rule& rule) {
         for (const SyntaxNode* item : list) {
             if (!ca::astapi::isNestedFunction(item)) {
@@ -344,7 +344,7 @@ private:
         }
     }
 
-    /// What stands between the brackets of a literal. A `]` gets a gap more than a `}` behind the last row,
+    /// What is between the brackets of a literal. A `]` gets a gap more than a `}` after the last row,
     /// and that is meant: only a semicolon gives the `}` one too.
     void takeMatrixRows(const SyntaxList& rows, Rule& rule) {
         rule.unnecessary();
@@ -390,7 +390,7 @@ private:
         }
     }
 
-    /// `= value` behind the name of a property or argument.
+    /// `= value` after the name of a property or argument.
     void takeDefaultValue(const SyntaxNode* value, Rule& rule) {
         if (value != nullptr) {
             rule.necessary().token().necessary().child(value);
@@ -417,7 +417,7 @@ private:
         return rule.container();
     }
 
-    /// `(a, b = c)` behind the keyword of a class or block, with the gap in front of it.
+    /// `(a, b = c)` after the keyword of a class or block, with the gap before it.
     void takeAttributeList(const SyntaxList& attributes, Rule& rule) {
         if (attributes.empty()) {
             return;
@@ -426,7 +426,7 @@ private:
         takeCommaList(attributes, rule);
     }
 
-    /// `(dimensions) class {validators}` behind the name of a property or argument.
+    /// `(dimensions) class {validators}` after the name of a property or argument.
     void takeValidation(const ValidationSpec<CA>* validation, Rule& rule) {
         if (validation == nullptr) {
             return;
@@ -583,7 +583,7 @@ private:
         return rule.block(node).separator().token().container(ContainerKind::For);
     }
 
-    /// The gap behind the last statement belongs to the level around the function, `end` or not. Only the
+    /// The gap after the last statement belongs to the level around the function, `end` or not. Only the
     /// tokens tell whether the file closes its functions.
     TextNode* function(const Function<CA>& node) {
         Rule rule(*this);
@@ -594,7 +594,7 @@ private:
         return rule.container();
     }
 
-    /// `global a b` and `persistent a b`. A closing semicolon is part of the separator behind.
+    /// `global a b` and `persistent a b`. A closing semicolon is part of the separator after it.
     TextNode* declaration(const SyntaxList& names) {
         Rule rule(*this);
         rule.token();
@@ -604,7 +604,7 @@ private:
         return rule.container();
     }
 
-    /// A dotted name is one node and several tokens. The class that a property may name behind an `@` is in
+    /// A dotted name is one node and several tokens. The class that a property may name after an `@` is in
     /// the tokens only.
     TextNode* identifier(const Identifier<CA>& node) {
         Rule rule(*this);
@@ -672,7 +672,7 @@ private:
         return rule.token().container();
     }
 
-    /// The blocks of a class or function. They open no level: their members stand at the level of the block.
+    /// The blocks of a class or function. They open no level: their members are at the level of the block.
     TextNode* memberBlock(const MemberBlock<CA>& node) {
         Rule rule(*this);
         rule.token();
@@ -749,8 +749,8 @@ private:
         return rule.block(node).separator().token().container();
     }
 
-    /// All cases stand in one level, the statements of each in one of their own. A case has no gap behind it:
-    /// that is the separator in front of the next one, or of the `end`.
+    /// All cases are in one level, the statements of each in one of their own. A case has no gap after it:
+    /// that is the separator before the next one, or of the `end`.
     TextNode* switchStatement(const SwitchStatement<CA>& node) {
         Rule rule(*this);
         rule.token().necessary().child(node.subject);

@@ -38,7 +38,7 @@ enum class WhitespaceDecision : std::uint32_t {
 /// nodes hold none, so the same tree can serve another pass afterwards.
 ///
 /// Columns count 16-bit characters on the current line from 0. A look-up of a result that isn't there throws
-/// std::out_of_range. Results are stored once: a second one for the same node is dropped without a sign.
+/// std::out_of_range. Results are stored once: a second one for the same node is ignored.
 class FormatPass {
 public:
     FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config);

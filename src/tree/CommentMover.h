@@ -11,7 +11,7 @@ namespace ca::formatting {
 
 /// Moves the comments of one run that have a line of their own to the level of the run.
 ///
-/// A comment's token holds the whitespace in front of it, and the node prints the indentation of the level
+/// A comment's token holds the whitespace before it, and the node prints the indentation of the level
 /// before it, so that whitespace is left out. Where the node prints none, since the token before it is a
 /// line of a block comment with its line end, the indentation is part of what this class prints:
 ///
@@ -21,7 +21,7 @@ namespace ca::formatting {
 ///       %}                         the indentation and "%}⏎",
 ///       % and how                  the indentation and "% and how"
 ///
-/// A block comment lies in one run from its first line to its last, so one run is all that has to be known.
+/// A block comment is in one run from its first line to its last, so one run is all that has to be known.
 class CommentMover {
 public:
     /// Without an indentation, only line ends change: to LF.

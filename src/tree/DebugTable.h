@@ -32,7 +32,7 @@ public:
     /// Adds a column that joins all rows under a label. One row gets the label alone, no rows get nothing.
     void addBracket(std::u16string_view label);
 
-    /// One line for each row, each ending in a line feed: cells stand to the right in columns that are two
+    /// One line for each row, each ending in a line feed: cells are right-aligned in columns that are two
     /// characters wider than their longest cell.
     std::u16string toString() const;
 

@@ -24,11 +24,11 @@ class IndentNode;
 class LeafNode;
 class TextNode;
 
-/// One file as a graph of small nodes that state what could change in its text. Two trees lie over the same
+/// One file as a graph of small nodes that state what could change in its text. Two trees share the same
 /// leaves: the text tree groups tokens and the gaps between them by construct, the indentation tree says
 /// which level each leaf belongs to.
 ///
-/// Each node of a finished tree is listed once and hangs in one of the two trees, the chain of leaves follows
+/// Each node of a finished tree is listed once and is in one of the two trees, the chain of leaves follows
 /// the order of the text, and each token stands in exactly one leaf. tests/support/TreeInvariantChecker.h has
 /// the rules one by one and checks them.
 ///

@@ -15,7 +15,7 @@ class WhitespaceNode;
 /// Something that takes up space in the output: a group of text nodes or a leaf.
 class TextNode : public FormatNode {
 public:
-    /// Width of the node if it stands on one line, in 16-bit characters; empty if that can't be told. Needs
+    /// Width of the node if it is on one line, in 16-bit characters; empty if that can't be told. Needs
     /// the options only, so a node can be measured before it has run.
     virtual std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const = 0;
 

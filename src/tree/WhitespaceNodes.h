@@ -22,8 +22,8 @@ enum class WhitespaceDecision : std::uint32_t;
 class BinaryOperationWhitespaceNode : public WhitespaceNode {
 public:
     enum class Side : std::uint32_t {
-        Before = 0, ///< in front of the operator
-        After = 1,  ///< behind it
+        Before = 0, ///< before the operator
+        After = 1,  ///< after it
     };
 
     BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side, IndentNode* indent,

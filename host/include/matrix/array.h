@@ -31,7 +31,7 @@ struct OMBREL_HOST_API kzDestroy_deleter {
     void operator()(kzArray_tag* array) const noexcept;
 };
 
-/// Dimensions as a range of pointers: the first one, and behind the last.
+/// Dimensions as a range of pointers: the first one, and after the last.
 struct DimensionSpan {
     const std::size_t* first;
     const std::size_t* last;

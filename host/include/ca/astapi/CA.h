@@ -8,7 +8,7 @@ namespace ca::astapi {
 /// Names the language of a syntax tree: Ombrel.
 struct CA {};
 
-/// Whether the node is a `Function` that stands inside another function or inside a method. Takes a node of
+/// Whether the node is a `Function` inside another function or inside a method. Accepts a node of
 /// any kind; false for null.
 OMBREL_HOST_API bool isNestedFunction(const lf::astapi::Node<CA>* node);
 

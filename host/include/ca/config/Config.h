@@ -25,7 +25,7 @@ public:
     /// source. The consumer specialises this for its section type.
     ///
     /// A section is made under the lock of its configuration, and while that is held the configurations
-    /// underneath are asked for theirs: locks are taken from the top layer downward only.
+    /// below are asked for theirs: locks are taken from the top layer downward only.
     template <class Section>
     std::shared_ptr<Section> get() const;
 

@@ -38,7 +38,7 @@ struct OMBREL_HOST_API ConfigIssue {
     Severity severity;
     std::optional<fl::filesystem::path> path;
     std::optional<ConfigPosition> start;
-    std::optional<ConfigPosition> end; ///< just behind the last character
+    std::optional<ConfigPosition> end; ///< just after the last character
 };
 
 /// Two issues are equal if they say the same about the same place; messages are compared by content.

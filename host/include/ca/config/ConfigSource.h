@@ -47,16 +47,16 @@ public:
     ~PreferenceConfigSource() override;
 };
 
-/// One JSON text, and the files that it names in "extends", a path or a list of paths, which lie underneath.
+/// One JSON text, and the files that it names in "extends", a path or a list of paths, which are its base.
 ///
 /// The text, its files, their files and so on make one chain of layers with a `FactoryConfigSource` at its
-/// end. Of a list, later entries lie over earlier ones, each with all that it extends itself:
+/// end. Of a list, later entries override earlier ones, each with all that it extends itself:
 ///
 ///     top.json   {"extends": ["a.json", "b.json"]}          top, b, shared, a, factory
 ///     a.json     {"extends": "shared.json"}
 ///     b.json     {"extends": "shared.json"}
 ///
-/// A file that is reached more than once has one place, its uppermost; a second one below that could never be
+/// A file that is reached more than once has one place, the highest; a second one below that could never be
 /// asked for anything. A file that can't be had, that is one of those extending it, or that would make the
 /// chain longer than `maximalLayerCount` is left out, and an issue at its "extends" says so.
 ///
@@ -68,25 +68,25 @@ public:
     /// as long as one likes.
     static constexpr std::size_t maximalLayerCount = 32;
 
-    /// `path` is the file behind the text, if there is one; "extends" is resolved against it through the
-    /// manager, which is used by this call only and may be empty: then, as without a path, an "extends" is an
-    /// issue.
+    /// `path` is the file that the text is from, if there is one; "extends" is resolved against it through
+    /// the manager, which is used by this call only and may be empty: then, as without a path, an "extends"
+    /// is an issue.
     ///
     /// Faults of text and files become issues. What else the manager throws passes through.
     JsonConfigSource(std::optional<fl::filesystem::path> path, const std::u16string& text,
                      const std::shared_ptr<AbstractConfigManager>& manager);
     ~JsonConfigSource() override;
 
-    /// The layer underneath. Never empty. A class that layers in another way overrides this.
+    /// The base layer. Never empty. A class that layers in another way overrides this.
     virtual std::shared_ptr<Config> getBaseConfig() const;
 
     /// The top-level value of the text with this name, if there is one: none in a text with a syntax error.
     std::optional<ca::utils::JsonValue> getSection(const std::u16string& name) const;
 
-    /// The file behind the text, if there is one.
+    /// The file that the text is from, if there is one.
     std::optional<fl::filesystem::path> getFilePath() const;
 
-    /// What is wrong with the text and with all layers underneath, so that nothing is lost where only the top
+    /// What is wrong with the text and with all base layers, so that nothing is lost where only the top
     /// is asked. An issue has the path of the file that it is about; one without a path is about the text.
     std::unordered_set<ConfigIssue> getIssues() const override;
 

@@ -29,7 +29,7 @@ enum class TokenType : std::int32_t {
     Persistent = 14,                 ///< persistent
     Return = 15,                     ///< return
     SecondaryKeyword16 = 16,         ///< catch
-    Import = 17,                     ///< import, in front of a statement's words
+    Import = 17,                     ///< import, before a statement's words
     SecondaryIndentedKeyword18 = 18, ///< case
     SecondaryIndentedKeyword19 = 19, ///< otherwise
     ClassLevelKeyword20 = 20,        ///< classdef
@@ -89,12 +89,12 @@ enum class TokenType : std::int32_t {
     LineEnding75 = 75,      ///< LF
     LineEnding76 = 76,      ///< CRLF
     LineEnding77 = 77,      ///< CR
-    LineTail = 78,          ///< the text behind a continuation
+    LineTail = 78,          ///< the text after a continuation
     BlockCommentOpen = 79,  ///< the whole physical line of a %{, line end included
     BlockCommentBody = 80,  ///< a whole physical line inside a block comment
     BlockCommentClose = 81, ///< the whole physical line of a %}
-    LineComment = 82,       ///< a comment first on its line, leading blanks included
-    TrailingComment = 83,   ///< a comment behind code
+    LineComment = 82,       ///< a comment first on its line, leading whitespace included
+    TrailingComment = 83,   ///< a comment after code
     Continuation = 84,      ///< ...
     CommandWord = 85,       ///< one word of a command or an import
     EndIndex = 86,          ///< end as an index, or with nothing to close
@@ -108,14 +108,14 @@ enum class TokenType : std::int32_t {
 /// One token. A plain record that owns its text; formatters read and write the fields directly.
 struct OMBREL_HOST_API Token {
     TokenType type;
-    std::u16string lexeme; ///< the text as it stands in the source
+    std::u16string lexeme; ///< the text as it is in the source
     std::uint32_t line;    ///< physical line, from 1
     std::uint32_t column;  ///< place of the first character in its line: 16-bit characters, from 1
 
-    /// True for what carries no syntax: blanks, line ends, comments of every kind, continuations.
+    /// True for what carries no syntax: spaces and tabs, line ends, comments of every kind, continuations.
     bool isWhitespace() const;
 
-    /// True for comments of every kind, the text behind a continuation included.
+    /// True for comments of every kind, the text after a continuation included.
     bool isComment() const;
 
     /// True for LF, CRLF and CR. The line end that a block comment's line holds is not asked for.

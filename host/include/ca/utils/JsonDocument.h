@@ -22,7 +22,7 @@ inline constexpr std::size_t maximalJsonDepth = 256;
 struct JsonFault {
     std::shared_ptr<resource_core::BaseMsgID> message; ///< never empty
     JsonPosition start;
-    std::optional<JsonPosition> end; ///< just behind the last character, if the fault is about a whole piece
+    std::optional<JsonPosition> end; ///< just after the last character, if the fault is about a whole piece
 };
 
 /// What a JSON text says. Faults don't come as exceptions.
@@ -31,7 +31,7 @@ struct JsonDocument {
     std::vector<JsonFault> faults;  ///< in the order of the text; 100 at most
 };
 
-/// Reads a text that holds one JSON object. On top of the standard, line and block comments and commas behind
+/// Reads a text that holds one JSON object. On top of the standard, line and block comments and commas after
 /// the last element or field are accepted, and a byte-order mark at the start, which takes no column.
 ///
 /// A syntax error ends the reading. So do half a surrogate pair, plain or as an escape, a number beyond the

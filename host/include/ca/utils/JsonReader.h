@@ -20,7 +20,7 @@ struct JsonIssue {
     std::shared_ptr<resource_core::BaseMsgID> message;
     std::optional<fl::filesystem::path> path;
     std::optional<JsonPosition> start;
-    std::optional<JsonPosition> end; ///< just behind the last character
+    std::optional<JsonPosition> end; ///< just after the last character
 };
 
 /// Takes a JSON value apart (include JsonStages.h for that) and collects what is wrong with it:
@@ -31,7 +31,7 @@ struct JsonIssue {
 /// time.
 class OMBREL_HOST_API JsonReader {
 public:
-    /// `path` is the file that the value stands in, if there is one.
+    /// `path` is the file that the value is in, if there is one.
     JsonReader(std::optional<fl::filesystem::path> path, const JsonValue& root);
 
     /// The reader's value, as anchor and as value.

@@ -16,10 +16,10 @@ namespace ca::utils {
 /// Line and column of a character, both from 1, columns in 16-bit characters. LF, CRLF and CR end a line.
 using JsonPosition = std::pair<std::uint32_t, std::uint32_t>;
 
-/// Where something stands in its file.
+/// Where something is in its file.
 struct JsonSpan {
     JsonPosition start;
-    JsonPosition end; ///< just behind the last character
+    JsonPosition end; ///< just after the last character
 
     friend bool operator==(const JsonSpan&, const JsonSpan&) = default;
 };

@@ -6,7 +6,7 @@
 #include <locale>
 
 // The standard library supplies no facets for 16-bit characters, and a stream without them loses everything
-// behind the first number without a sign. This header declares the ones that writing needs. Include it
+// after the first number without a sign. This header declares the ones that writing needs. Include it
 // wherever such a stream is used: a facet is found by the address of its `id`, so each `id` may exist only
 // once in a process, in the host.
 

@@ -30,7 +30,7 @@ struct Node : NodeCustomization<Node<Language>> {
 template <class Language>
 struct NodeList {
     const Node<Language>* const* first = nullptr;
-    const Node<Language>* const* last = nullptr; ///< behind the last element
+    const Node<Language>* const* last = nullptr; ///< after the last element
 
     const Node<Language>* const* begin() const { return first; }
     const Node<Language>* const* end() const { return last; }

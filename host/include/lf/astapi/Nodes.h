@@ -11,8 +11,8 @@
 /// `IfStatement` is an `IfStatement<Language>`, see `as`.
 namespace lf::astapi {
 
-/// The parts of a property or argument behind its name: `(dimensions) classType {validators}`. No node: it
-/// has no kind, and the property or argument is the parent of what stands in it.
+/// The parts of a property or argument after its name: `(dimensions) classType {validators}`. No node: it
+/// has no kind, and the property or argument is the parent of what is in it.
 template <class Language>
 struct ValidationSpec {
     NodeList<Language> dimensions;
@@ -66,7 +66,7 @@ struct Signature : Node<Language> {
     NodeList<Language> parameters;
 };
 
-/// A method whose body stands in another file.
+/// A method whose body is in another file.
 template <class Language>
 struct MethodDeclaration : Signature<Language> {
     static constexpr NodeKind nodeKind = NodeKind::MethodDeclaration;
@@ -156,7 +156,7 @@ struct BraceIndexing : Node<Language> {
     NodeList<Language> arguments;
 };
 
-/// `case value` and the statements behind it.
+/// `case value` and the statements after it.
 template <class Language>
 struct CaseSelection : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::CaseSelection;
@@ -165,7 +165,7 @@ struct CaseSelection : Node<Language> {
     NodeList<Language> body;
 };
 
-/// `catch identifier` and the statements behind it.
+/// `catch identifier` and the statements after it.
 template <class Language>
 struct CatchBlock : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::CatchBlock;
@@ -221,7 +221,7 @@ struct DynamicFieldAccess : Node<Language> {
     const Node<Language>* expression;
 };
 
-/// `else` and the statements behind it.
+/// `else` and the statements after it.
 template <class Language>
 struct ElseBlock : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::ElseBlock;
@@ -229,7 +229,7 @@ struct ElseBlock : Node<Language> {
     NodeList<Language> body;
 };
 
-/// `elseif condition` and the statements behind it.
+/// `elseif condition` and the statements after it.
 template <class Language>
 struct ElseifBlock : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::ElseifBlock;
@@ -256,7 +256,7 @@ struct EventDefinition : Node<Language> {
     const Node<Language>* value; ///< may be null
 };
 
-/// An expression that stands as a statement.
+/// An expression as a statement.
 template <class Language>
 struct ExpressionStatement : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::ExpressionStatement;
@@ -264,7 +264,7 @@ struct ExpressionStatement : Node<Language> {
     const Node<Language>* expression;
 };
 
-/// `object.field`, where the object is more than a name directly in front of the dot.
+/// `object.field`, where the object is more than a name directly before the dot.
 template <class Language>
 struct FieldAccess : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::FieldAccess;
@@ -363,7 +363,7 @@ struct NamedArgument : Node<Language> {
     const Node<Language>* value;
 };
 
-/// `otherwise` and the statements behind it.
+/// `otherwise` and the statements after it.
 template <class Language>
 struct OtherwiseBlock : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::OtherwiseBlock;
@@ -423,7 +423,7 @@ struct ProgramFile : Node<Language> {
     NodeList<Language> statements;
 };
 
-/// `name (1,:) double {validator} = v`. A class behind `@` is in the tokens only.
+/// `name (1,:) double {validator} = v`. A class after `@` is in the tokens only.
 template <class Language>
 struct PropertyDefinition : Node<Language> {
     static constexpr NodeKind nodeKind = NodeKind::PropertyDefinition;

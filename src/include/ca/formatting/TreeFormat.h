@@ -54,7 +54,7 @@ inline ParsedSource parseSource(const std::u16string& text) {
     return source;
 }
 
-/// What becomes of the whitespace in front of comments that have a line of their own.
+/// What becomes of the whitespace before comments that have a line of their own.
 enum class CommentLines : std::uint8_t {
     /// Printed as it is in the source, and the level's indentation before it if that is enabled, so that an
     /// indented comment moves right each time that its file is formatted.
