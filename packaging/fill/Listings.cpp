@@ -83,11 +83,11 @@ std::pair<std::string, std::string> splitHelp(const std::string& help) {
 // The options of the options file, as --set takes them
 
 std::string getRange(const Option& option) {
-    return option.type == OptionType::Number ? fmt::format("{} to {}", option.low, option.high) : "";
+    return option.type == TreeOptionType::Number ? fmt::format("{} to {}", option.low, option.high) : "";
 }
 
 Strings getValues(const Option& option) {
-    if (option.type == OptionType::Boolean) {
+    if (option.type == TreeOptionType::Boolean) {
         return {"false", "true"};
     }
     return {option.words.begin(), option.words.end()};
@@ -236,7 +236,7 @@ std::string writeManualOptions() {
 }
 
 std::string writeManualSetting(const Option& option) {
-    const std::string values = option.type == OptionType::Number
+    const std::string values = option.type == TreeOptionType::Number
                                    ? getRange(option)
                                    : fmt::format("{}", fmt::join(getValues(option), "|"));
     return writeEntry(fmt::format("*{}*", option.getName()), values, std::string(option.description),

@@ -29,19 +29,19 @@ void addSetting(OptionsRequest& request, const Option& option, const std::string
 }
 
 std::string getTypeName(const Option& option) {
-    return option.type == OptionType::Number ? "N" : fmt::format("{}", fmt::join(option.words, "|"));
+    return option.type == TreeOptionType::Number ? "N" : fmt::format("{}", fmt::join(option.words, "|"));
 }
 
 std::string getHelp(const Option& option) {
     const std::string range =
-        option.type == OptionType::Number ? fmt::format(", {} to {}", option.low, option.high) : "";
+        option.type == TreeOptionType::Number ? fmt::format(", {} to {}", option.low, option.high) : "";
     return fmt::format("{}{} [{}]", option.description, range, option.factory);
 }
 
 /// Callbacks run in the order of the command line, so that later settings win.
 void addFlag(CLI::App& app, OptionsRequest& request, const Option& option) {
     const std::string flag(option.flag);
-    if (option.type == OptionType::Boolean) {
+    if (option.type == TreeOptionType::Boolean) {
         const auto store = [&request, &option, flag] { addSetting(request, option, flag, "", "true"); };
         app.add_flag_callback(flag, store, std::string(option.description))->trigger_on_parse();
         return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ca/formatting/TreeOptions.h>
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -8,19 +10,16 @@
 
 namespace ombrel {
 
-enum class OptionType {
-    Boolean,
-    Number,       ///< a whole number from `low` to `high`
-    Word,         ///< one of `words`
-    PerConstruct, ///< one of `words` for all constructs, or an object with one for each child of
-                  ///< getConstructs()
-};
+using ca::formatting::TreeOptionType;
+using Construct = ca::formatting::TreeConstruct;
 
-/// One option of the program. Reading, checking, help, schema and starter file all go by the table of these.
+/// One option of the program. What the library says about those of the tree formatter is in its own table;
+/// this one adds what people need to know. Reading, checking, help, schema and starter file all go by the
+/// table of these.
 struct Option {
     std::string_view section; ///< the object of the options file that it stands in; empty for the top level
     std::string_view key;
-    OptionType type;
+    TreeOptionType type;
     std::string_view factory; ///< its default, as text; always a possible value
     std::string_view description;
     std::string_view flag;                   ///< of the command line; empty if there is only --set
@@ -46,15 +45,6 @@ struct Section {
 
 /// The objects of an options file that hold options.
 std::span<const Section> getSections();
-
-/// A name in the tree of constructs that a PerConstruct option can be given for: a group, or one construct.
-struct Construct {
-    std::string_view name;
-    std::span<const Construct> children; ///< empty for one construct
-};
-
-/// The group of all constructs, which has no name.
-const Construct& getConstructs();
 
 /// The words as a sentence has them: "all, classic or mixed".
 std::string joinWords(std::span<const std::string_view> words);

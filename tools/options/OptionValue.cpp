@@ -23,13 +23,13 @@ using ca::utils::JsonValue;
 
 std::string getExpectation(const Option& option) {
     switch (option.type) {
-    case OptionType::Boolean:
+    case TreeOptionType::Boolean:
         return "expected true or false";
-    case OptionType::Number:
+    case TreeOptionType::Number:
         return fmt::format("expected a number from {} to {}", option.low, option.high);
-    case OptionType::Word:
+    case TreeOptionType::Word:
         return "expected " + joinWords(option.words);
-    case OptionType::PerConstruct:
+    case TreeOptionType::PerConstruct:
         break;
     }
     return fmt::format("expected {}, or an object for the constructs one by one", joinWords(option.words));
@@ -75,17 +75,17 @@ public:
 
     void check(const JsonValue& value) {
         switch (option.type) {
-        case OptionType::Boolean:
+        case TreeOptionType::Boolean:
             expect(value.getKind() == JsonValue::BooleanKind, value);
             break;
-        case OptionType::Number:
+        case TreeOptionType::Number:
             expect(isNumber(option, value), value);
             break;
-        case OptionType::Word:
+        case TreeOptionType::Word:
             checkWord(value, getExpectation(option));
             break;
-        case OptionType::PerConstruct:
-            checkConstruct(getConstructs(), value);
+        case TreeOptionType::PerConstruct:
+            checkConstruct(ca::formatting::treeConstructs, value);
             break;
         }
     }
@@ -143,7 +143,7 @@ private:
     }
 
     static std::string suggestName(const Construct& group, std::string_view name) {
-        const std::string elsewhere = findPath(getConstructs(), name);
+        const std::string elsewhere = findPath(ca::formatting::treeConstructs, name);
         return elsewhere.empty() ? suggest(name, getNames(group.children))
                                  : fmt::format("; did you mean {}?", elsewhere);
     }
@@ -172,17 +172,17 @@ std::optional<JsonValue> readNumber(std::string_view text) {
 /// The value that the text stands for, whether or not it is a possible one.
 std::optional<JsonValue> readText(const Option& option, std::string_view text) {
     switch (option.type) {
-    case OptionType::Boolean:
+    case TreeOptionType::Boolean:
         return text == "true" || text == "false" ? std::optional(JsonValue(text == "true", std::nullopt))
                                                  : std::nullopt;
-    case OptionType::Number:
+    case TreeOptionType::Number:
         return readNumber(text);
-    case OptionType::PerConstruct:
+    case TreeOptionType::PerConstruct:
         if (text.starts_with('{')) {
             return readObject(text);
         }
         break;
-    case OptionType::Word:
+    case TreeOptionType::Word:
         break;
     }
     return JsonValue(decodeLossy(text), std::nullopt);

@@ -28,16 +28,16 @@ Json describeGroup(const Option& option, const Construct& group) {
 
 Json describeType(const Option& option) {
     switch (option.type) {
-    case OptionType::Boolean:
+    case TreeOptionType::Boolean:
         return {{"type", "boolean"}};
-    case OptionType::Number:
+    case TreeOptionType::Number:
         return {{"type", "integer"}, {"minimum", option.low}, {"maximum", option.high}};
-    case OptionType::Word:
+    case TreeOptionType::Word:
         return describeWords(option);
-    case OptionType::PerConstruct:
+    case TreeOptionType::PerConstruct:
         break;
     }
-    return describeGroup(option, getConstructs());
+    return describeGroup(option, ca::formatting::treeConstructs);
 }
 
 Json describeOption(const Option& option) {

@@ -16,13 +16,13 @@ constexpr std::string_view head =
 
 std::string describeRange(const Option& option) {
     switch (option.type) {
-    case OptionType::Boolean:
+    case TreeOptionType::Boolean:
         return "true or false";
-    case OptionType::Number:
+    case TreeOptionType::Number:
         return fmt::format("{} to {}", option.low, option.high);
-    case OptionType::Word:
+    case TreeOptionType::Word:
         return joinWords(option.words);
-    case OptionType::PerConstruct:
+    case TreeOptionType::PerConstruct:
         break;
     }
     return joinWords(option.words) + "; an object sets the constructs one by one";
