@@ -1,12 +1,14 @@
 #include "files/FileSearch.h"
 
 #include "files/Exclusion.h"
+#include "files/Paths.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <unordered_set>
+#include <utility>
 
 namespace ombrel {
 
@@ -22,7 +24,7 @@ std::string getRealPath(const std::string& path) {
     return error ? path : real.string();
 }
 
-/// What stands in front of the names found in a folder; nothing for the current one.
+/// What is shown before the names found in a folder; nothing for the current one.
 std::string getShownFolder(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) {
         path.pop_back();
@@ -72,8 +74,10 @@ std::vector<Entry> readFolder(const fs::path& folder, std::error_code& error) {
 
 class Search {
 public:
-    Search(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored)
-        : options(options), exclusion(options, files, ignored) {}
+    /// `folders` are the real paths of the folders that were named.
+    Search(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored,
+           std::vector<std::string> folders)
+        : options(options), exclusion(options, files, ignored), folders(std::move(folders)) {}
 
     void addStandardInput() { add("-", Verdict::Taken, "named"); }
 
@@ -158,10 +162,20 @@ private:
             add(shown, Verdict::Left, "a symbolic link to nothing");
         } else if (entry.kind == Entry::Kind::Other) {
             add(shown, Verdict::Left, "not a regular file");
+        } else if (const std::string target = entry.isLink ? getRealPath(real) : real; isInNamed(target)) {
+            take(shown, target, decision.reason.empty() ? "found" : decision.reason);
         } else {
-            take(shown, entry.isLink ? getRealPath(real) : real,
-                 decision.reason.empty() ? "found" : decision.reason);
+            add(shown, Verdict::Left, "a symbolic link to a file outside");
         }
+    }
+
+    /// A tree can have links to any file of the machine, and to what belongs to git and not to its user.
+    bool isInNamed(const std::string& real) const {
+        const auto isIn = [&](const std::string& folder) {
+            return isBelow(folder, real) &&
+                   ('/' + getShortPath(folder, real)).find("/.git/") == std::string::npos;
+        };
+        return std::any_of(folders.begin(), folders.end(), isIn);
     }
 
     void take(const std::string& path, const std::string& real, const std::string& reason) {
@@ -186,6 +200,7 @@ private:
 
     const SearchOptions& options;
     Exclusion exclusion;
+    std::vector<std::string> folders;
     std::unordered_set<std::string> taken;      ///< real paths
     std::unordered_set<std::string> unreadable; ///< real paths too, where there are any
     SearchResult result;
@@ -196,15 +211,19 @@ private:
 SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options, FileSystem& files,
                        IgnoredFiles& ignored) {
     std::vector<bool> isFolder;
+    std::vector<std::string> folders;
     std::vector<std::string> scope;
     for (const std::string& path : paths) {
         isFolder.push_back(path != "-" && files.isFolder(path));
         if (isFolder.back() || options.forcesExclusion) {
             scope.push_back(getRealPath(path));
         }
+        if (isFolder.back()) {
+            folders.push_back(scope.back());
+        }
     }
     ignored.setScope(std::move(scope));
-    Search search(options, files, ignored);
+    Search search(options, files, ignored, std::move(folders));
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (paths[i] == "-") {
             search.addStandardInput();

@@ -26,7 +26,8 @@ struct SearchResult {
 
 /// Finds the files that a run formats: those of `paths` that are no folders, and below the folders everything
 /// named `*.omb` that nothing leaves out; `ignored` is asked once its scope is set. Symbolic links to folders
-/// are not followed, and a `.git` is not entered. A path that doesn't exist is treated as a file.
+/// are not followed, links to files only if these are in one of the folders in `paths`, and a `.git` is not
+/// entered. A path that doesn't exist is treated as a file.
 SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options, FileSystem& files,
                        IgnoredFiles& ignored);
 
