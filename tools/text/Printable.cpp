@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
+#include <utf8.h>
 
 namespace ombrel {
 
@@ -55,15 +56,22 @@ std::string escape(UChar32 c) {
     }
 }
 
-/// What stands for a byte between quotes.
+std::string escapeInOctal(std::string_view bytes) {
+    std::string escaped;
+    for (const char c : bytes) {
+        escaped += fmt::format("\\{:03o}", static_cast<unsigned char>(c));
+    }
+    return escaped;
+}
+
+/// What stands between quotes for a byte of ASCII.
 std::string escapeQuoted(char c) {
     constexpr std::string_view named = "\a\b\t\n\v\f\r\"\\";
     constexpr std::string_view letters = "abtnvfr\"\\";
     if (const std::size_t index = named.find(c); index != named.npos) {
         return {'\\', letters[index]};
     }
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || byte == 0x7F ? fmt::format("\\{:03o}", byte) : std::string(1, c);
+    return c < ' ' || c == '\x7F' ? escapeInOctal({&c, 1}) : std::string(1, c);
 }
 
 /// The character at `index`, which moves behind it.
@@ -71,6 +79,19 @@ UChar32 takeCharacter(std::u16string_view text, std::size_t& index) {
     UChar32 c = 0;
     U16_NEXT(text.data(), index, text.size(), c);
     return c;
+}
+
+/// The same in UTF-8; negative for a byte that isn't part of a character.
+UChar32 takeCharacter(std::string_view bytes, std::size_t& index) {
+    const char* end = bytes.data() + index;
+    try {
+        const auto c = static_cast<UChar32>(utf8::next(end, bytes.data() + bytes.size()));
+        index = static_cast<std::size_t>(end - bytes.data());
+        return c;
+    } catch (const utf8::exception&) {
+        ++index;
+        return -1;
+    }
 }
 
 struct Glyph {
@@ -120,8 +141,15 @@ std::string getPrintableName(std::string_view bytes) {
 
 std::string getQuotedName(std::string_view bytes) {
     std::string escaped;
-    for (const char c : bytes) {
-        escaped += escapeQuoted(c);
+    for (std::size_t i = 0; i < bytes.size();) {
+        const std::size_t start = i;
+        const UChar32 c = takeCharacter(bytes, i);
+        const std::string_view character = bytes.substr(start, i - start);
+        if (0 <= c && c < 0x80) {
+            escaped += escapeQuoted(static_cast<char>(c));
+        } else {
+            escaped += c >= 0x80 && isHidden(c) ? escapeInOctal(character) : std::string(character);
+        }
     }
     return escaped == bytes ? escaped : '"' + escaped + '"';
 }

@@ -15,9 +15,9 @@ std::string getPrintable(std::u16string_view text);
 /// A name as it can be shown on one line; bytes that aren't UTF-8 are replaced.
 std::string getPrintableName(std::string_view bytes);
 
-/// A name on a line that programs read too, as git prints names: one with control characters, quotes or
-/// backslashes stands in quotes, with the escapes of C in it (`"new\nline.omb"`); every other one is left as
-/// it is, whatever its bytes are.
+/// A name on a line that programs read too, as git prints names: one with control characters, other
+/// characters that getPrintable() escapes, quotes or backslashes is put in quotes, with the escapes of C in it
+/// (`"new\nline.omb"`); every other one is left as it is, whatever its bytes are.
 std::string getQuotedName(std::string_view bytes);
 
 /// The part of a source line that a message points at, ready to be printed:

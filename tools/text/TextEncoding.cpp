@@ -114,10 +114,26 @@ bool appendEncoded(std::string& bytes, std::u16string_view text, UChar32 substit
     return true;
 }
 
-DecodingError describeBadByte(std::string_view bytes) {
-    const auto bad = utf8::find_invalid(bytes.begin(), bytes.end());
+/// Whether the bytes of most characters are a NUL and another one, as in text with ASCII letters.
+bool looksLikeUtf16(std::string_view bytes) {
+    constexpr std::string_view littleEndianMark = "\xFF\xFE";
+    constexpr std::string_view bigEndianMark = "\xFE\xFF";
+    if (bytes.starts_with(littleEndianMark) || bytes.starts_with(bigEndianMark)) {
+        return true;
+    }
+    const std::string_view sample = bytes.substr(0, 4096);
+    std::size_t nulCounts[2] = {};
+    for (std::size_t i = 0; i < sample.size(); ++i) {
+        nulCounts[i % 2] += sample[i] == '\0' ? 1 : 0;
+    }
+    const auto [fewer, more] = std::minmax(nulCounts[0], nulCounts[1]);
+    return more > sample.size() / 4 && 8 * fewer < more;
+}
+
+/// `offset` is that of the first byte that no text may have there: a NUL, or what isn't UTF-8.
+DecodingError describeBadByte(std::string_view bytes, std::size_t offset) {
     std::u16string before;
-    appendDecoded(before, bytes.substr(0, static_cast<std::size_t>(bad - bytes.begin())), -1);
+    appendDecoded(before, bytes.substr(0, offset), -1);
 
     LineSplitter lines(before);
     std::uint32_t line = 0;
@@ -126,9 +142,12 @@ DecodingError describeBadByte(std::string_view bytes) {
         ++line;
         column = next->content.size() + 1;
     }
+    const char* guess = looksLikeUtf16(bytes) ? "; the file looks like UTF-16: convert it to UTF-8" : "";
+    const auto byte = static_cast<unsigned char>(bytes[offset]);
     return {DecodingError::Kind::NotUtf8,
-            fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here",
-                        static_cast<unsigned char>(*bad)),
+            byte == 0
+                ? fmt::format("not a text: NUL characters aren't allowed{}", guess)
+                : fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here{}", byte, guess),
             line, static_cast<std::uint32_t>(column)};
 }
 
@@ -143,8 +162,11 @@ tl::expected<DecodedText, DecodingError> decode(std::string_view bytes) {
     if (result.hasByteOrderMark) {
         bytes.remove_prefix(byteOrderMark.size());
     }
-    if (!appendDecoded(result.text, bytes, -1)) {
-        return tl::unexpected(describeBadByte(bytes));
+    const std::size_t nul = bytes.find('\0');
+    if (nul != std::string_view::npos || !appendDecoded(result.text, bytes, -1)) {
+        const auto invalid = utf8::find_invalid(bytes.begin(), bytes.end());
+        return tl::unexpected(
+            describeBadByte(bytes, std::min(nul, static_cast<std::size_t>(invalid - bytes.begin()))));
     }
     return result;
 }

@@ -33,7 +33,8 @@ struct DecodingError {
     std::uint32_t column = 0; ///< 16-bit characters, from 1
 };
 
-/// Turns the bytes of a file into text. Invalid UTF-8 is refused at its first bad byte, never repaired.
+/// Turns the bytes of a file into text. Refuses invalid UTF-8 at its first bad byte, and NUL characters, which
+/// text in another encoding has.
 tl::expected<DecodedText, DecodingError> decode(std::string_view bytes);
 
 /// As much of a text as can be shown: a replacement character stands for what isn't UTF-8.
