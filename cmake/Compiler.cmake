@@ -8,12 +8,15 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}" "$ORIGIN")
-# The build tree's path must not be shorter than the installed one: it would be filled up with empty entries, and an
-# empty entry makes a program load libraries from whatever folder it is started in.
-set(CMAKE_BUILD_RPATH ${CMAKE_INSTALL_RPATH})
+# A path for the build tree alone would be filled up with empty entries, and an empty entry makes a program load
+# libraries from whatever folder it is started in.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+if(OMBREL_HOST)
+    set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
+endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,5 +1,7 @@
 #include "ca/astapi/symbols.h"
 
+#include "symbols/LibraryFile.h"
+
 #include <array>
 #include <climits>
 #include <string>
@@ -33,7 +35,8 @@ void* getNonshippingLibraryHandle() {
     }
     for (const char* place : {"/", "/devtools/"}) {
         const std::string path = folder + place + "libca_formatting_devtools.so";
-        if (void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+        void* const handle = isWholeLibrary(path) ? dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+        if (handle != nullptr) {
             return handle;
         }
     }
