@@ -14,9 +14,9 @@ using namespace ombrel;
 
 class CountingFileSystem : public DiskFileSystem {
 public:
-    bool isFile(const std::string& path) override {
+    bool isThere(const std::string& path) override {
         ++lookUps[path];
-        return DiskFileSystem::isFile(path);
+        return DiskFileSystem::isThere(path);
     }
 
     std::map<std::string, int> lookUps;

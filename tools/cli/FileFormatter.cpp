@@ -43,7 +43,8 @@ public:
 
     FileResult run() {
         try {
-            process(readInput(path, job.console.in, job.files));
+            process(job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
+                                          : readInput(path, job.console.in, job.files));
         } catch (const FileError& error) {
             report(Problem(getCode(error.kind), error.what()), {});
         } catch (const std::bad_alloc&) {

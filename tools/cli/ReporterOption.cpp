@@ -43,6 +43,9 @@ ReporterChoice parseChoice(const std::string& text) {
     if (file.empty()) {
         refuse(text, "a file name is missing after the colon");
     }
+    if (file.ends_with(".omb")) {
+        refuse(text, "a report can't go to a source file");
+    }
     return {kind, file == "-" ? std::string() : file};
 }
 

@@ -56,6 +56,12 @@ public:
 private:
     ExitStatus processFound(SearchResult found) {
         warn(found.warnings);
+        if (const std::string report = findReportOnSource(found.candidates); !report.empty()) {
+            const Problem problem(Code::UsageError, "a report can't go to " + getPrintableName(report) +
+                                                        ", which is a source file");
+            printRunProblem(console.err, "ombrel-format", problem, console.getErrColor(arguments.color));
+            return ExitStatus::Usage;
+        }
         if (arguments.search.listsOnly) {
             list(found.candidates);
             return finish();
@@ -74,6 +80,20 @@ private:
         return finishReports();
     }
 
+    /// The file of a report that is one of the sources too, by whatever path; empty if there is none.
+    std::string findReportOnSource(const std::vector<Candidate>& candidates) const {
+        for (const ReporterChoice& choice : arguments.reporters) {
+            const auto identity = choice.file.empty() ? std::nullopt : files.getIdentity(choice.file);
+            const auto isSame = [&](const Candidate& candidate) {
+                return candidate.path != "-" && files.getIdentity(candidate.path) == identity;
+            };
+            if (identity && std::any_of(candidates.begin(), candidates.end(), isSame)) {
+                return choice.file;
+            }
+        }
+        return {};
+    }
+
     /// False if there is a fault in one of the options files. Then all faults have been reported.
     bool prepareOptions(const std::vector<std::string>& names) {
         const std::vector<OptionsFault> faults = resolver.prepare(names);
@@ -82,6 +102,7 @@ private:
             reporters.add({resolver.getShownPath(fault.path), FileStatus::Failed, 0,
                            makeMessages(fault.problems, fault.text)});
         }
+        warn(resolver.getWarnings());
         return faults.empty();
     }
 

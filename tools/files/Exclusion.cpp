@@ -1,8 +1,8 @@
 #include "files/Exclusion.h"
 
 #include "files/Paths.h"
-#include "text/TextEncoding.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -15,23 +15,7 @@ namespace ombrel {
 namespace {
 
 constexpr const char* ignoreFileName = ".ombrel-format-ignore";
-
-bool isThere(const std::filesystem::path& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
-}
-
-/// The folder of the repository that a folder belongs to, empty if it belongs to none.
-std::string findRepository(const std::string& folder) {
-    for (std::filesystem::path path = folder;; path = path.parent_path()) {
-        if (isThere(path / ".git")) {
-            return path;
-        }
-        if (!path.has_relative_path()) {
-            return {};
-        }
-    }
-}
+constexpr std::uint64_t maximalSize = 1 << 20; // bytes of one ignore file
 
 } // namespace
 
@@ -46,7 +30,7 @@ Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, IgnoredFil
 
 void Exclusion::begin(const std::string& folder) {
     levels.clear();
-    const std::string repository = findRepository(folder);
+    const std::string repository = files.findRepository(folder);
     const std::string top = repository.empty() ? "/" : repository;
     std::filesystem::path path = top;
     levels.push_back({top, repository, readRules(top)});
@@ -60,20 +44,20 @@ void Exclusion::begin(const std::string& folder) {
 }
 
 void Exclusion::enter(const std::string& folder) {
-    const bool isRepository = isThere(std::filesystem::path(folder) / ".git");
+    const bool isRepository = files.isThere(std::filesystem::path(folder) / ".git");
     levels.push_back({folder, isRepository ? folder : levels.back().repository, readRules(folder)});
 }
 
 IgnoreRules Exclusion::readRules(const std::string& folder) {
     const std::filesystem::path path = std::filesystem::path(folder) / ignoreFileName;
-    if (!isThere(path)) {
+    if (!files.isThere(path)) {
         return {};
     }
     try {
-        return IgnoreRules(files.read(path, maximalByteCount));
+        return IgnoreRules(files.readRegular(path, maximalSize));
     } catch (const FileError& error) {
         unreadable.push_back(
-            fmt::format("{}: {}, so its rules don't count", getShortPath(currentFolder, path), error.what()));
+            fmt::format("{}: {}, so its rules don't apply", getShortPath(currentFolder, path), error.what()));
         return {};
     }
 }

@@ -8,11 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -41,14 +39,30 @@ std::size_t readSome(int descriptor, char* buffer, std::size_t size, Kind kind) 
     return done;
 }
 
+FileError makeSizeError(std::uint64_t limit) {
+    return {Kind::TooLarge, limit > (1U << 30) ? std::string(tooLargeMessage)
+                                               : fmt::format("too large: {} KiB is the limit", limit >> 10)};
+}
+
+struct stat getStatus(const File& file) {
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) {
+        throw makeFileError(Kind::Unreadable, "can't read it", errno);
+    }
+    return status;
+}
+
 /// Reads up to the end of the file; its size is only a hint, since pipes have none.
-std::string readAll(int descriptor, std::size_t sizeHint, std::uint64_t limit) {
-    std::string bytes(sizeHint + 1, '\0');
+std::string readAll(int descriptor, off_t sizeHint, std::uint64_t limit) {
+    if (static_cast<std::uint64_t>(sizeHint) > limit) {
+        throw makeSizeError(limit);
+    }
+    std::string bytes(static_cast<std::size_t>(sizeHint) + 1, '\0');
     std::size_t done = 0;
     while (true) {
         done += readSome(descriptor, bytes.data() + done, bytes.size() - done, Kind::Unreadable);
         if (done > limit) {
-            throw FileError(Kind::TooLarge, tooLargeMessage);
+            throw makeSizeError(limit);
         }
         if (done < bytes.size()) {
             break;
@@ -114,27 +128,47 @@ void syncFolder(const std::filesystem::path& folder) {
 
 } // namespace
 
+std::string FileSystem::findRepository(const std::string& folder) {
+    for (std::filesystem::path path = folder;; path = path.parent_path()) {
+        if (isThere(path / ".git")) {
+            return path;
+        }
+        if (!path.has_relative_path()) {
+            return {};
+        }
+    }
+}
+
 bool DiskFileSystem::isFolder(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_directory(path, error);
 }
 
-bool DiskFileSystem::isFile(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::is_regular_file(path, error);
+bool DiskFileSystem::isThere(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+bool DiskFileSystem::isForeign(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && status.st_uid != 0 && status.st_uid != ::geteuid();
 }
 
 std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unreadable, "can't open it");
-    struct stat status {};
-    if (::fstat(file.get(), &status) != 0) {
-        throw makeFileError(Kind::Unreadable, "can't read it", errno);
+    const struct stat status = getStatus(file);
+    return readAll(file.get(), S_ISREG(status.st_mode) ? status.st_size : 0, limit);
+}
+
+/// Opening a pipe or a terminal could wait or have effects, so that the kind of file is known too late.
+std::string DiskFileSystem::readRegular(const std::string& path, std::uint64_t limit) {
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY), Kind::Unreadable,
+                    "can't open it");
+    const struct stat status = getStatus(file);
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError(Kind::Unreadable, "can't read it: not a regular file");
     }
-    const auto size = static_cast<std::uint64_t>(status.st_size);
-    if (S_ISREG(status.st_mode) && size > limit) {
-        throw FileError(Kind::TooLarge, tooLargeMessage);
-    }
-    return readAll(file.get(), S_ISREG(status.st_mode) ? size : 0, limit);
+    return readAll(file.get(), status.st_size, limit);
 }
 
 void DiskFileSystem::replace(const std::string& path, const std::string& before, const std::string& after) {
@@ -147,10 +181,13 @@ void DiskFileSystem::replace(const std::string& path, const std::string& before,
     const struct stat status = getStatus(target);
     checkReplaceable(target, status, rules);
 
+    cleanOnce(target.parent_path());
+
     TemporaryFile temporary(target.parent_path());
     temporary.write(after);
     temporary.takeProperties(target, status);
     temporary.sync();
+    temporary.takeName();
     if (!hasContent(target, before)) {
         throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
     }
@@ -159,20 +196,32 @@ void DiskFileSystem::replace(const std::string& path, const std::string& before,
 }
 
 void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
-    const auto fail = [] {
-        throw FileError(Kind::Unwritable, "can't make it: " + std::generic_category().message(errno));
-    };
-    std::FILE* file = std::fopen(path.c_str(), "wxe");
-    if (file == nullptr) {
-        fail();
+    const std::filesystem::path folder = std::filesystem::absolute(path).parent_path();
+    const ReplacementGuard guard;
+    TemporaryFile temporary(folder, TemporaryFile::Access::Everybody);
+    temporary.write(bytes);
+    temporary.sync();
+    temporary.place(path);
+    syncFolder(folder);
+}
+
+/// Reading a folder for each of its files would take time in proportion to the square of their number.
+void DiskFileSystem::cleanOnce(const std::string& folder) {
+    {
+        const std::lock_guard lock(mutex);
+        if (!cleaned.insert(folder).second) {
+            return;
+        }
     }
-    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if (std::fclose(file) != 0 || !isWritten) {
-        const int reason = std::exchange(errno, 0);
-        ::unlink(path.c_str());
-        errno = reason;
-        fail();
+    TemporaryFile::removeAbandoned(folder);
+}
+
+std::optional<FileIdentity> DiskFileSystem::getIdentity(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
     }
+    return FileIdentity{status.st_dev, status.st_ino};
 }
 
 void DiskFileSystem::write(const std::string& path, const std::string& bytes) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <unordered_set>
 
 namespace ombrel {
 
@@ -16,6 +19,14 @@ public:
     Kind kind;
 };
 
+/// Tells files apart, whatever paths lead to them.
+struct FileIdentity {
+    std::uint64_t device;
+    std::uint64_t number;
+
+    bool operator==(const FileIdentity&) const = default;
+};
+
 /// The files that a run sees. Paths are as the user wrote them. All members may be called on several threads
 /// at once, for different files.
 class FileSystem {
@@ -24,11 +35,28 @@ public:
 
     virtual bool isFolder(const std::string& /*path*/) { return false; }
 
-    /// True if there is a regular file at the path, or a link to one.
-    virtual bool isFile(const std::string& /*path*/) { return false; }
+    /// True if there is anything at the path, even a link to nothing.
+    virtual bool isThere(const std::string& /*path*/) { return false; }
 
-    /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too.
+    /// The folder of the repository that a folder, absolute and without symbolic links, belongs to: the
+    /// innermost one with a `.git`. Empty if it belongs to none.
+    std::string findRepository(const std::string& folder);
+
+    /// True if the file, or the link, at the path belongs to neither the user of this process nor root.
+    virtual bool isForeign(const std::string& /*path*/) { return false; }
+
+    /// Of the file at the path, through links; nothing if there is none.
+    virtual std::optional<FileIdentity> getIdentity(const std::string& /*path*/) { return std::nullopt; }
+
+    /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too. Waits for what a
+    /// pipe has to say, as the user who named it expects.
     virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
+
+    /// The same for files that the user hasn't named. Refuses everything but regular files, and links to
+    /// them, without waiting for it.
+    virtual std::string readRegular(const std::string& path, std::uint64_t limit) {
+        return read(path, limit);
+    }
 
     /// Puts `after` in the place of a file's content, all of it or nothing: after a FileError the old content
     /// is there, whole, and nothing else is left behind. Mode, owner, access list and extended attributes
@@ -36,7 +64,8 @@ public:
     /// longer `before`, since somebody else has changed it.
     virtual void replace(const std::string& path, const std::string& before, const std::string& after) = 0;
 
-    /// Makes a file. Throws FileError if the path is taken, or if it can't be written; then it isn't there.
+    /// Makes a file, all of it or nothing. Throws FileError if there is something at the path, or if it can't
+    /// be written.
     virtual void create(const std::string& /*path*/, const std::string& /*bytes*/) {
         throw FileError(FileError::Kind::Unwritable, "no file can be made here");
     }
@@ -54,19 +83,27 @@ struct ReplacementRules {
 };
 
 /// The files of the machine. A replacement is written to a new file in the same folder, synced, and renamed.
+/// Before the first replacement in a folder, what killed processes have left there is removed.
 class DiskFileSystem : public FileSystem {
 public:
     explicit DiskFileSystem(ReplacementRules rules = {}) : rules(rules) {}
 
     bool isFolder(const std::string& path) override;
-    bool isFile(const std::string& path) override;
+    bool isThere(const std::string& path) override;
+    bool isForeign(const std::string& path) override;
+    std::optional<FileIdentity> getIdentity(const std::string& path) override;
     std::string read(const std::string& path, std::uint64_t limit) override;
+    std::string readRegular(const std::string& path, std::uint64_t limit) override;
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
     void create(const std::string& path, const std::string& bytes) override;
     void write(const std::string& path, const std::string& bytes) override;
 
 private:
+    void cleanOnce(const std::string& folder);
+
     ReplacementRules rules;
+    std::mutex mutex;                        ///< guards `cleaned`
+    std::unordered_set<std::string> cleaned; ///< folders without temporary files of killed processes
 };
 
 } // namespace ombrel

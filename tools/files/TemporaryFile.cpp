@@ -3,10 +3,14 @@
 #include "files/ExtendedAttributes.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <random>
+#include <string_view>
+#include <system_error>
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,16 +20,41 @@ namespace {
 
 using Kind = FileError::Kind;
 
+constexpr std::string_view nameStart = ".ombrel-format-";
+constexpr std::string_view nameEnd = ".tmp";
+constexpr std::size_t nameDigits = 16;
+
 std::string makeName() {
     std::random_device random;
-    return fmt::format(".ombrel-format-{:08x}{:08x}.tmp", random(), random());
+    return fmt::format("{}{:08x}{:08x}{}", nameStart, random(), random(), nameEnd);
+}
+
+bool isTemporaryName(std::string_view name) {
+    return name.size() == nameStart.size() + nameDigits + nameEnd.size() && name.starts_with(nameStart) &&
+           name.ends_with(nameEnd) &&
+           name.substr(nameStart.size(), nameDigits).find_first_not_of("0123456789abcdef") == name.npos;
+}
+
+/// A file that a process holds stays, and so does what we don't own or what has another name too.
+void removeIfAbandoned(const std::filesystem::path& path) {
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    struct stat status {};
+    const bool isOurs = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+                        status.st_uid == ::geteuid() && status.st_nlink == 1;
+    if (isOurs && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+        ::unlink(path.c_str());
+    }
+    ::close(descriptor);
 }
 
 /// Opens a file without a name. Gives -1 where the file system, or a machine without /proc, can't do that.
-int openUnnamed(const std::filesystem::path& folder) {
+int openUnnamed(const std::filesystem::path& folder, mode_t mode) {
     static const bool canTakeName = ::access("/proc/self/fd", X_OK) == 0;
     errno = EOPNOTSUPP;
-    return canTakeName ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR) : -1;
+    return canTakeName ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode) : -1;
 }
 
 bool isUnnamedUnsupported(int errorNumber) {
@@ -33,12 +62,12 @@ bool isUnnamedUnsupported(int errorNumber) {
            errorNumber == EINVAL;
 }
 
-int openNew(const std::filesystem::path& folder, const std::filesystem::path& path, bool& hasName) {
-    const int unnamed = openUnnamed(folder);
+int openNew(const std::filesystem::path& folder, const std::filesystem::path& path, mode_t mode,
+            bool& hasName) {
+    const int unnamed = openUnnamed(folder, mode);
     hasName = unnamed < 0 && isUnnamedUnsupported(errno);
-    return hasName
-               ? ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR)
-               : unnamed;
+    return hasName ? ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode)
+                   : unnamed;
 }
 
 void check(int result, const char* what) {
@@ -49,9 +78,11 @@ void check(int result, const char* what) {
 
 } // namespace
 
-TemporaryFile::TemporaryFile(const std::filesystem::path& folder)
-    : path(folder / makeName()),
-      file(openNew(folder, path, hasName), Kind::Unwritable, "can't make a temporary file in its folder") {}
+TemporaryFile::TemporaryFile(const std::filesystem::path& folder, Access access)
+    : path(folder / makeName()), file(openNew(folder, path, static_cast<mode_t>(access), hasName),
+                                      Kind::Unwritable, "can't make a temporary file in its folder") {
+    ::flock(file.get(), LOCK_EX | LOCK_NB); // without locks nothing of ours is ever removed by others
+}
 
 TemporaryFile::~TemporaryFile() {
     if (hasName) {
@@ -80,18 +111,41 @@ void TemporaryFile::sync() {
 }
 
 void TemporaryFile::takeName() {
+    if (!hasName) {
+        linkTo(path, "can't make a temporary file in its folder");
+        hasName = true;
+    }
+}
+
+void TemporaryFile::linkTo(const std::filesystem::path& target, const char* failure) {
     const std::string link = fmt::format("/proc/self/fd/{}", file.get());
-    check(::linkat(AT_FDCWD, link.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW),
-          "can't make a temporary file in its folder");
-    hasName = true;
+    check(::linkat(AT_FDCWD, link.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW), failure);
 }
 
 void TemporaryFile::replace(const std::filesystem::path& target) {
-    if (!hasName) {
-        takeName();
-    }
     check(::rename(path.c_str(), target.c_str()), "can't replace it");
     hasName = false;
+}
+
+void TemporaryFile::place(const std::filesystem::path& target) {
+    constexpr const char* failure = "can't make it";
+    if (!hasName) {
+        linkTo(target, failure);
+    } else if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+        hasName = false;
+    } else { // some file systems can't do that; the destructor removes the temporary name
+        check(errno == EINVAL ? ::link(path.c_str(), target.c_str()) : -1, failure);
+    }
+}
+
+void TemporaryFile::removeAbandoned(const std::filesystem::path& folder) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator next(folder, error), end; !error && next != end;
+         next.increment(error)) {
+        if (isTemporaryName(next->path().filename().native())) {
+            removeIfAbandoned(next->path());
+        }
+    }
 }
 
 } // namespace ombrel

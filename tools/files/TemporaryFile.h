@@ -9,15 +9,18 @@ struct stat;
 
 namespace ombrel {
 
-/// A new file that is to replace another one of its folder. It has no name until it is whole, where the file
-/// system can do that, so that nothing can leave it behind, not even a kill, but in the moment between its
-/// getting a name and its getting the other's. The destructor removes it unless it has taken the other's
-/// place.
+/// A new file that replaces another file of its folder, or gets a name there that nothing has. Where the file
+/// system can do that, it has no name while it is written, so that not even a kill leaves it behind. It gets
+/// a temporary name just before it replaces another file. The destructor removes it unless it got its final
+/// name. It is locked (flock) while it exists.
 ///
 /// Its members throw FileError with the kind Unwritable.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::filesystem::path& folder);
+    /// What may be done with the file, less what the user's mask takes away.
+    enum class Access : mode_t { Owner = 0600, Everybody = 0666 };
+
+    explicit TemporaryFile(const std::filesystem::path& folder, Access access = Access::Owner);
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
@@ -29,11 +32,21 @@ public:
 
     void sync();
 
-    /// Atomic: whoever opens the target finds the old file or this one.
+    /// Gives it its temporary name, if it has none, so that replace() is a single step.
+    void takeName();
+
+    /// Atomic: whoever opens the target finds the old file or this one. Call takeName() before.
     void replace(const std::filesystem::path& target);
 
+    /// Gives it a name of the folder, unless there is something of this name.
+    void place(const std::filesystem::path& target);
+
+    /// Removes the files that killed processes of this user have left in a folder under their temporary
+    /// names. Never fails.
+    static void removeAbandoned(const std::filesystem::path& folder);
+
 private:
-    void takeName();
+    void linkTo(const std::filesystem::path& target, const char* failure);
 
     std::filesystem::path path; ///< its name, or the one that it is going to have
     bool hasName = false;

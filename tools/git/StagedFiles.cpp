@@ -88,7 +88,7 @@ public:
 private:
     void readText() {
         try {
-            text = files.workTree.read(file.path, maximalByteCount);
+            text = files.workTree.readRegular(file.path, maximalByteCount);
             std::vector<std::string> words{"diff-files"};
             words.insert(words.end(), getDiffOptions().begin(), getDiffOptions().end());
             words.insert(words.end(), {"--", getLiteralPathspec(file.pathInTree)});

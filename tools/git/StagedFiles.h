@@ -37,8 +37,15 @@ public:
     bool isFolder(const std::string& path) override {
         return !staged.contains(path) && workTree.isFolder(path);
     }
-    bool isFile(const std::string& path) override { return workTree.isFile(path); }
+    bool isThere(const std::string& path) override { return workTree.isThere(path); }
+    std::optional<FileIdentity> getIdentity(const std::string& path) override {
+        return workTree.getIdentity(path);
+    }
+    bool isForeign(const std::string& path) override { return workTree.isForeign(path); }
     std::string read(const std::string& path, std::uint64_t limit) override;
+    std::string readRegular(const std::string& path, std::uint64_t limit) override {
+        return staged.contains(path) ? read(path, limit) : workTree.readRegular(path, limit);
+    }
 
     /// Refuses a file that has been staged anew since the changes were asked for, and does nothing while
     /// another process holds the index.

@@ -105,7 +105,63 @@ std::string getAssigned(std::string_view line) {
     return name;
 }
 
+/// `*`, `*.omb`, `*.{omb,txt}`.
+bool isAboutExtensions(std::string_view name) {
+    if (name == "*") {
+        return true;
+    }
+    if (!name.starts_with("*.")) {
+        return false;
+    }
+    name.remove_prefix(2);
+    const bool isList = name.size() > 1 && name.front() == '{' && name.back() == '}';
+    const std::string_view words = isList ? name.substr(1, name.size() - 2) : name;
+    return std::all_of(words.begin(), words.end(), [&](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '_' || (isList && c == ',');
+    });
+}
+
+/// The steps that matching a path of ordinary length can take: the library tries all ways to divide a path
+/// between stars, and all ways to choose in braces.
+double estimateSteps(std::string_view name) {
+    constexpr double pathLength = 100;
+    double steps = 1;
+    double stars = 0;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        if (name[i] == '*' && (i == 0 || name[i - 1] != '*')) {
+            steps *= pathLength / ++stars;
+        }
+        steps *= name[i] == '{' ? 2 : 1;
+    }
+    return steps;
+}
+
+std::string_view takeLine(std::string_view& text) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return line;
+}
+
 } // namespace
+
+SectionNames classifySectionNames(std::string_view text) {
+    constexpr double mostSteps = 1e7; // about a third of a second
+    SectionNames names = SectionNames::Extensions;
+    double steps = 0;
+    while (!text.empty()) {
+        const std::string_view line = takeLine(text);
+        const std::size_t first = line.find_first_not_of(" \t");
+        const std::size_t last = line.rfind(']');
+        if (first == std::string_view::npos || line[first] != '[' || last == std::string_view::npos) {
+            continue;
+        }
+        const std::string_view name = line.substr(first + 1, last - first - 1);
+        steps += estimateSteps(name);
+        names = isAboutExtensions(name) ? names : SectionNames::Paths;
+    }
+    return steps > mostSteps ? SectionNames::Excessive : names;
+}
 
 std::variant<std::vector<Setting>, EditorConfigFault> readEditorConfig(const std::string& path) {
     const Handle handle(editorconfig_handle_init());
@@ -125,11 +181,9 @@ std::vector<std::uint32_t> findEditorConfigLines(const Option& option, std::stri
     const std::vector<std::string_view> sources = getSources(option);
     std::vector<std::uint32_t> numbers;
     for (std::uint32_t number = 1; !text.empty(); ++number) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        if (std::count(sources.begin(), sources.end(), getAssigned(text.substr(0, end))) > 0) {
+        if (std::count(sources.begin(), sources.end(), getAssigned(takeLine(text))) > 0) {
             numbers.push_back(number);
         }
-        text.remove_prefix(std::min(end + 1, text.size()));
     }
     return numbers;
 }

@@ -3,10 +3,13 @@
 #include "files/Paths.h"
 #include "text/Printable.h"
 
+#include <ca/config/ConfigSource.h>
 #include <ca/utils/JsonDocument.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -18,7 +21,7 @@ constexpr std::size_t maximalProblemCount = 100; // of one file
 
 OptionsFile readFile(FileSystem& files, const std::string& path) {
     try {
-        return readOptionsFile(files.read(path, ca::utils::maximalJsonSize));
+        return readOptionsFile(files.readRegular(path, ca::utils::maximalJsonSize));
     } catch (const FileError& error) {
         OptionsFile unreadable;
         unreadable.problems.push_back({Code::UnreadableOptions, error.kind == FileError::Kind::TooLarge
@@ -26,6 +29,34 @@ OptionsFile readFile(FileSystem& files, const std::string& path) {
                                                                     : error.what()});
         return unreadable;
     }
+}
+
+/// Links are followed, since one with a harmless name can lead anywhere.
+bool isOptionsFileOf(const std::string& tree, const std::string& path) {
+    std::error_code error;
+    const std::string real = std::filesystem::canonical(path, error);
+    return !error && real.ends_with(".json") && isBelow(tree, real);
+}
+
+/// The folder whose files belong together with an options file: its repository, otherwise its own.
+std::string findTree(FileSystem& files, const std::string& path) {
+    std::error_code error;
+    const std::string folder = std::filesystem::canonical(getFolder(path), error);
+    const std::string repository = files.findRepository(folder);
+    return repository.empty() ? folder : repository;
+}
+
+/// A message quotes what it is about, and somebody else's options file can name any file of the user's.
+void hideText(OptionsFile& file) {
+    const auto placed = std::find_if(file.problems.begin(), file.problems.end(),
+                                     [](const Problem& problem) { return problem.line != 0; });
+    if (placed != file.problems.end()) {
+        Problem first = *placed;
+        first.text = "not a valid options file; no text is shown of files outside of the tree, and of those "
+                     "that aren't called *.json";
+        file.problems = {std::move(first)};
+    }
+    file.text.clear();
 }
 
 } // namespace
@@ -48,48 +79,82 @@ std::vector<OptionsFault> OptionsFileSet::getFaults() const {
     return faults;
 }
 
-OptionsLayer& OptionsFileSet::loadLayer(const std::string& path) {
-    if (const auto found = layersByPath.find(path); found != layersByPath.end()) {
-        return *found->second;
-    }
+/// `tree` is where files may show their text; empty: everywhere.
+OptionsLayer& OptionsFileSet::add(const std::string& path, const std::string& tree) {
     OptionsLayer& layer = *layers.emplace_back(std::make_unique<OptionsLayer>());
     layersByPath.emplace(path, &layer);
     layer.path = path;
     layer.folder = getFolder(path);
     layer.file = readFile(files, path);
+    layer.isHidden = !tree.empty() && !isOptionsFileOf(tree, path);
+    if (layer.isHidden) {
+        hideText(layer.file);
+    }
     layer.isOpen = true;
-    loadBases(layer);
-    layer.isOpen = false;
     return layer;
 }
 
-void OptionsFileSet::loadBases(OptionsLayer& layer) {
-    for (const Extension& extension : layer.file.extensions) {
-        const std::string path = (std::filesystem::path(layer.folder) / extension.name).lexically_normal();
-        const auto refuse = [&](std::string text) {
-            layer.file.problems.push_back(
-                makeProblem(Code::InvalidExtends, extension.place, std::move(text)));
-        };
-        if (!layersByPath.contains(path) && !files.isFile(path)) {
-            refuse("there is no such file: " + getPrintableName(path));
-            continue;
-        }
-        const OptionsLayer& base = loadLayer(path);
-        if (base.isOpen) {
-            refuse("this file would extend itself, directly or through others");
-        } else {
-            layer.bases.push_back(&base);
+const OptionsLayer& OptionsFileSet::load(const std::string& path, bool isNamed) {
+    if (const auto found = layersByPath.find(path); found != layersByPath.end()) {
+        return *found->second;
+    }
+    struct Open {
+        OptionsLayer* layer;
+        std::size_t next; // of its extensions
+    };
+    const std::size_t firstLayer = layers.size();
+    const std::string tree = findTree(files, path);
+    OptionsLayer& top = add(path, isNamed ? std::string() : tree);
+    std::vector<Open> open{{&top, 0}};
+    while (!open.empty()) {
+        auto& [layer, next] = open.back();
+        if (next == layer->file.extensions.size()) {
+            layer->isOpen = false;
+            open.pop_back();
+        } else if (OptionsLayer* base = addBase(*layer, layer->file.extensions[next++], tree, firstLayer)) {
+            open.push_back({base, 0});
         }
     }
+    return top;
+}
+
+/// Returns the base if it is new, so that its own bases have to be added.
+OptionsLayer* OptionsFileSet::addBase(OptionsLayer& layer, const Extension& extension,
+                                      const std::string& tree, std::size_t firstLayer) {
+    constexpr std::size_t maximalCount = ca::config::JsonConfigSource::maximalLayerCount;
+    const std::string path = (std::filesystem::path(layer.folder) / extension.name).lexically_normal();
+    const auto refuse = [&](std::string text) {
+        layer.file.problems.push_back(makeProblem(Code::InvalidExtends, extension.place, std::move(text)));
+        return nullptr;
+    };
+    if (const auto known = layersByPath.find(path); known != layersByPath.end()) {
+        if (known->second->isOpen) {
+            return refuse("this file would extend itself, directly or through others");
+        }
+        layer.bases.push_back(known->second);
+        return nullptr;
+    }
+    if (!files.isThere(path)) {
+        return refuse("there is no such file" + (layer.isHidden ? "" : ": " + getPrintableName(path)));
+    }
+    if (layers.size() - firstLayer == maximalCount) {
+        return refuse(fmt::format("more than {} files in one chain of \"extends\"", maximalCount));
+    }
+    OptionsLayer& base = add(path, tree);
+    layer.bases.push_back(&base);
+    return &base;
 }
 
 void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& layers) {
-    if (std::find(layers.begin(), layers.end(), &top) != layers.end()) {
-        return;
+    std::vector<const OptionsLayer*> waiting{&top};
+    while (!waiting.empty()) {
+        const OptionsLayer* layer = waiting.back();
+        waiting.pop_back();
+        if (std::find(layers.begin(), layers.end(), layer) == layers.end()) {
+            layers.push_back(layer);
+            waiting.insert(waiting.end(), layer->bases.begin(), layer->bases.end());
+        }
     }
-    layers.push_back(&top);
-    std::for_each(top.bases.rbegin(), top.bases.rend(),
-                  [&](const OptionsLayer* base) { appendLayers(*base, layers); });
 }
 
 } // namespace ombrel

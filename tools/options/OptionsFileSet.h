@@ -11,13 +11,14 @@
 
 namespace ombrel {
 
-/// An options file and those that it extends.
+/// An options file and the files that it extends.
 struct OptionsLayer {
     std::string path;   ///< absolute
     std::string folder; ///< of the path, without a slash at its end unless it is the root
     OptionsFile file;
-    std::vector<const OptionsLayer*> bases; ///< what it extends, the lowest first
+    std::vector<const OptionsLayer*> bases; ///< what it extends; later ones override earlier ones
     bool isOpen = false;                    ///< its bases are being read
+    bool isHidden = false;                  ///< no problem may show its text
 };
 
 /// What is wrong with one file of options.
@@ -32,23 +33,25 @@ class OptionsFileSet {
 public:
     explicit OptionsFileSet(FileSystem& files) : files(files) {}
 
-    /// The file with this absolute, normal path. Lives as long as the set. Never fails: what is wrong with
-    /// it is told by getFaults().
-    const OptionsLayer& load(const std::string& path) { return loadLayer(path); }
+    /// The file with this absolute, normal path. Lives as long as the set. Never fails: getFaults() has what
+    /// is wrong with it. Of files that neither were named by the user nor are part of the tree that the
+    /// options are for, a fault shows no text.
+    const OptionsLayer& load(const std::string& path, bool isNamed);
 
     /// One for each file that has problems, in the order in which they were loaded.
     std::vector<OptionsFault> getFaults() const;
 
 private:
-    OptionsLayer& loadLayer(const std::string& path);
-    void loadBases(OptionsLayer& layer);
+    OptionsLayer& add(const std::string& path, const std::string& tree);
+    OptionsLayer* addBase(OptionsLayer& layer, const Extension& extension, const std::string& tree,
+                          std::size_t firstLayer);
 
     FileSystem& files;
     std::vector<std::unique_ptr<OptionsLayer>> layers;
     std::unordered_map<std::string, OptionsLayer*> layersByPath;
 };
 
-/// The file and what it extends, the uppermost first, each once: where it lies uppermost.
+/// The file and what it extends, each once and before everything that it overrides.
 void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& layers);
 
 } // namespace ombrel

@@ -1,11 +1,8 @@
 #include "options/OptionsResolver.h"
 
 #include "files/Paths.h"
-#include "options/EditorConfig.h"
 #include "text/Printable.h"
 #include "text/TextEncoding.h"
-
-#include <ca/utils/JsonDocument.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -21,6 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view editorConfigName = ".editorconfig";
+constexpr std::string_view sourceExtension = ".omb";
 
 std::string join(const std::string& folder, std::string_view name) {
     return fmt::format("{}{}{}", folder, folder.ends_with('/') ? "" : "/", name);
@@ -35,10 +33,14 @@ std::string getCurrentFolder() {
     return fs::current_path(error).string();
 }
 
-/// Empty if the file can't be read.
+/// Empty if the file can't be read, or is a link to one of another name, which may hold anything.
 std::string readText(FileSystem& files, const std::string& path) {
+    std::error_code error;
+    if (fs::canonical(path, error).filename() != editorConfigName) {
+        return {};
+    }
     try {
-        return files.read(path, ca::utils::maximalJsonSize);
+        return files.readRegular(path, maximalEditorConfigSize);
     } catch (const FileError&) {
         return {};
     }
@@ -58,10 +60,8 @@ std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string
         const std::string absolute = getAbsolute(path);
         const std::string folder = getFolder(absolute);
         if (folders.insert(folder).second) {
-            findLayers(folder);
-            if (findEditorConfig(folder)) {
-                checkEditorConfig(absolute);
-            }
+            findLayers(folder, folder);
+            prepareEditorConfig(absolute);
         }
     }
     std::vector<OptionsFault> faults = options.getFaults();
@@ -94,7 +94,7 @@ std::string OptionsResolver::getShownPath(const std::string& path) const {
     return getShortPath(currentFolder, path);
 }
 
-/// Links are followed only where the name can't be understood without: behind `..`.
+/// Links are followed only before a `..`, which has another meaning there.
 std::string OptionsResolver::getAbsolute(const std::string& path) const {
     const fs::path absolute = fs::path(currentFolder) / path;
     if (std::find(absolute.begin(), absolute.end(), "..") == absolute.end()) {
@@ -105,20 +105,24 @@ std::string OptionsResolver::getAbsolute(const std::string& path) const {
     return error ? absolute.lexically_normal() : folder / absolute.filename();
 }
 
-const OptionsResolver::Layers& OptionsResolver::findLayers(const std::string& folder) {
+const OptionsResolver::Layers& OptionsResolver::findLayers(const std::string& folder,
+                                                           const std::string& sourceFolder) {
     if (const auto found = layersByFolder.find(folder); found != layersByFolder.end()) {
         return found->second;
     }
     Layers layers;
     bool goesOn = !isTop(folder);
     const std::string path = request.file.empty() ? join(folder, optionsFileName) : getAbsolute(request.file);
-    if (!request.file.empty() || files.isFile(path)) {
-        const OptionsLayer& layer = options.load(path);
+    if (!request.file.empty() || files.isThere(path)) {
+        const OptionsLayer& layer = options.load(path, !request.file.empty());
+        if (request.file.empty()) {
+            warnIfForeign(path, sourceFolder);
+        }
         appendLayers(layer, layers);
         goesOn = goesOn && !layer.file.isRoot && request.file.empty();
     }
     if (goesOn) {
-        for (const OptionsLayer* layer : findLayers(getFolder(folder))) {
+        for (const OptionsLayer* layer : findLayers(getFolder(folder), sourceFolder)) {
             if (std::find(layers.begin(), layers.end(), layer) == layers.end()) {
                 layers.push_back(layer);
             }
@@ -127,28 +131,92 @@ const OptionsResolver::Layers& OptionsResolver::findLayers(const std::string& fo
     return layersByFolder.emplace(folder, std::move(layers)).first->second;
 }
 
-bool OptionsResolver::findEditorConfig(const std::string& folder) {
-    if (const auto found = hasEditorConfig.find(folder); found != hasEditorConfig.end()) {
-        return found->second;
+void OptionsResolver::warnIfForeign(const std::string& path, const std::string& sourceFolder) {
+    if (!files.isForeign(path)) {
+        return;
     }
-    const bool isThere = files.isFile(join(folder, editorConfigName)) ||
-                         (!isTop(folder) && findEditorConfig(getFolder(folder)));
-    hasEditorConfig.emplace(folder, isThere);
-    return isThere;
+    std::error_code error;
+    const std::string repository = files.findRepository(fs::weakly_canonical(sourceFolder, error));
+    if (repository.empty() ||
+        !isBelow(repository, (fs::weakly_canonical(getFolder(path), error) / "x").string())) {
+        warnings.push_back(
+            fmt::format("{} applies, and belongs to another user", getPrintableName(getShownPath(path))));
+    }
 }
 
-void OptionsResolver::checkEditorConfig(const std::string& path) {
-    const auto read = readEditorConfig(path);
-    const auto* fault = std::get_if<EditorConfigFault>(&read);
-    const auto isSame = [&](const OptionsFault& known) { return known.path == fault->path; };
-    if (fault != nullptr && std::none_of(editorConfigFaults.begin(), editorConfigFaults.end(), isSame)) {
-        editorConfigFaults.push_back(
-            {fault->path,
-             decodeLossy(readText(files, fault->path)),
-             {{Code::InvalidEditorConfig,
-               "expected a section, such as [*.omb], or a property, such as indent_size = 4", fault->line,
-               1}}});
+std::optional<OptionsResolver::EditorConfigChain>
+OptionsResolver::findEditorConfig(const std::string& folder, const std::string& sourceFolder) {
+    if (const auto found = editorConfigs.find(folder); found != editorConfigs.end()) {
+        return found->second;
     }
+    auto chain = isTop(folder) ? std::nullopt : findEditorConfig(getFolder(folder), sourceFolder);
+    const std::string path = join(folder, editorConfigName);
+    if (files.isThere(path)) {
+        warnIfForeign(path, sourceFolder);
+        const SectionNames above = chain ? chain->names : SectionNames::Extensions;
+        chain = EditorConfigChain{std::max(above, checkEditorConfig(path)), std::nullopt};
+    }
+    return editorConfigs.insert_or_assign(folder, std::move(chain)).first->second;
+}
+
+/// Reads one of the files before the library does, which waits for pipes and has no limits.
+SectionNames OptionsResolver::checkEditorConfig(const std::string& path) {
+    std::string text;
+    try {
+        text = files.readRegular(path, maximalEditorConfigSize);
+    } catch (const FileError& error) {
+        addEditorConfigFault(path, {}, {Code::InvalidEditorConfig, error.what()});
+        return SectionNames::Excessive;
+    }
+    const SectionNames names = classifySectionNames(text);
+    if (names == SectionNames::Excessive) {
+        addEditorConfigFault(path, {},
+                             {Code::InvalidEditorConfig,
+                              "its section names have too many '*' and '{' to be matched "
+                              "in reasonable time"});
+    }
+    return names;
+}
+
+/// Finds out what the library says about the first file of a folder, since it reads all files anew for each.
+void OptionsResolver::prepareEditorConfig(const std::string& path) {
+    const std::string folder = getFolder(path);
+    const auto chain = findEditorConfig(folder, folder);
+    if (!chain || chain->names == SectionNames::Excessive) {
+        return;
+    }
+    const auto read = readEditorConfig(join(folder, fmt::format("x{}", sourceExtension)));
+    if (const auto* settings = std::get_if<std::vector<Setting>>(&read)) {
+        if (chain->names == SectionNames::Extensions) {
+            editorConfigs[folder]->forSources = *settings;
+        }
+        return;
+    }
+    const auto& fault = std::get<EditorConfigFault>(read);
+    addEditorConfigFault(fault.path, decodeLossy(readText(files, fault.path)),
+                         {Code::InvalidEditorConfig,
+                          "expected a section, such as [*.omb], or a property, such as indent_size = 4",
+                          fault.line, 1});
+}
+
+void OptionsResolver::addEditorConfigFault(const std::string& path, std::u16string text, Problem problem) {
+    const auto isSame = [&](const OptionsFault& known) { return known.path == path; };
+    if (std::none_of(editorConfigFaults.begin(), editorConfigFaults.end(), isSame)) {
+        editorConfigFaults.push_back({path, std::move(text), {std::move(problem)}});
+    }
+}
+
+std::vector<Setting> OptionsResolver::getEditorConfigSettings(const std::string& absolutePath) const {
+    const auto& chain = editorConfigs.at(getFolder(absolutePath));
+    if (!chain) {
+        return {};
+    }
+    if (chain->forSources && absolutePath.ends_with(sourceExtension)) {
+        return *chain->forSources;
+    }
+    auto read = readEditorConfig(absolutePath);
+    auto* settings = std::get_if<std::vector<Setting>>(&read);
+    return settings == nullptr ? std::vector<Setting>() : std::move(*settings);
 }
 
 void OptionsResolver::visitLayer(const OptionsLayer& layer, const std::string& absolutePath,
@@ -168,14 +236,10 @@ void OptionsResolver::visitLayer(const OptionsLayer& layer, const std::string& a
 
 void OptionsResolver::visitSettings(const std::string& absolutePath, const Visitor& visit) const {
     const std::string folder = getFolder(absolutePath);
-    if (!request.ignoresFiles && hasEditorConfig.at(folder)) {
-        const auto read = readEditorConfig(absolutePath);
-        if (const auto* settings = std::get_if<std::vector<Setting>>(&read)) {
-            std::for_each(settings->begin(), settings->end(),
-                          [&](const Setting& setting) { visit(setting, {}); });
-        }
-    }
     if (!request.ignoresFiles) {
+        for (const Setting& setting : getEditorConfigSettings(absolutePath)) {
+            visit(setting, {});
+        }
         const Layers& layers = layersByFolder.at(folder);
         std::for_each(layers.rbegin(), layers.rend(),
                       [&](const OptionsLayer* layer) { visitLayer(*layer, absolutePath, visit); });
@@ -197,7 +261,7 @@ std::string OptionsResolver::describe(const std::string& absolutePath, const Set
                        origin.isOverride ? ", an override" : "");
 }
 
-/// Which line of which file was decisive isn't known, but often there is only one that can be meant.
+/// The library doesn't say which line of which file decides, but often there is only one.
 std::string OptionsResolver::describeEditorConfig(const std::string& absolutePath,
                                                   const Option& option) const {
     std::vector<std::string> places;
@@ -205,7 +269,7 @@ std::string OptionsResolver::describeEditorConfig(const std::string& absolutePat
     for (bool isDone = false; !isDone; folder = getFolder(folder)) {
         isDone = isTop(folder);
         const std::string path = join(folder, editorConfigName);
-        if (files.isFile(path)) {
+        if (files.isThere(path)) {
             for (const std::uint32_t line : findEditorConfigLines(option, readText(files, path))) {
                 places.push_back(fmt::format("{}:{}", getPrintableName(getShownPath(path)), line));
             }

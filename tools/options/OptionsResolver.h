@@ -1,11 +1,13 @@
 #pragma once
 
 #include "files/FileSystem.h"
+#include "options/EditorConfig.h"
 #include "options/FileOptions.h"
 #include "options/OptionValue.h"
 #include "options/OptionsFileSet.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -35,7 +37,7 @@ struct OptionInForce {
     std::string origin; ///< UTF-8, such as ".ombrel-format.json:3"
 };
 
-/// Finds out which options hold for a file. Each layer wins over those before it:
+/// Finds out which options apply to a file. Each layer wins over those before it:
 ///
 /// 1. the defaults,
 /// 2. .editorconfig,
@@ -43,19 +45,23 @@ struct OptionInForce {
 ///    file,
 /// 4. the command line.
 ///
-/// The options file is the nearest .ombrel-format.json of the file's folder and those above. It stands alone,
-/// unless it says "root": false: then the next one further up lies underneath.
+/// The options file is the nearest .ombrel-format.json of the file's folder and those above. Those further up
+/// are ignored unless it says "root": false: then it overrides the next one.
 class OptionsResolver {
 public:
     /// The request has to outlive the resolver, and so have the files.
     OptionsResolver(const OptionsRequest& request, FileSystem& files);
 
-    /// Reads every options file that these source files need, and gives what is wrong with all that have been
-    /// read so far. Paths are as the user wrote them.
+    /// Reads every options file that these source files need, and returns what is wrong with all that have
+    /// been read so far. Paths are as the user wrote them.
     std::vector<OptionsFault> prepare(const std::vector<std::string>& paths);
 
     /// The options for a file of a folder that has been prepared. May be called on several threads at once.
     FileOptions resolve(const std::string& path) const;
+
+    /// Options files of other users that apply though they aren't part of a source file's repository, as
+    /// sentences: in a folder that everybody can write to, such a file decides how others' files look.
+    const std::vector<std::string>& getWarnings() const { return warnings; }
 
     /// The same, one by one, in the order of the table.
     std::vector<OptionInForce> explain(const std::string& path) const;
@@ -73,9 +79,20 @@ private:
     using Layers = std::vector<const OptionsLayer*>;
 
     std::string getAbsolute(const std::string& path) const;
-    const Layers& findLayers(const std::string& folder);
-    bool findEditorConfig(const std::string& folder);
-    void checkEditorConfig(const std::string& path);
+    const Layers& findLayers(const std::string& folder, const std::string& sourceFolder);
+    /// The .editorconfig files of a folder and those above it.
+    struct EditorConfigChain {
+        SectionNames names;                             ///< Excessive: don't read any of them
+        std::optional<std::vector<Setting>> forSources; ///< for every *.omb file of the folder
+    };
+
+    std::optional<EditorConfigChain> findEditorConfig(const std::string& folder,
+                                                      const std::string& sourceFolder);
+    SectionNames checkEditorConfig(const std::string& path);
+    void prepareEditorConfig(const std::string& path);
+    void addEditorConfigFault(const std::string& path, std::u16string text, Problem problem);
+    void warnIfForeign(const std::string& path, const std::string& sourceFolder);
+    std::vector<Setting> getEditorConfigSettings(const std::string& absolutePath) const;
     void visitSettings(const std::string& absolutePath, const Visitor& visit) const;
     static void visitLayer(const OptionsLayer& layer, const std::string& absolutePath, const Visitor& visit);
     std::string describe(const std::string& absolutePath, const Setting& setting, const Origin& origin) const;
@@ -85,9 +102,10 @@ private:
     FileSystem& files;
     std::string currentFolder; ///< absolute; empty if it doesn't exist any more
     OptionsFileSet options;
-    std::unordered_map<std::string, Layers> layersByFolder; ///< the uppermost first
-    std::unordered_map<std::string, bool> hasEditorConfig;  ///< by folder: there, or further up
-    std::vector<OptionsFault> editorConfigFaults;           ///< one for each file
+    std::unordered_map<std::string, Layers> layersByFolder; ///< overriding ones before what they override
+    std::unordered_map<std::string, std::optional<EditorConfigChain>> editorConfigs; ///< by folder
+    std::vector<OptionsFault> editorConfigFaults;                                    ///< one for each file
+    std::vector<std::string> warnings;
 };
 
 } // namespace ombrel
