@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -68,15 +69,33 @@ TEST_F(FileReplacement, KeepsAttributesAndAccessListsAndAddsNone) {
     EXPECT_EQ(disk.getStatus("b.omb").st_mode & 07777U, 0640U);
 }
 
-/// An edit that neither size nor time of the file gives away.
+/// The first edit changes neither size nor time of the file.
 TEST_F(FileReplacement, KeepsAnEditMadeMeanwhile) {
-    const std::string edited = "if b\nx\nend\n";
     const auto time = fs::last_write_time(file);
-    disk.write("a.omb", edited);
-    fs::last_write_time(file, time);
-    EXPECT_THROW(replace("a.omb"), FileError);
-    EXPECT_EQ(disk.read("a.omb"), edited);
-    EXPECT_EQ(disk.countFiles(), 1U);
+    for (const std::string edited : {"if b\nx\nend\n", "if a\n", "", "if a\nx\nend\ny"}) {
+        disk.write("a.omb", edited);
+        fs::last_write_time(file, time);
+        EXPECT_THROW(replace("a.omb"), FileError);
+        EXPECT_EQ(disk.read("a.omb"), edited);
+        EXPECT_EQ(disk.countFiles(), 1U);
+    }
+}
+
+TEST_F(FileReplacement, KeepsAnotherOwnerAndAllModeBits) {
+    for (const auto& [owner, group] : {std::pair(65534, -1), std::pair(-1, 65534), std::pair(65534, 65534)}) {
+        disk.write("a.omb", ugly);
+        if (::chown(file.c_str(), static_cast<uid_t>(owner), static_cast<gid_t>(group)) != 0) {
+            GTEST_SKIP() << "can't give files away";
+        }
+        fs::permissions(file, fs::perms(07751));
+        const auto before = disk.getStatus("a.omb");
+        replace("a.omb");
+        const auto after = disk.getStatus("a.omb");
+        EXPECT_EQ(after.st_mode, before.st_mode);
+        EXPECT_EQ(after.st_uid, before.st_uid);
+        EXPECT_EQ(after.st_gid, before.st_gid);
+        fs::remove(file);
+    }
 }
 
 TEST_F(FileReplacement, ReadsNoMoreThanTheLimit) {
