@@ -10,8 +10,8 @@ namespace {
 
 using Parts = std::vector<std::string>;
 
-/// Index behind the bracket expression that begins at `first`, npos if it has no end. A `]` right at its
-/// start, one behind a backslash and one in a class such as [:alpha:] don't end it.
+/// Index after the bracket expression that starts at `first`, npos if it has no end. A `]` right at its
+/// start, one after a backslash and one in a class such as [:alpha:] don't end it.
 std::size_t findBracketEnd(std::string_view pattern, std::size_t first) {
     std::size_t i = first + 1;
     i += i < pattern.size() && (pattern[i] == '!' || pattern[i] == '^') ? 1 : 0;
@@ -30,7 +30,7 @@ std::size_t findBracketEnd(std::string_view pattern, std::size_t first) {
     return std::string_view::npos;
 }
 
-/// Splits a pattern at the slashes outside of brackets. A slash behind a backslash is a slash too. Nothing if
+/// Splits a pattern at the slashes outside of brackets. A slash after a backslash is a slash too. Nothing if
 /// a bracket has no end.
 std::optional<Parts> splitPattern(std::string_view pattern) {
     Parts parts(1);
@@ -107,13 +107,13 @@ bool endsInEscape(std::string_view part) {
     return (part.size() - (last == std::string_view::npos ? 0 : last + 1)) % 2 == 1;
 }
 
-/// True for a name with `..` behind it. Paths begin with `..` where they lead out of the folder of the rules,
-/// and a wildcard stands for that too.
+/// True for a name with `..` after it. Paths start with `..` where they lead out of the folder of the rules,
+/// and a wildcard matches that too.
 bool isUndone(std::string_view part, std::string_view next) {
     return next == ".." && part != ".." && part.find_first_of("*?[\\") == std::string_view::npos;
 }
 
-/// Takes the blanks at the end away, but not those behind a backslash.
+/// Removes the spaces and tabs at the end, but not those after a backslash.
 std::string_view trimEnd(std::string_view line) {
     std::size_t length = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
@@ -155,16 +155,16 @@ std::string_view IgnoreRule::getFault() const {
         return "its '[' has no ']'";
     }
     if (endsInEscape(parts.back())) {
-        return "nothing stands behind its last backslash";
+        return "nothing follows its last backslash";
     }
     if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
         return "a name is missing in it";
     }
     if (std::find(parts.begin(), parts.end(), ".") != parts.end()) {
-        return "no path has a '.' in it, so leave that out";
+        return "'.' is never part of a path, so remove it";
     }
     if (std::adjacent_find(parts.begin(), parts.end(), isUndone) != parts.end()) {
-        return "no path has a name with '..' behind it";
+        return "'..' is never part of a path after a name";
     }
     return {};
 }

@@ -30,7 +30,7 @@ public:
 private:
     bool negated = false;
     bool isForFolders = false;
-    bool isForNames = false;        ///< it is compared with the last part of a path, wherever that stands
+    bool isForNames = false;        ///< it is compared with the last part of a path, in any folder
     bool isInvalid = false;         ///< it never matches: a bracket isn't closed
     std::vector<std::string> parts; ///< between slashes, as `fnmatch` reads them
 };
@@ -46,11 +46,11 @@ public:
 
     IgnoreRules() = default;
 
-    /// Reads the text of an ignore file: empty lines and those that begin with `#` say nothing, and blanks at
-    /// the end of a line don't count unless a backslash stands before them.
+    /// Reads the text of an ignore file: empty lines and those that start with `#` are ignored, and so are
+    /// spaces and tabs at the end of a line unless a backslash is before them.
     explicit IgnoreRules(std::string_view text);
 
-    /// Adds a pattern as it stands.
+    /// Adds a pattern as it is.
     void add(std::string_view pattern) { add(pattern, lines.size() + 1); }
 
     bool isEmpty() const { return lines.empty(); }

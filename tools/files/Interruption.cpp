@@ -10,9 +10,9 @@ namespace ombrel {
 
 namespace {
 
-// A handler can know nothing but globals. It sets the signal and then looks at the count, a replacement
-// raises the count and then looks at the signal: one of them sees the other, so that none begins unnoticed
-// and the process always ends.
+// A signal handler can use globals only. It stores the signal and then reads the count; a replacement raises
+// the count and then reads the signal. So at least one of them sees the other: no replacement starts after
+// the signal unnoticed, and the process always ends.
 std::atomic<int> interruptingSignal{0};
 std::atomic<int> replacementCount{0};
 std::atomic<bool> isUnfinishedLineShown{false};

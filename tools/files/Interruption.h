@@ -3,7 +3,7 @@
 namespace ombrel {
 
 /// From now on SIGINT, SIGTERM and SIGHUP end the process with the status 128 + number: at once if no file is
-/// being replaced, otherwise as soon as the replacements that have begun are done; no other one begins. A
+/// being replaced, otherwise as soon as the replacements that have started are done; no other one starts. A
 /// second signal ends it at once in any case. Signals that the process was started to ignore (`nohup`) stay
 /// ignored.
 void handleInterruptions();

@@ -6,15 +6,15 @@
 namespace ombrel {
 
 // Paths here are absolute and normal. They are only looked at: the disk isn't asked.
-// A relative path is allowed too, and lies below no folder.
+// A relative path is allowed too, and is below no folder.
 
-/// Whether something lies in the folder or further down. Nothing lies below an unknown folder, an empty name.
+/// Whether something is in the folder or further down. Nothing is below an unknown folder, an empty name.
 bool isBelow(std::string_view folder, std::string_view path);
 
 /// The path as seen from a folder: `c/d` from /a/b for /a/b/c/d, `../x` for /a/x.
 std::string getPathFrom(const std::string& folder, const std::string& path);
 
-/// The path as seen from a folder if it lies below, otherwise as it is.
+/// The path as seen from a folder if it is below, otherwise as it is.
 std::string getShortPath(const std::string& folder, const std::string& path);
 
 /// The folder that a path is in; the root is in itself.

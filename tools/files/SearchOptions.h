@@ -5,11 +5,12 @@
 
 namespace ombrel {
 
-/// Which files a run takes, beside the paths that are named.
+/// Which files a run formats, besides the paths that are named.
 struct SearchOptions {
-    std::string pathList;              ///< an input with more paths; empty: there is none
-    bool isPathListNulEnded = false;   ///< its paths end in NUL instead of line ends
-    std::vector<std::string> patterns; ///< what to leave out, as in ignore files; to take: behind a `!`
+    std::string pathList;            ///< an input with more paths; empty: there is none
+    bool isPathListNulEnded = false; ///< its paths end in NUL instead of line ends
+    std::vector<std::string>
+        patterns; ///< what to leave out, as in ignore files; after a `!`, what to include
     bool honorsGitignore = true;
     bool forcesExclusion = false; ///< paths that are named can be left out too
     bool allowsNoFiles = false;

@@ -104,7 +104,7 @@ private:
     std::map<std::string, std::string> named; ///< by path in the tree, "." for the top: as the user wrote it
 };
 
-/// What the changes are compared with. A branch without a commit has the empty tree behind it.
+/// What the changes are compared with. A branch without a commit is compared with the empty tree.
 std::string findBase(const Git& git, const ChangeOptions& options) {
     constexpr std::string_view dots = "...";
     std::string revision = options.isStaged ? "HEAD" : options.since;

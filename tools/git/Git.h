@@ -44,7 +44,7 @@ private:
     std::string top;
 };
 
-/// The pattern that stands for this one path, whatever characters it has.
+/// The pattern that means this one path, whatever characters it has.
 std::string getLiteralPathspec(const std::string& path);
 
 } // namespace ombrel

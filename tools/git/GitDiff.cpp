@@ -85,8 +85,8 @@ char takeEscaped(std::string_view& text, std::string_view line) {
     return static_cast<char>(value);
 }
 
-/// The name behind `+++ b/`. Names with unusual bytes stand in quotes, with octal escapes; behind others with
-/// blanks stands a tab.
+/// The name after `+++ b/`. Names with unusual bytes are in quotes, with octal escapes; others with spaces
+/// have a tab after them.
 std::string parseName(std::string_view line) {
     std::string_view rest = line;
     const bool isQuoted = takePrefix(rest, "\"");
@@ -211,7 +211,7 @@ std::vector<LineRange> getNewLines(const FileDiff& file) {
 }
 
 std::string makeExchange(const std::string& path, const std::string& before, const std::string& after) {
-    // The length that git's format wants behind the ids is that of an empty text: git takes the text from the
+    // The length that git's format wants after the ids is that of an empty text: git takes the text from the
     // object `after`.
     return fmt::format("diff --git \"a/{0}\" \"b/{0}\"\nindex {1}..{2}\nGIT binary patch\n"
                        "literal 0\nHcmV?d00001\n\n",

@@ -13,7 +13,7 @@ std::string_view getContent(std::string_view line) {
     return line.substr(0, length > 0 && line[length - 1] == '\r' ? length - 1 : length);
 }
 
-/// The index of the first line behind the lines in front of a hunk: where there are lines, its own first.
+/// The index of the first line after the lines before a hunk: where there are lines, its own first.
 std::size_t getStart(std::uint32_t first, std::uint32_t count) {
     return count == 0 ? first : first - 1;
 }

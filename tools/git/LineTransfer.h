@@ -8,9 +8,9 @@
 
 namespace ombrel {
 
-/// Does to `text` what turned `before` into `after`, which has the same lines with other blanks. `hunks` are
-/// the differences between `before` and `text`. The lines outside of them correspond to each other, and one
-/// that is the same in `text` as in `before`, its CR aside, becomes that of `after`; all other lines stay
+/// Does to `text` what turned `before` into `after`, which has the same lines with other whitespace. `hunks`
+/// are the differences between `before` and `text`. The lines outside of them correspond to each other, and
+/// one that is the same in `text` as in `before`, its CR aside, becomes that of `after`; all other lines stay
 /// byte for byte.
 ///
 /// Lines end at line feeds. Returns `text` if `before` and `after` haven't the same number of them.

@@ -23,7 +23,7 @@ std::string getFirstLine(std::string_view text) {
 }
 
 /// `git commit FILE` has a hook work on an index made for this commit, and holds the one of the repository,
-/// which takes the place of the old one behind the commit. Unless both get the formatted text, the next
+/// which replaces the old one after the commit. Unless both get the formatted text, the next
 /// commit would undo the formatting. Returns that other index, empty if there is none.
 std::string findOtherIndex() {
     const char* variable = std::getenv("GIT_INDEX_FILE");

@@ -17,7 +17,7 @@ using Construct = ca::formatting::TreeConstruct;
 /// this one adds what people need to know. Reading, checking, help, schema and starter file all go by the
 /// table of these.
 struct Option {
-    std::string_view section; ///< the object of the options file that it stands in; empty for the top level
+    std::string_view section; ///< the object of the options file that it is in; empty for the top level
     std::string_view key;
     TreeOptionType type;
     std::string_view factory; ///< its default, as text; always a possible value

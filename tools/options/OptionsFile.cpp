@@ -154,7 +154,7 @@ private:
         file.overrides.push_back(std::move(entry));
     }
 
-    /// Patterns of which one at least takes files in, and each of which can match.
+    /// Patterns of which at least one includes files, and each of which can match.
     std::vector<IgnoreRule> readPatterns(const JsonValue& value) {
         const std::vector<JsonValue> patterns = readStrings(value, "a pattern");
         std::vector<IgnoreRule> rules;
@@ -167,7 +167,7 @@ private:
         expect(!isEmptyList, value, "expected at least one pattern");
         const bool takesNone =
             !rules.empty() && std::all_of(rules.begin(), rules.end(), std::mem_fn(&IgnoreRule::isNegated));
-        expect(!takesNone, value, "every pattern here begins with '!', so this override is for no file");
+        expect(!takesNone, value, "every pattern here begins with '!', so this override applies to no file");
         return rules;
     }
 

@@ -26,7 +26,7 @@ std::span<const FileKey> getFileKeys();
 /// "files", the one key that an override has to have.
 const FileKey& getFilesKey();
 
-/// A file that lies underneath, as it is named in "extends".
+/// A file that is the base of another, as it is named in "extends".
 struct Extension {
     std::string name; ///< UTF-8, not empty
     std::optional<ca::utils::JsonSpan> place;
