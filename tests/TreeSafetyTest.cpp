@@ -34,7 +34,7 @@ std::u16string toText(const std::string& ascii) {
 /// The engine with a formatter that takes its options from here. A formatter that breaks no lines is asked
 /// for by another configuration, whatever there is in it.
 std::u16string format(const std::u16string& text, const TestOptions& options) {
-    static const TreeOptions configs = getTreeOptions(uR"({"formatting": {}})");
+    static const TreeOptions configs = getTreeOptions(uR"({"formatting": {"lineBreakingEnabled": true}})");
     const auto formatter = [&](const TreeFormatRequest& request) {
         TestOptions asked = options;
         asked.lineBreaking = options.lineBreaking && request.config == configs.config;

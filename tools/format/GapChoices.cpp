@@ -2,6 +2,7 @@
 
 #include "format/GapText.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ombrel {
@@ -23,6 +24,10 @@ std::u16string_view GapChoices::getText(std::size_t gap) const {
     default:
         return texts[choices[gap] - firstOwn];
     }
+}
+
+bool GapChoices::isAnyChanged() const {
+    return std::any_of(choices.begin(), choices.end(), [](std::uint32_t choice) { return choice != source; });
 }
 
 void GapChoices::choose(std::size_t gap, std::u16string text) {

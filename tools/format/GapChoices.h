@@ -24,6 +24,8 @@ public:
     /// Whether the choice isn't the text that the gap has in the source.
     bool isChanged(std::size_t gap) const { return choices[gap] != source; }
 
+    bool isAnyChanged() const;
+
     void choose(std::size_t gap, std::u16string text);
     void chooseSource(std::size_t gap) { choices[gap] = source; }
 

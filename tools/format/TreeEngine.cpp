@@ -93,9 +93,12 @@ private:
     static constexpr int lastRound = 8;
 
     Outcome choose(const GapAlignment& alignment) {
-        const SyntaxContext syntax(gaps, *source.parsed.analysis->getProgramFile());
-        const GapRuleInput input{gaps, syntax, options.isTrimming, [this] { return getUnbroken(); }};
         GapChoices choices(gaps, alignment);
+        if (!choices.isAnyChanged()) { // but for the kinds of line ends
+            return TreeResult();
+        }
+        const SyntaxContext syntax(gaps, *source.parsed.analysis->getProgramFile());
+        const GapRuleInput input{gaps, syntax, options.isTrimming, [&] { return getUnbroken(alignment); }};
         repairGaps(input, choices);
         Escalation escalation(input, choices);
         for (int round = 1;; ++round) {
@@ -128,7 +131,10 @@ private:
     }
 
     /// The text without line breaking, which is needed rarely.
-    const GapAlignment* getUnbroken() {
+    const GapAlignment* getUnbroken(const GapAlignment& formattedGaps) {
+        if (options.config == options.unbrokenConfig) {
+            return &formattedGaps;
+        }
         if (!isUnbrokenKnown && options.unbrokenConfig != nullptr) {
             Formatted formatted = callFormatter(source, options.unbrokenConfig, formatter);
             if (formatted) {
@@ -160,8 +166,9 @@ TreeOptions makeOptions(const std::u16string& json) {
     if (values.is_object() && values["formatting"].is_object()) {
         auto& formatting = values["formatting"];
         options.isTrimming = formatting.value("trimUnnecessaryWhitespace", nlohmann::json()) == true;
+        const bool isBreaking = formatting.value("lineBreakingEnabled", nlohmann::json()) == true;
         formatting["lineBreakingEnabled"] = false;
-        options.unbrokenConfig = makeConfig(decodeLossy(values.dump()));
+        options.unbrokenConfig = isBreaking ? makeConfig(decodeLossy(values.dump())) : options.config;
     }
     return options;
 }

@@ -21,7 +21,8 @@ using TreeFormatter =
 /// The tree formatter's options, for any number of texts.
 struct TreeOptions {
     std::shared_ptr<const ca::config::Config> config;
-    /// The same without line breaking, for places where that would change a program; null if there is none.
+    /// The same without line breaking, for places where that would change a program. The same object if
+    /// that is off anyway; null if there is none.
     std::shared_ptr<const ca::config::Config> unbrokenConfig;
     bool isTrimming = false; ///< "trimUnnecessaryWhitespace"
 };
