@@ -116,8 +116,10 @@ TEST_F(ManyFiles, GoOnBehindAFaultOfOurs) {
         }
         const auto outcome = runProgram({"-i", threads, disk.getPath().string()}, {}, files);
         EXPECT_EQ(outcome.status, 5);
-        EXPECT_EQ(outcome.err, (disk.getPath() / "b.omb").string() +
-                                   ": error: formatting failed: lost\n2 of 3 files formatted, 1 failed\n");
+        EXPECT_EQ(
+            outcome.err,
+            (disk.getPath() / "b.omb").string() +
+                ": error: formatting failed: lost [internal-error]\n2 of 3 files formatted, 1 failed\n");
         EXPECT_EQ(disk.read("a.omb") + disk.read("b.omb") + disk.read("c.omb"),
                   "if a\n    x\nend\nif a\nx\nend\nif a\n    x\nend\n");
     }
