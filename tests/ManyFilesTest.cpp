@@ -108,7 +108,7 @@ public:
     }
 };
 
-TEST_F(ManyFiles, GoOnBehindAFaultOfOurs) {
+TEST_F(ManyFiles, ContinueAfterAnUnexpectedFault) {
     FaultyFiles files;
     for (const char* threads : {"-j1", "-j3"}) {
         for (const char* name : {"a.omb", "b.omb", "c.omb"}) {

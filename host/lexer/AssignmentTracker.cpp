@@ -6,6 +6,7 @@
 //     [a, ~] = f       TargetList, ListClosed, then a is assigned
 
 #include "AssignmentTracker.h"
+#include "KeywordTypes.h"
 
 namespace ca::lexer {
 
@@ -45,7 +46,7 @@ void AssignmentTracker::advance(TokenType type, std::u16string_view lexeme, std:
     if (type == TokenType::Function) {
         scopes.emplace_back();
         phase = Phase::FunctionHead;
-    } else if (type == TokenType::OpeningKeyword3 || type == TokenType::OpeningKeyword5) {
+    } else if (type == keyword::For || type == keyword::Parfor) {
         phase = Phase::SingleName;
     } else if (type == TokenType::Global || type == TokenType::Persistent) {
         phase = Phase::Declaration;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AssignedNames.h"
+#include "KeywordTypes.h"
 #include "ca/lexer/Token.h"
 
 #include <string_view>
@@ -62,9 +63,8 @@ private:
 
     /// The keywords whose names are assigned wherever they are.
     static bool startsPhase(TokenType type) {
-        return type == TokenType::Function || type == TokenType::OpeningKeyword3 ||
-               type == TokenType::OpeningKeyword5 || type == TokenType::Global ||
-               type == TokenType::Persistent;
+        return type == TokenType::Function || type == keyword::For || type == keyword::Parfor ||
+               type == TokenType::Global || type == TokenType::Persistent;
     }
 
     void advance(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement);

@@ -1,4 +1,5 @@
 #include "Keywords.h"
+#include "KeywordTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -16,32 +17,32 @@ struct Row {
 using enum KeywordPlace;
 
 constexpr Row rows[] = {
-    {u"arguments", {TokenType::OpeningKeyword26, FunctionStart}},
+    {u"arguments", {keyword::Arguments, FunctionStart}},
     {u"break", {TokenType::Break, Anywhere}},
-    {u"case", {TokenType::SecondaryIndentedKeyword18, Anywhere}},
-    {u"catch", {TokenType::SecondaryKeyword16, Anywhere}},
-    {u"classdef", {TokenType::ClassLevelKeyword20, Anywhere}},
+    {u"case", {keyword::Case, Anywhere}},
+    {u"catch", {keyword::Catch, Anywhere}},
+    {u"classdef", {keyword::Classdef, Anywhere}},
     {u"continue", {TokenType::Continue, Anywhere}},
-    {u"else", {TokenType::SecondaryKeyword9, Anywhere}},
-    {u"elseif", {TokenType::SecondaryKeyword10, Anywhere}},
+    {u"else", {keyword::Else, Anywhere}},
+    {u"elseif", {keyword::Elseif, Anywhere}},
     {u"end", {TokenType::End, Anywhere}},
-    {u"enumeration", {TokenType::OpeningKeyword24, ClassMember}},
-    {u"events", {TokenType::OpeningKeyword23, ClassMember}},
-    {u"for", {TokenType::OpeningKeyword3, Anywhere}},
+    {u"enumeration", {keyword::Enumeration, ClassMember}},
+    {u"events", {keyword::Events, ClassMember}},
+    {u"for", {keyword::For, Anywhere}},
     {u"function", {TokenType::Function, Anywhere}},
     {u"global", {TokenType::Global, Anywhere}},
-    {u"if", {TokenType::OpeningKeyword4, Anywhere}},
+    {u"if", {keyword::If, Anywhere}},
     {u"import", {TokenType::Import, ImportStatement}},
-    {u"methods", {TokenType::ClassLevelKeyword22, ClassMember}},
-    {u"otherwise", {TokenType::SecondaryIndentedKeyword19, Anywhere}},
-    {u"parfor", {TokenType::OpeningKeyword5, Anywhere}},
+    {u"methods", {keyword::Methods, ClassMember}},
+    {u"otherwise", {keyword::Otherwise, Anywhere}},
+    {u"parfor", {keyword::Parfor, Anywhere}},
     {u"persistent", {TokenType::Persistent, Anywhere}},
-    {u"properties", {TokenType::OpeningKeyword21, ClassMember}},
+    {u"properties", {keyword::Properties, ClassMember}},
     {u"return", {TokenType::Return, Anywhere}},
-    {u"spmd", {TokenType::OpeningKeyword25, Anywhere}},
-    {u"switch", {TokenType::OpeningKeyword6, Anywhere}},
-    {u"try", {TokenType::OpeningKeyword13, Anywhere}},
-    {u"while", {TokenType::OpeningKeyword7, Anywhere}},
+    {u"spmd", {keyword::Spmd, Anywhere}},
+    {u"switch", {keyword::Switch, Anywhere}},
+    {u"try", {keyword::Try, Anywhere}},
+    {u"while", {keyword::While, Anywhere}},
 };
 
 constexpr bool isOrdered(const Row& a, const Row& b) {
@@ -82,14 +83,14 @@ std::optional<Keyword> findKeyword(std::u16string_view word) {
 bool isStatementKeyword(TokenType type) {
     switch (type) {
     case TokenType::Function:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::OpeningKeyword25:
+    case keyword::Classdef:
+    case keyword::For:
+    case keyword::If:
+    case keyword::Parfor:
+    case keyword::Switch:
+    case keyword::While:
+    case keyword::Try:
+    case keyword::Spmd:
         return true;
     default:
         return dividesBlock(type);
@@ -99,19 +100,19 @@ bool isStatementKeyword(TokenType type) {
 bool opensBlock(TokenType type) {
     switch (type) {
     case TokenType::Function:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword25:
-    case TokenType::OpeningKeyword26:
+    case keyword::For:
+    case keyword::If:
+    case keyword::Parfor:
+    case keyword::Switch:
+    case keyword::While:
+    case keyword::Try:
+    case keyword::Classdef:
+    case keyword::Properties:
+    case keyword::Methods:
+    case keyword::Events:
+    case keyword::Enumeration:
+    case keyword::Spmd:
+    case keyword::Arguments:
         return true;
     default:
         return false;
@@ -120,11 +121,11 @@ bool opensBlock(TokenType type) {
 
 bool dividesBlock(TokenType type) {
     switch (type) {
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryKeyword16:
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
+    case keyword::Else:
+    case keyword::Elseif:
+    case keyword::Catch:
+    case keyword::Case:
+    case keyword::Otherwise:
         return true;
     default:
         return false;

@@ -10,6 +10,7 @@
 #include "Lexer.h"
 
 #include "Characters.h"
+#include "KeywordTypes.h"
 #include "ca/lexer/lex.h"
 
 #include <algorithm>
@@ -341,7 +342,7 @@ void Lexer::noteStatement(TokenType first) {
     case TokenType::Semicolon:
     case TokenType::Comma:
     case TokenType::End:
-    case TokenType::OpeningKeyword26:
+    case keyword::Arguments:
         return;
     case TokenType::OpenParenthesis:
         if (assignments.awaitsInputs()) {

@@ -1,4 +1,5 @@
 #include "Nesting.h"
+#include "KeywordTypes.h"
 
 namespace ca::lexer {
 
@@ -54,12 +55,12 @@ void Brackets::clear() {
 
 bool Blocks::holdsStatements() const {
     switch (getInnermost()) {
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword26:
+    case keyword::Classdef:
+    case keyword::Properties:
+    case keyword::Methods:
+    case keyword::Events:
+    case keyword::Enumeration:
+    case keyword::Arguments:
         return false;
     default:
         return true;

@@ -6,6 +6,7 @@
 //     x (1)            no command: brackets never start a word
 
 #include "Characters.h"
+#include "KeywordTypes.h"
 #include "Lexer.h"
 
 #include <unicode/uchar.h>
@@ -43,7 +44,7 @@ bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
     }
     switch (keyword.place) {
     case KeywordPlace::ClassMember:
-        return startsStatement && blocks.getInnermost() == TokenType::ClassLevelKeyword20;
+        return startsStatement && blocks.getInnermost() == keyword::Classdef;
     case KeywordPlace::FunctionStart:
         return startsStatement && blocks.isAtFunctionStart() && isArgumentsLine(end);
     case KeywordPlace::ImportStatement:
@@ -55,9 +56,8 @@ bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
 
 /// A function, a method above all, may be called like a reserved word: function n = end(obj, k, count).
 bool Lexer::isNamedLikeKeyword(std::size_t end) const {
-    const bool isBehindOutput =
-        lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
-        (assignments.isBehindOutputs() || blocks.getInnermost() == TokenType::ClassLevelKeyword22);
+    const bool isBehindOutput = lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
+                                (assignments.isBehindOutputs() || blocks.getInnermost() == keyword::Methods);
     if (lastCode != TokenType::Function && !isBehindOutput) {
         return false;
     }
@@ -163,28 +163,28 @@ void Lexer::lexKeyword(TokenType type, std::size_t end) {
     case TokenType::Import:
         isInCommand = true;
         return;
-    case TokenType::SecondaryKeyword16:
+    case keyword::Catch:
         if (namesCaughtError(end)) {
             assignments.expectCaughtName();
         } else {
             allowStatement();
         }
         return;
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryIndentedKeyword19:
-    case TokenType::OpeningKeyword13:
+    case keyword::Else:
+    case keyword::Otherwise:
+    case keyword::Try:
         allowStatement();
         return;
-    case TokenType::OpeningKeyword25:
+    case keyword::Spmd:
         allowStatement();
         header = mayStartStatement ? Header::Spmd : Header::None;
         return;
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword7:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryIndentedKeyword18:
+    case keyword::For:
+    case keyword::If:
+    case keyword::Parfor:
+    case keyword::While:
+    case keyword::Elseif:
+    case keyword::Case:
         header = brackets.isAnyOpen() ? header : Header::Keyword;
         return;
     default:

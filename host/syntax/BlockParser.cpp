@@ -17,26 +17,17 @@ namespace {
 
 using namespace lf::astapi;
 
-constexpr TokenType ifKeyword = TokenType::OpeningKeyword4;
-constexpr TokenType switchKeyword = TokenType::OpeningKeyword6;
-constexpr TokenType tryKeyword = TokenType::OpeningKeyword13;
-constexpr TokenType elseKeyword = TokenType::SecondaryKeyword9;
-constexpr TokenType elseifKeyword = TokenType::SecondaryKeyword10;
-constexpr TokenType catchKeyword = TokenType::SecondaryKeyword16;
-constexpr TokenType caseKeyword = TokenType::SecondaryIndentedKeyword18;
-constexpr TokenType otherwiseKeyword = TokenType::SecondaryIndentedKeyword19;
-
 /// The keyword of the blocks that have such a branch, `EndOfInput` for what is no branch.
 TokenType getBlockOf(TokenType branch) {
     switch (branch) {
-    case elseKeyword:
-    case elseifKeyword:
-        return ifKeyword;
-    case catchKeyword:
-        return tryKeyword;
-    case caseKeyword:
-    case otherwiseKeyword:
-        return switchKeyword;
+    case keyword::Else:
+    case keyword::Elseif:
+        return keyword::If;
+    case keyword::Catch:
+        return keyword::Try;
+    case keyword::Case:
+    case keyword::Otherwise:
+        return keyword::Switch;
     default:
         return TokenType::EndOfInput;
     }
@@ -114,11 +105,11 @@ const Node* Parser::parseIf() {
     parseOrSkip([&] { node->condition = own(node, parseExpression()); });
     node->body = parseBody(node);
     const std::size_t mark = pending.size();
-    while (isAt(elseifKeyword)) {
+    while (isAt(keyword::Elseif)) {
         pending.push_back(parseElseif());
     }
     node->elseifBlocks = takePending(mark, node);
-    if (isAt(elseKeyword)) {
+    if (isAt(keyword::Else)) {
         node->elseBlock = own(node, parseElse());
         rejectMoreBranches(u"'else'");
     }
@@ -243,11 +234,11 @@ const Node* Parser::parseSwitch() {
     parseOrSkip([&] { node->subject = own(node, parseExpression()); });
     rejectStatementsBeforeCase();
     const std::size_t mark = pending.size();
-    while (isAt(caseKeyword)) {
+    while (isAt(keyword::Case)) {
         pending.push_back(parseCase());
     }
     node->cases = takePending(mark, node);
-    if (isAt(otherwiseKeyword)) {
+    if (isAt(keyword::Otherwise)) {
         node->otherwise = own(node, parseOtherwise());
         rejectMoreBranches(u"'otherwise'");
     }
@@ -285,7 +276,7 @@ const Node* Parser::parseTry() {
     auto* node = make<TryStatement<CA>>(cursor.get());
     openBlock();
     node->body = parseBody(node);
-    if (isAt(catchKeyword)) {
+    if (isAt(keyword::Catch)) {
         node->catchBlock = own(node, parseCatch());
         rejectMoreBranches(u"'catch'");
     }

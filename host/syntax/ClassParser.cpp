@@ -39,13 +39,13 @@ void Parser::parseClassHead(ClassDefinition<CA>* node) {
 
 const Node* Parser::parseClassBlock() {
     switch (cursor.getType()) {
-    case TokenType::OpeningKeyword21:
+    case keyword::Properties:
         return parseMemberBlock<PropertiesBlock<CA>>(&Parser::parseProperty);
-    case TokenType::ClassLevelKeyword22:
+    case keyword::Methods:
         return parseMemberBlock<MethodsBlock<CA>>(&Parser::parseMethod);
-    case TokenType::OpeningKeyword23:
+    case keyword::Events:
         return parseMemberBlock<EventsBlock<CA>>(&Parser::parseEvent);
-    case TokenType::OpeningKeyword24:
+    case keyword::Enumeration:
         return parseMemberBlock<EnumerationBlock<CA>>(&Parser::parseEnumerationMember);
     default:
         failExpected(u"'properties', 'methods', 'events', 'enumeration' or 'end'");
@@ -95,13 +95,13 @@ void Parser::parseMembers(ParseMember parseMember) {
 /// Whether a block of a class, or the class itself, may have a member that starts with the keyword.
 bool Parser::mayHold(TokenType block, TokenType member) {
     switch (member) {
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-        return block == TokenType::ClassLevelKeyword20;
+    case keyword::Properties:
+    case keyword::Methods:
+    case keyword::Events:
+    case keyword::Enumeration:
+        return block == keyword::Classdef;
     case TokenType::Function:
-        return block == TokenType::ClassLevelKeyword22;
+        return block == keyword::Methods;
     default:
         return false;
     }

@@ -81,7 +81,7 @@ void Parser::closeFunction() {
 
 NodeList Parser::parseArgumentsBlocks(const Node* parent) {
     const std::size_t mark = pending.size();
-    for (skipSeparators(); isAt(TokenType::OpeningKeyword26); skipSeparators()) {
+    for (skipSeparators(); isAt(keyword::Arguments); skipSeparators()) {
         pending.push_back(parseArgumentsBlock());
     }
     return takePending(mark, parent);

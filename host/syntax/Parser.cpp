@@ -17,7 +17,7 @@ const ProgramFile<CA>* Parser::parseFile() {
     functionsHaveEnd = haveFunctionsEnd(cursor.getCodes());
     try {
         skipSeparators();
-        if (isAt(TokenType::ClassLevelKeyword20)) {
+        if (isAt(keyword::Classdef)) {
             parseClassFile();
         } else {
             parseStatements();

@@ -24,9 +24,6 @@ namespace {
 
 using Corrections = std::vector<Correction>;
 
-constexpr TokenType ifKeyword = TokenType::OpeningKeyword4;
-constexpr TokenType elseKeyword = TokenType::SecondaryKeyword9;
-
 SyntaxError makeError(std::u16string_view identifier, std::u16string message, const Token& at) {
     return {std::u16string(identifier), std::move(message), at.line, at.column,
             static_cast<std::uint32_t>(at.lexeme.size())};
@@ -162,7 +159,7 @@ void findSplitElseif(const FaultyText& faulty, const SyntaxError& error, Correct
     const std::size_t first = last - std::min(last, maximalDistance);
     for (std::size_t place = first + 1; place < last; ++place) {
         const Token& branch = faulty.getToken(place - 1);
-        const bool isSplit = faulty.getType(place) == ifKeyword && branch.type == elseKeyword &&
+        const bool isSplit = faulty.getType(place) == keyword::If && branch.type == keyword::Else &&
                              branch.line == faulty.getToken(place).line;
         if (!isSplit || hasOwnEnd(faulty, place)) {
             continue;
@@ -301,11 +298,11 @@ void findBranchWithEnd(const FaultyText& faulty, const SyntaxError& error, Corre
     const std::size_t place = findPlace(faulty, error);
     std::u16string block = u"if 0, ";
     switch (faulty.getType(place)) {
-    case TokenType::SecondaryKeyword16:
+    case keyword::Catch:
         block = u"try, ";
         break;
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
+    case keyword::Case:
+    case keyword::Otherwise:
         block = u"switch 0, ";
         break;
     default:
@@ -321,8 +318,7 @@ void findAssignmentInCondition(const FaultyText& faulty, const SyntaxError& erro
         return;
     }
     const TokenType header = faulty.getType(findLineStart(faulty, place));
-    if (header == ifKeyword || header == TokenType::SecondaryKeyword10 ||
-        header == TokenType::OpeningKeyword7) {
+    if (header == keyword::If || header == keyword::Elseif || header == keyword::While) {
         found.push_back({{replace(faulty, place, 1, u"==")},
                          makeError(u"UnexpectedText", u"a condition can't assign: did you mean '=='?",
                                    faulty.getToken(place))});

@@ -64,23 +64,23 @@ const Node* Parser::parseBlockStatement() {
     switch (cursor.getType()) {
     case TokenType::Function:
         return parseFunctionStatement();
-    case TokenType::OpeningKeyword3:
+    case keyword::For:
         return parseFor();
-    case TokenType::OpeningKeyword4:
+    case keyword::If:
         return parseIf();
-    case TokenType::OpeningKeyword5:
+    case keyword::Parfor:
         return parseParfor();
-    case TokenType::OpeningKeyword6:
+    case keyword::Switch:
         return parseSwitch();
-    case TokenType::OpeningKeyword7:
+    case keyword::While:
         return parseWhile();
-    case TokenType::OpeningKeyword13:
+    case keyword::Try:
         return parseTry();
-    case TokenType::OpeningKeyword25:
+    case keyword::Spmd:
         return parseSpmd();
-    case TokenType::ClassLevelKeyword20:
+    case keyword::Classdef:
         return parseMisplaced(&Parser::parseClass, u"'classdef' has to be the first code of its file");
-    case TokenType::OpeningKeyword26:
+    case keyword::Arguments:
         return parseMisplaced(&Parser::parseArgumentsBlock,
                               u"an 'arguments' block has to come before the first statement of its function");
     default:
@@ -129,13 +129,13 @@ void Parser::rejectStray() {
     case TokenType::EndIndex:
         cursor.advance();
         fail(u"UnmatchedEnd", u"this 'end' closes nothing: no block is open here", code);
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
+    case keyword::Else:
+    case keyword::Elseif:
         return rejectBranch(u"an 'if'");
-    case TokenType::SecondaryKeyword16:
+    case keyword::Catch:
         return rejectBranch(u"a 'try'");
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
+    case keyword::Case:
+    case keyword::Otherwise:
         return rejectBranch(u"a 'switch'");
     default:
         return rejectClosingBracket();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ca/lexer/Token.h"
+#include "lexer/KeywordTypes.h"
 #include "lexer/Keywords.h"
 
 #include <cstddef>
@@ -12,6 +13,7 @@ namespace ca::syntax {
 
 using lexer::Token;
 using lexer::TokenType;
+namespace keyword = lexer::keyword;
 
 /// A token of code, or the end of a line that ends something: whitespace, comments and continued line ends
 /// are left out.
