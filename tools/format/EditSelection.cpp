@@ -72,7 +72,7 @@ class Writer {
 public:
     Writer(const GapList& gaps, const EditSelection& selection)
         : gaps(gaps), source(gaps.getSource()), selection(selection),
-          firstLineEnd(getFirstLineEnd(gaps.getSource())) {}
+          lineEndBefore(getFirstLineEnd(gaps.getSource())) {}
 
     void write(std::size_t gap, std::u16string_view chosen) {
         const std::u16string_view before = gaps.getText(gap);
@@ -144,14 +144,17 @@ private:
         addDifference(section.offset, section.before, text);
     }
 
-    /// The end of the line before a place, which a new line gets.
-    std::u16string_view getLineEndBefore(std::size_t offset) const {
-        const std::size_t last = source.substr(0, offset).find_last_of(u"\r\n");
-        if (last == source.npos) {
-            return firstLineEnd;
+    /// The end of the line before a place, which a new line gets. Places come in ascending order, so the text
+    /// is searched once.
+    std::u16string_view getLineEndBefore(std::size_t offset) {
+        const std::size_t last = source.substr(searched, offset - searched).find_last_of(u"\r\n");
+        if (last != source.npos) {
+            const std::size_t end = searched + last + 1;
+            const std::size_t length = end > 1 && source.substr(end - 2, 2) == u"\r\n" ? 2 : 1;
+            lineEndBefore = source.substr(end - length, length);
         }
-        const std::size_t first = last > 0 && source.substr(last - 1, 2) == u"\r\n" ? last - 1 : last;
-        return source.substr(first, last + 1 - first);
+        searched = offset;
+        return lineEndBefore;
     }
 
     /// Without what both texts have in common at their start and end.
@@ -199,8 +202,9 @@ private:
     const GapList& gaps;
     std::u16string_view source;
     const EditSelection& selection;
-    std::u16string_view firstLineEnd;
-    std::vector<Block> blocks; ///< of the gap
+    std::size_t searched = 0;          ///< how far the source was searched for line ends
+    std::u16string_view lineEndBefore; ///< the last one there; the first of the text before that
+    std::vector<Block> blocks;         ///< of the gap
     Edits edits;
 };
 
