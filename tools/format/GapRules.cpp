@@ -185,6 +185,9 @@ private:
             if (joinsUnclosedQuote(gap)) { // by trimming a continuation
                 keep(gap);
             }
+            if (choices.getText(gap).empty()) { // the formatter wanted a separator, so at least not `)x = 1`
+                choices.choose(gap, u" ");
+            }
         }
         const std::u16string_view text = choices.getText(gap);
         if (text.empty() || text.starts_with(u"...")) {
