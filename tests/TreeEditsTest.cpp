@@ -183,10 +183,20 @@ void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptio
     }
 }
 
+/// Lists in which separators and comments come before a line start, which must not move with each run.
+constexpr const char16_t* listsWithComments[] = {
+    u"v=[;, % e\n1];\n",          u"v={;,% e\n1;;2};\n",
+    u"x = [1 % c\n, ...\n2];\n",  u"x=[1,...\n% c\n2 3\n% o\n , ...\n 4];\n",
+    u"x = [1, % a\n2, % b\n];\n",
+};
+
 std::vector<std::u16string> makePrograms(std::uint32_t count) {
     std::vector<std::u16string> programs;
     for (const ExampleFile& example : readExamples()) {
         programs.push_back(example.text);
+    }
+    for (const char16_t* list : listsWithComments) {
+        programs.emplace_back(list);
     }
     for (std::uint32_t seed = 1; seed <= count; ++seed) {
         programs.push_back(generateProgram(seed));

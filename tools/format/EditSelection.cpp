@@ -79,6 +79,7 @@ public:
         const std::size_t begin = gaps.getBegin(gap);
         if (before.find(u'%') == before.npos && before.find(u"...") == before.npos) {
             blocks.clear();
+            nextBlock = 0;
             writeSection({begin, before, chosen});
             return;
         }
@@ -90,6 +91,7 @@ public:
             throw std::logic_error("the text chosen for a gap isn't one of that gap");
         }
         blocks = findBlocks(source, comments);
+        nextBlock = 0;
         std::size_t doneBefore = 0;
         std::size_t doneAfter = 0;
         for (std::size_t i = 0; i < comments.size(); ++i) {
@@ -189,12 +191,14 @@ private:
         return text.find_first_not_of(u" \t\r\n,;.") == text.npos;
     }
 
-    bool isSelected(std::size_t begin, std::size_t end) const {
-        for (const Block& block : blocks) {
-            if (begin <= block.end && block.begin <= end) {
-                begin = std::min(begin, block.begin);
-                end = std::max(end, block.end);
-            }
+    /// Places come in ascending order.
+    bool isSelected(std::size_t begin, std::size_t end) {
+        while (nextBlock < blocks.size() && blocks[nextBlock].end < begin) {
+            ++nextBlock;
+        }
+        for (std::size_t i = nextBlock; i < blocks.size() && blocks[i].begin <= end; ++i) {
+            begin = std::min(begin, blocks[i].begin);
+            end = std::max(end, blocks[i].end);
         }
         return selection.accepts(begin, end);
     }
@@ -205,6 +209,7 @@ private:
     std::size_t searched = 0;          ///< how far the source was searched for line ends
     std::u16string_view lineEndBefore; ///< the last one there; the first of the text before that
     std::vector<Block> blocks;         ///< of the gap
+    std::size_t nextBlock = 0;         ///< the first that ends at the current place or after it
     Edits edits;
 };
 
@@ -221,7 +226,6 @@ EditSelection::EditSelection(std::u16string_view text, std::vector<LineRange> li
     }
     std::sort(lines.begin(), lines.end(),
               [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
-    std::vector<bool> isIn;
     LineSplitter splitter(text);
     std::size_t offset = 0;
     auto range = lines.begin();

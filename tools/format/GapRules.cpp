@@ -180,6 +180,7 @@ private:
         }
         if (const auto literal = syntax.getLiteral(gap)) {
             repairRow(gap, *literal);
+            keepLineStart(gap);
         } else if (joinsShellLine(gap) || joinsUnclosedQuote(gap) || separatesFromHeader(gap)) {
             doNotBreak(gap);
             if (joinsUnclosedQuote(gap)) { // by trimming a continuation
@@ -260,6 +261,23 @@ private:
         }
     }
 
+    /// Without indentation, lines start where they do in the source. Trimming would move one to the right by
+    /// a space each time if separators and a comment are before it.
+    void keepLineStart(std::size_t gap) {
+        if (!input.isTrimming || input.isIndenting) {
+            return;
+        }
+        const std::u16string source = getSource(gap);
+        const std::u16string_view text = choices.getText(gap);
+        const std::size_t last = text.find_last_not_of(blanks);
+        const std::size_t lastInSource = source.find_last_not_of(blanks);
+        const bool isLineStart = last != text.npos && text[last] == u'\n' && lastInSource != source.npos &&
+                                 source[lastInSource] == u'\n';
+        if (isLineStart && text.size() - last > source.size() - lastInSource) {
+            choices.choose(gap, std::u16string(text.substr(0, last + source.size() - lastInSource)));
+        }
+    }
+
     /// Whether the gap would put something on the line of a shell line, which reaches to the line's end.
     bool joinsShellLine(std::size_t gap) const {
         return (isShellLine(getPrevious(gap)) && !startsWithLineEnd(getChosen(gap)) &&
@@ -267,18 +285,20 @@ private:
                (isShellLine(getNext(gap)) && !endsAtLineStart(getChosen(gap)));
     }
 
-    bool joinsUnclosedQuote(std::size_t gap) const {
-        return getPrevious(gap).type == TokenType::CommandWord && hasUnclosedWord(gap) &&
-               countLineEnds(getChosen(gap)) < countLineEnds(getSource(gap));
+    bool joinsUnclosedQuote(std::size_t gap) {
+        return getPrevious(gap).type == TokenType::CommandWord &&
+               countLineEnds(getChosen(gap)) < countLineEnds(getSource(gap)) && hasUnclosedWord(gap);
     }
 
-    bool hasUnclosedWord(std::size_t gap) const {
-        for (std::size_t token = gap; token-- > 0 && gaps.getToken(token).type == TokenType::CommandWord;) {
-            if (hasUnclosedQuote(gaps.getToken(token).lexeme)) {
-                return true;
-            }
+    /// Whether a word of the command before a gap has an unclosed quote. Gaps come in ascending order, so
+    /// each word is read once.
+    bool hasUnclosedWord(std::size_t gap) {
+        for (; nextWord < gap; ++nextWord) {
+            const Token& token = gaps.getToken(nextWord);
+            isWordUnclosed =
+                token.type == TokenType::CommandWord && (isWordUnclosed || hasUnclosedQuote(token.lexeme));
         }
-        return false;
+        return isWordUnclosed;
     }
 
     /// A statement that follows the header of its block directly is never a command, and does not count as
@@ -401,6 +421,8 @@ private:
     GapChoices& choices;
     std::unordered_set<std::size_t> literalsWithRows; ///< whose rows the formatter would have joined
     std::vector<std::size_t> rowEnds;                 ///< line ends that it would have taken from these
+    std::size_t nextWord = 0;    ///< the first token that wasn't looked at for unclosed quotes
+    bool isWordUnclosed = false; ///< of the command that it may belong to
     std::size_t nextRowEnd = 0;
     std::optional<std::size_t> unitWithRows; ///< the unit of the row ends before a gap
 };

@@ -12,7 +12,8 @@ namespace ombrel {
 struct GapRuleInput {
     const GapList& gaps;
     const SyntaxContext& syntax;
-    bool isTrimming; ///< whether the formatter takes whitespace out
+    bool isTrimming;  ///< whether the formatter takes whitespace out
+    bool isIndenting; ///< whether it indents lines
 
     /// The gaps as the formatter writes them when it breaks and joins no lines. Called when it is needed for
     /// the first time; null if there is no such text.

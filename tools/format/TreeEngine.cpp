@@ -98,7 +98,8 @@ private:
             return TreeResult();
         }
         const SyntaxContext syntax(gaps, *source.parsed.analysis->getProgramFile());
-        const GapRuleInput input{gaps, syntax, options.isTrimming, [&] { return getUnbroken(alignment); }};
+        const GapRuleInput input{gaps, syntax, options.isTrimming, options.isIndenting,
+                                 [&] { return getUnbroken(alignment); }};
         repairGaps(input, choices);
         Escalation escalation(input, choices);
         for (int round = 1;; ++round) {
@@ -125,7 +126,7 @@ private:
                     ? "this line keeps its text"
                     : fmt::format("lines {} to {} keep their text", lines.first, lines.last);
             notes.push_back(
-                {Code::KeptStatement, place + ": formatting it would change the program", lines.first});
+                {Code::KeptStatement, place + ": formatting it would change the program", lines.first, 1});
         }
         return notes;
     }
@@ -161,11 +162,12 @@ Config makeConfig(const std::u16string& json) {
 }
 
 TreeOptions makeOptions(const std::u16string& json) {
-    TreeOptions options{makeConfig(json), nullptr, false};
+    TreeOptions options{makeConfig(json), nullptr, false, false};
     auto values = nlohmann::json::parse(encodeLossy(json), nullptr, false, true);
     if (values.is_object() && values["formatting"].is_object()) {
         auto& formatting = values["formatting"];
         options.isTrimming = formatting.value("trimUnnecessaryWhitespace", nlohmann::json()) == true;
+        options.isIndenting = formatting.value("indentationEnabled", nlohmann::json()) == true;
         const bool isBreaking = formatting.value("lineBreakingEnabled", nlohmann::json()) == true;
         formatting["lineBreakingEnabled"] = false;
         options.unbrokenConfig = isBreaking ? makeConfig(decodeLossy(values.dump())) : options.config;

@@ -24,7 +24,8 @@ struct TreeOptions {
     /// The same without line breaking, for places where that would change a program. The same object if
     /// that is off anyway; null if there is none.
     std::shared_ptr<const ca::config::Config> unbrokenConfig;
-    bool isTrimming = false; ///< "trimUnnecessaryWhitespace"
+    bool isTrimming = false;  ///< "trimUnnecessaryWhitespace"
+    bool isIndenting = false; ///< "indentationEnabled"
 };
 
 /// The options in a JSON text, {"formatting": {...}}. The same configurations for equal texts, so that each
