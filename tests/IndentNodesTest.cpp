@@ -35,6 +35,17 @@ struct NestedFunctions {
     lf::astapi::Function<CA> inner = makeSyntax<lf::astapi::Function<CA>>(2, 1);
 };
 
+/// A level below a program of its own: a parent has pointers to all its children, so they live as long as it
+/// does.
+template <class Level>
+struct BelowProgram {
+    template <class... Syntax>
+    explicit BelowProgram(const Syntax&... syntax) : level(&program, syntax...) {}
+
+    ProgramIndentNode program;
+    Level level;
+};
+
 /// The string of a level inside a level, both adding one.
 std::u16string getSecondLevel(const TestOptions& options) {
     TreeBuilder builder(u"");
@@ -51,17 +62,16 @@ std::u16string getSecondLevel(const TestOptions& options) {
 /// What golden files can't show: a program has no nested function outside of a function, and no file has
 /// these numbers.
 TEST(IndentNodes, IndentFunctionsByStyleAndNesting) {
-    ProgramIndentNode program;
     const NestedFunctions functions;
     const auto method = makeSyntax<lf::astapi::MethodDefinition<CA>>(3, 5);
     const auto getChanges = [&](Style style) {
         const auto config = makeConfig({.functionStyle = style});
         const IndentChange changes[] = {
-            NestedFunctionIndentNode(&program, functions.outer).getIndentChange(config),
-            NestedFunctionIndentNode(&program, functions.inner).getIndentChange(config),
-            FunctionContentsIndentNode(&program, functions.outer).getIndentChange(config),
-            FunctionContentsIndentNode(&program, functions.inner).getIndentChange(config),
-            FunctionContentsIndentNode(&program, method).getIndentChange(config)};
+            BelowProgram<NestedFunctionIndentNode>(functions.outer).level.getIndentChange(config),
+            BelowProgram<NestedFunctionIndentNode>(functions.inner).level.getIndentChange(config),
+            BelowProgram<FunctionContentsIndentNode>(functions.outer).level.getIndentChange(config),
+            BelowProgram<FunctionContentsIndentNode>(functions.inner).level.getIndentChange(config),
+            BelowProgram<FunctionContentsIndentNode>(method).level.getIndentChange(config)};
         std::string digits;
         for (const IndentChange change : changes) {
             digits += change == IndentChange::AddLevel ? '1' : '0';
@@ -83,18 +93,22 @@ TEST(IndentNodes, BuildLevelsFromCharacterAndWidth) {
 }
 
 TEST(IndentNodes, AreNamedByClassAndPlace) {
-    ProgramIndentNode program;
     const auto function = makeSyntax<lf::astapi::Function<CA>>(1200, 7);
     const auto method = makeSyntax<lf::astapi::MethodDefinition<CA>>(3, 5);
-    EXPECT_EQ(program.getName(), u"ProgramIndent");
-    EXPECT_EQ(SwitchContentsIndentNode(&program).getName(), u"");
-    EXPECT_EQ(ExpressionIndentNode(&program, makeSyntax<lf::astapi::BinaryOperation<CA>>(2, 10)).getName(),
+    EXPECT_EQ(ProgramIndentNode().getName(), u"ProgramIndent");
+    EXPECT_EQ(BelowProgram<SwitchContentsIndentNode>().level.getName(), u"");
+    EXPECT_EQ(BelowProgram<ExpressionIndentNode>(makeSyntax<lf::astapi::BinaryOperation<CA>>(2, 10))
+                  .level.getName(),
               u"ExpressionIndent_L2_C10");
-    EXPECT_EQ(StatementBlockIndentNode(&program, makeSyntax<lf::astapi::OtherwiseBlock<CA>>(1, 1)).getName(),
+    EXPECT_EQ(BelowProgram<StatementBlockIndentNode>(makeSyntax<lf::astapi::OtherwiseBlock<CA>>(1, 1))
+                  .level.getName(),
               u"StatementBlockIndent_L1_C1");
-    EXPECT_EQ(FunctionContentsIndentNode(&program, function).getName(), u"FunctionContentsIndent_L1200_C7");
-    EXPECT_EQ(FunctionContentsIndentNode(&program, method).getName(), u"FunctionContentsIndent_L3_C5");
-    EXPECT_EQ(NestedFunctionIndentNode(&program, function).getName(), u"NestedFunctionIndent_L1200_C7");
+    EXPECT_EQ(BelowProgram<FunctionContentsIndentNode>(function).level.getName(),
+              u"FunctionContentsIndent_L1200_C7");
+    EXPECT_EQ(BelowProgram<FunctionContentsIndentNode>(method).level.getName(),
+              u"FunctionContentsIndent_L3_C5");
+    EXPECT_EQ(BelowProgram<NestedFunctionIndentNode>(function).level.getName(),
+              u"NestedFunctionIndent_L1200_C7");
 }
 
 TEST(IndentNodes, RefuseANestedFunctionThatIsNone) {
