@@ -84,7 +84,7 @@ MakeText between(std::u16string head, std::u16string piece, std::u16string tail)
     return [=](std::size_t size) { return head + repeat(piece, size / piece.size()) + tail; };
 }
 
-/// Units nearly as deep as a program may nest, one behind the other.
+/// Units nearly as deep as a program may nest, one after the other.
 MakeText nested(const std::u16string& head, std::u16string_view open, const std::u16string& middle,
                 std::u16string_view close) {
     constexpr std::size_t depth = 250;

@@ -48,7 +48,7 @@ public:
     }
 };
 
-/// The place of a virtual operation in the table, behind the two entries of the destructor.
+/// The place of a virtual operation in the table, after the two entries of the destructor.
 template <class Operation>
 std::size_t getSlot(Operation operation) {
     std::size_t offset = 0; // the ABI of the platform: one more than the offset in bytes

@@ -38,7 +38,7 @@ void PrintTo(const Rendered& rendered, std::ostream* stream) {
     *stream << std::string(rendered.text.begin(), rendered.text.end()) << "|" << rendered.column;
 }
 
-/// A gap of the given step behind `xy`, some levels deep, in a container of kind None.
+/// A gap of the given step after `xy`, some levels deep, in a container of kind None.
 struct Gap {
     Gap(const std::u16string& run, char step, std::size_t levels = 1) : builder(u"xy" + run) {
         auto children = builder.take("T");

@@ -20,11 +20,10 @@ struct Entry {
 constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entries = {{
     {ConfigMessage::PlaceholderError, "PlaceholderError", u"{0}"},
     {ConfigMessage::EmptyText, "EmptyText", u"expected an object, found nothing"},
-    {ConfigMessage::TextBehindEnd, "TextBehindEnd",
-     u"nothing but comments may stand behind the outermost value"},
+    {ConfigMessage::TextBehindEnd, "TextBehindEnd", u"nothing but comments may follow the outermost value"},
     {ConfigMessage::ExpectedValue, "ExpectedValue", u"expected a value"},
     {ConfigMessage::ExpectedFieldName, "ExpectedFieldName", u"expected the name of a field in double quotes"},
-    {ConfigMessage::ExpectedColon, "ExpectedColon", u"expected ':' behind the name of the field"},
+    {ConfigMessage::ExpectedColon, "ExpectedColon", u"expected ':' after the name of the field"},
     {ConfigMessage::ExpectedCommaOrBrace, "ExpectedCommaOrBrace", u"expected ',' or '}'"},
     {ConfigMessage::ExpectedCommaOrBracket, "ExpectedCommaOrBracket", u"expected ',' or ']'"},
     {ConfigMessage::ExpectedDigit, "ExpectedDigit", u"expected a digit"},

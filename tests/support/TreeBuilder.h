@@ -21,7 +21,7 @@
 ///
 ///     T  one token
 ///     U  N  L  a gap of blanks and comments: unnecessary, necessary, line separator (takes ; and , too)
-///     B  A  the gap in front of and behind an operator of the container's kind
+///     B  A  the gap before and after an operator of the container's kind
 ///
 /// A gap with a comment becomes a CommentNode. One builder makes one tree.
 class TreeBuilder {

@@ -105,7 +105,7 @@ private:
             previous = leaf;
             leaf = (*leaf)->getNext();
         }
-        require(!leaf, "4: the chain goes on behind the last leaf");
+        require(!leaf, "4: the chain goes on after the last leaf");
     }
 
     void checkTokens() {

@@ -38,7 +38,7 @@ class Matcher {
 public:
     Matcher(std::u16string_view text, std::size_t position) : text(text), position(position) {}
 
-    /// Stops behind the comment.
+    /// Stops after the comment.
     bool passComment(const Token& token) {
         const GapComment comment = makeComment(token, 0);
         if (isInsideBlock(token)) {

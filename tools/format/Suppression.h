@@ -13,7 +13,7 @@ namespace ombrel {
 /// with their line ends, or to the end of the text.
 struct SuppressedRegion {
     std::size_t begin;  ///< offset of the first line's first character, in 16-bit characters
-    std::size_t end;    ///< offset behind the last line
+    std::size_t end;    ///< offset after the last line
     std::uint32_t line; ///< of the `off` comment, from 1
 };
 
@@ -25,7 +25,7 @@ struct SuppressedRegion {
 ///              0  12];
 ///     % ombrel-format on
 ///
-/// An `off` in front of all code that no `on` follows turns formatting off for the whole file.
+/// An `off` before all code that no `on` follows turns formatting off for the whole file.
 struct Suppression {
     bool isWholeFile = false;
     std::vector<SuppressedRegion> regions; ///< in ascending order, never touching each other

@@ -61,13 +61,13 @@ public:
     const Token& operator[](std::size_t i) const { return *marks[i].token; }
     std::size_t getPosition(std::size_t i) const { return marks[i].position; }
 
-    /// The first mark at a node's first character or behind it.
+    /// The first mark at a node's first character or after it.
     std::size_t find(const SyntaxNode& node) const {
         return getNumber(std::partition_point(
             marks.begin(), marks.end(), [&](const Mark& mark) { return mark.position < node.position; }));
     }
 
-    /// The first mark at the place of an error or behind it.
+    /// The first mark at the place of an error or after it.
     std::size_t find(const ca::SyntaxError& error) const {
         const auto isBefore = [&](const Mark& mark) {
             return std::pair(mark.token->line, mark.token->column) < std::pair(error.line, error.column);
@@ -94,7 +94,7 @@ std::u16string_view getTrimmed(std::u16string_view text) {
     return text.substr(0, text.find_last_not_of(edges) + 1);
 }
 
-/// A comment may move behind code or to a line of its own; a block comment's lines stay what they are.
+/// A comment may move after code or to a line of its own; a block comment's lines stay what they are.
 TokenType getCommentType(const Token& token) {
     return token.type == TokenType::TrailingComment ? TokenType::LineComment : token.type;
 }

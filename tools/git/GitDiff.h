@@ -10,7 +10,7 @@
 namespace ombrel {
 
 /// Lines that took the place of others. Lines are counted from 1 and end at line feeds, also where a text has
-/// other line ends. Without lines on one side its `first` is the line in front of the place.
+/// other line ends. Without lines on one side its `first` is the line before the place.
 struct Hunk {
     std::uint32_t oldFirst;
     std::uint32_t oldCount;

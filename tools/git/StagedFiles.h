@@ -47,7 +47,7 @@ public:
         return staged.contains(path) ? read(path, limit) : workTree.readRegular(path, limit);
     }
 
-    /// Refuses a file that has been staged anew since the changes were asked for, and does nothing while
+    /// Refuses a file that has been staged again since the changes were asked for, and does nothing while
     /// another process holds the index.
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
 

@@ -178,7 +178,7 @@ SectionNames OptionsResolver::checkEditorConfig(const std::string& path) {
     return names;
 }
 
-/// Finds out what the library says about the first file of a folder, since it reads all files anew for each.
+/// Finds out what the library says about the first file of a folder, since it reads all files again for each.
 void OptionsResolver::prepareEditorConfig(const std::string& path) {
     const std::string folder = getFolder(path);
     const auto chain = findEditorConfig(folder, folder);

@@ -13,7 +13,7 @@ namespace ombrel {
 
 namespace {
 
-constexpr std::size_t shownBefore = 100; // 16-bit characters in front of the caret
+constexpr std::size_t shownBefore = 100; // 16-bit characters before the caret
 constexpr std::size_t shownBehind = 60;
 
 constexpr UChar32 zeroWidthNonJoiner = 0x200C;
@@ -74,7 +74,7 @@ std::string escapeQuoted(char c) {
     return c < ' ' || c == '\x7F' ? escapeInOctal({&c, 1}) : std::string(1, c);
 }
 
-/// The character at `index`, which moves behind it.
+/// The character at `index`, which moves past it.
 UChar32 takeCharacter(std::u16string_view text, std::size_t& index) {
     UChar32 c = 0;
     U16_NEXT(text.data(), index, text.size(), c);
@@ -99,7 +99,7 @@ struct Glyph {
     std::size_t width;
 };
 
-/// What is shown for the character at `index`, which moves behind it.
+/// What is shown for the character at `index`, which moves past it.
 Glyph showCharacter(std::u16string_view text, std::size_t& index) {
     const std::size_t start = index;
     const UChar32 c = takeCharacter(text, index);
@@ -111,7 +111,7 @@ Glyph showCharacter(std::u16string_view text, std::size_t& index) {
     return {encodeLossy(text.substr(start, index - start)), getWidth(c)};
 }
 
-/// The start of what is seen as one character at `index`: behind its first half and its combining marks.
+/// The start of what is seen as one character at `index`: after its first half and its combining marks.
 std::size_t findVisibleStart(std::u16string_view line, std::size_t index) {
     while (index > 0 && index < line.size()) {
         U16_SET_CP_START(line.data(), 0, index);

@@ -16,14 +16,15 @@ std::string getPrintable(std::u16string_view text);
 std::string getPrintableName(std::string_view bytes);
 
 /// A name on a line that programs read too, as git prints names: one with control characters, other
-/// characters that getPrintable() escapes, quotes or backslashes is put in quotes, with the escapes of C in it
+/// characters that getPrintable() escapes, quotes or backslashes is put in quotes, with the escapes of C in
+/// it
 /// (`"new\nline.omb"`); every other one is left as it is, whatever its bytes are.
 std::string getQuotedName(std::string_view bytes);
 
 /// The part of a source line that a message points at, ready to be printed:
 ///
 ///     text         s = '漢字' + ;
-///     padding                ^     stands in front of the caret
+///     padding                ^     is before the caret
 ///
 /// Tabs stay in the text and stand in the padding too, so that the caret is right whatever their width.
 /// Other characters count as wide as a terminal shows them, East Asian ones and emoji two columns,
@@ -34,7 +35,7 @@ struct Excerpt {
 };
 
 /// Cuts the surroundings of a place out of a source line. Columns count from 1 in 16-bit characters, and one
-/// may stand directly behind the line.
+/// may be directly after the line.
 Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column);
 
 } // namespace ombrel

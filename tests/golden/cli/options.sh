@@ -1,5 +1,5 @@
 # `explain PATH...` prints the value of line.indentSize and where it comes from, `explained OPTION PATH...` that
-# of any option, and `faults TEXT` what is wrong with an options file. `anew` empties the folder. Behind them are
+# of any option, and `faults TEXT` what is wrong with an options file. `reset` empties the folder. After them are
 # texts of options files.
 explained() { option=$1; shift; format --print-config "$@" | sed -n "s/^$option  *//p" | tr -s ' '; }
 explain() { explained line.indentSize "$@"; }
@@ -7,7 +7,7 @@ faults() {
     printf '%s' "$1" > .ombrel-format.json
     format x.omb < /dev/null 2>&1 | sed -n 's/^\.ombrel-format\.json:\(.*\) error:/\1/p'
 }
-anew() { rm -rf .[!.]* *; }
+reset() { rm -rf .[!.]* *; }
 size() { printf '{"line": {"indentSize": %s}}' $1; }
 options=.ombrel-format.json
 tabs='{"line": {"tabSize": 3}}'

@@ -28,7 +28,7 @@ struct ParsedSource {
     std::vector<ca::SyntaxError> errors;                ///< empty if the text parses
 };
 
-/// The tokens of a text that was analyzed: those that the analysis kept, or else the text's, tokenized anew.
+/// The tokens of a text that was analyzed: those that the analysis kept, or else the text's, tokenized again.
 /// A host may have no operation for that at all.
 template <class Analysis>
 std::shared_ptr<const Tokens> getTokens(const Analysis& analysis, const std::u16string& text) {
