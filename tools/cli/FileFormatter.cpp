@@ -2,8 +2,7 @@
 
 #include "diagnostics/SourceText.h"
 #include "files/InputReader.h"
-#include "format/Companion.h"
-#include "format/LineEngine.h"
+#include "format/Formatter.h"
 #include "format/Suppression.h"
 #include "format/SyntaxCheck.h"
 #include "git/ChangedFiles.h"
@@ -95,19 +94,7 @@ private:
     }
 
     Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {
-        const FileOptions options = job.options.resolve(outcome.path);
-        return options.engine == Engine::Tree ? layOutTree(text, options, suppression)
-                                              : formatLines(text, options.line, getLines(text), suppression);
-    }
-
-    Result<Edits> layOutTree(const std::u16string& text, const FileOptions& options,
-                             const Suppression& suppression) {
-        static const TreeFormatter treeFormatter = findTreeFormatter();
-        if (!treeFormatter) {
-            return fail(Code::MissingTreeEngine, missingTreeEngine);
-        }
-        auto formatted = formatTree(text, getTreeOptions(options.formattingJson), treeFormatter,
-                                    getLines(text), suppression);
+        auto formatted = formatText(text, job.options.resolve(outcome.path), getLines(text), suppression);
         if (!formatted) {
             return fail(std::move(formatted.error()));
         }

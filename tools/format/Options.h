@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include <ca/formatting/LegacyFormatter.h>
 
@@ -15,6 +16,13 @@ struct LineOptions {
     bool useTabs = false;         ///< indentation is tabs and then spaces, instead of spaces only
     ca::formatting::legacy::FunctionStyle functionStyle = ca::formatting::legacy::FunctionStyle::All;
     ca::formatting::legacy::BlankLineStyle blankLines = ca::formatting::legacy::BlankLineStyle::Trim;
+};
+
+/// All options for one file.
+struct FileOptions {
+    Engine engine = Engine::Line;
+    LineOptions line;
+    std::u16string formattingJson; ///< for the tree engine: {"formatting": {…}} with all layers in one
 };
 
 } // namespace ombrel

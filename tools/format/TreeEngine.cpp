@@ -190,11 +190,17 @@ Outcome formatTree(const std::u16string& text, const TreeOptions& options, const
 }
 
 TreeOptions getTreeOptions(const std::u16string& json) {
+    constexpr std::size_t mostKnown = 64;
     static std::mutex lock;
     static std::unordered_map<std::u16string, TreeOptions> known;
     const std::lock_guard guard(lock);
-    const auto found = known.find(json);
-    return found == known.end() ? known.emplace(json, makeOptions(json)).first->second : found->second;
+    if (const auto found = known.find(json); found != known.end()) {
+        return found->second;
+    }
+    if (known.size() == mostKnown) { // a process that runs for days sees many, few of them again
+        known.clear();
+    }
+    return known.emplace(json, makeOptions(json)).first->second;
 }
 
 } // namespace ombrel

@@ -6,17 +6,9 @@
 #include <ca/utils/JsonValue.h>
 
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace ombrel {
-
-/// All options for one file.
-struct FileOptions {
-    Engine engine = Engine::Line;
-    LineOptions line;
-    std::u16string formattingJson; ///< for the tree engine: {"formatting": {…}} with all layers in one
-};
 
 /// A value, or none, for each option of the table.
 class OptionValues {

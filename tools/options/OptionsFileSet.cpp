@@ -79,6 +79,14 @@ std::vector<OptionsFault> OptionsFileSet::getFaults() const {
     return faults;
 }
 
+std::vector<std::string> OptionsFileSet::getPaths() const {
+    std::vector<std::string> paths;
+    for (const auto& layer : layers) {
+        paths.push_back(layer->path);
+    }
+    return paths;
+}
+
 /// `tree` is where files may show their text; empty: everywhere.
 OptionsLayer& OptionsFileSet::add(const std::string& path, const std::string& tree) {
     OptionsLayer& layer = *layers.emplace_back(std::make_unique<OptionsLayer>());

@@ -41,6 +41,9 @@ public:
     /// One for each file that has problems, in the order in which they were loaded.
     std::vector<OptionsFault> getFaults() const;
 
+    /// All files, in the order in which they were loaded.
+    std::vector<std::string> getPaths() const;
+
 private:
     OptionsLayer& add(const std::string& path, const std::string& tree);
     OptionsLayer* addBase(OptionsLayer& layer, const Extension& extension, const std::string& tree,

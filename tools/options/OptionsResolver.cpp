@@ -235,24 +235,36 @@ void OptionsResolver::visitLayer(const OptionsLayer& layer, const std::string& a
 }
 
 void OptionsResolver::visitSettings(const std::string& absolutePath, const Visitor& visit) const {
-    const std::string folder = getFolder(absolutePath);
     if (!request.ignoresFiles) {
-        for (const Setting& setting : getEditorConfigSettings(absolutePath)) {
-            visit(setting, {});
-        }
-        const Layers& layers = layersByFolder.at(folder);
-        std::for_each(layers.rbegin(), layers.rend(),
-                      [&](const OptionsLayer* layer) { visitLayer(*layer, absolutePath, visit); });
+        visitFiles(absolutePath, visit);
     }
     for (const CommandLineSetting& command : request.settings) {
         visit(command.setting, {nullptr, false, &command});
     }
 }
 
+void OptionsResolver::visitFiles(const std::string& absolutePath, const Visitor& visit) const {
+    const std::vector<Setting> editorConfig = getEditorConfigSettings(absolutePath);
+    const Layers& layers = layersByFolder.at(getFolder(absolutePath));
+    if (editorConfig.empty() && layers.empty()) {
+        for (const Setting& setting : request.fallbacks) {
+            visit(setting, {.isFallback = true});
+        }
+    }
+    for (const Setting& setting : editorConfig) {
+        visit(setting, {});
+    }
+    std::for_each(layers.rbegin(), layers.rend(),
+                  [&](const OptionsLayer* layer) { visitLayer(*layer, absolutePath, visit); });
+}
+
 std::string OptionsResolver::describe(const std::string& absolutePath, const Setting& setting,
                                       const Origin& origin) const {
     if (origin.command != nullptr) {
         return origin.command->flag;
+    }
+    if (origin.isFallback) {
+        return "the editor";
     }
     if (origin.layer == nullptr) {
         return describeEditorConfig(absolutePath, *setting.option);

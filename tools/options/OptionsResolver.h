@@ -28,6 +28,7 @@ struct OptionsRequest {
     std::string file;                         ///< of --config; empty: the nearest to each source file
     bool ignoresFiles = false;                ///< --no-config: neither options files nor .editorconfig
     std::vector<CommandLineSetting> settings; ///< later ones win
+    std::vector<Setting> fallbacks = {};      ///< of an editor: for source files that no file has options for
 };
 
 /// An option, and who says so.
@@ -39,7 +40,7 @@ struct OptionInForce {
 
 /// Finds out which options apply to a file. Each layer wins over those before it:
 ///
-/// 1. the defaults,
+/// 1. the defaults, or the fallbacks if neither of the next two says anything about the file,
 /// 2. .editorconfig,
 /// 3. the options file, over what it extends: its own options, then each of its overrides that is for the
 ///    file,
@@ -66,6 +67,9 @@ public:
     /// The same, one by one, in the order of the table.
     std::vector<OptionInForce> explain(const std::string& path) const;
 
+    /// The options files that have been read, and those that they extend, by absolute paths.
+    std::vector<std::string> getOptionsFiles() const { return options.getPaths(); }
+
     /// A path as the user knows it best: relative if it is in the current folder or below.
     std::string getShownPath(const std::string& path) const;
 
@@ -74,6 +78,7 @@ private:
         const OptionsLayer* layer = nullptr;         ///< null: not from an options file
         bool isOverride = false;                     ///< of the layer
         const CommandLineSetting* command = nullptr; ///< null: not from the command line
+        bool isFallback = false;                     ///< of the request
     };
     using Visitor = std::function<void(const Setting&, const Origin&)>;
     using Layers = std::vector<const OptionsLayer*>;
@@ -94,6 +99,7 @@ private:
     void warnIfForeign(const std::string& path, const std::string& sourceFolder);
     std::vector<Setting> getEditorConfigSettings(const std::string& absolutePath) const;
     void visitSettings(const std::string& absolutePath, const Visitor& visit) const;
+    void visitFiles(const std::string& absolutePath, const Visitor& visit) const;
     static void visitLayer(const OptionsLayer& layer, const std::string& absolutePath, const Visitor& visit);
     std::string describe(const std::string& absolutePath, const Setting& setting, const Origin& origin) const;
     std::string describeEditorConfig(const std::string& absolutePath, const Option& option) const;

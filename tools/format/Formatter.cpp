@@ -1,0 +1,33 @@
+#include "format/Formatter.h"
+
+#include "format/Companion.h"
+#include "format/LineEngine.h"
+
+#include <utility>
+
+namespace ombrel {
+
+namespace {
+
+Result<TreeResult> formatWithTree(const std::u16string& text, const FileOptions& options,
+                                  const std::vector<LineRange>& ranges, const Suppression& suppression) {
+    static const TreeFormatter treeFormatter = findTreeFormatter();
+    if (!treeFormatter) {
+        return fail(Code::MissingTreeEngine, missingTreeEngine);
+    }
+    return formatTree(text, getTreeOptions(options.formattingJson), treeFormatter, ranges, suppression);
+}
+
+} // namespace
+
+Result<TreeResult> formatText(const std::u16string& text, const FileOptions& options,
+                              const std::vector<LineRange>& ranges, const Suppression& suppression) {
+    if (options.engine == Engine::Tree) {
+        return formatWithTree(text, options, ranges, suppression);
+    }
+    return formatLines(text, options.line, ranges, suppression).map([](Edits edits) {
+        return TreeResult{std::move(edits), {}};
+    });
+}
+
+} // namespace ombrel
