@@ -1,6 +1,7 @@
 #include "format/EditSelection.h"
 
 #include "format/GapText.h"
+#include "format/LineRanges.h"
 #include "text/LineSplitter.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
-
-#include <fmt/format.h>
 
 namespace ombrel {
 
@@ -224,24 +223,24 @@ EditSelection::EditSelection(std::u16string_view text, std::vector<LineRange> li
         ranges.push_back({0, text.size()});
         return;
     }
-    std::sort(lines.begin(), lines.end(),
-              [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
+    lines = mergeRanges(std::move(lines));
+    auto range = lines.begin();
     LineSplitter splitter(text);
     std::size_t offset = 0;
-    auto range = lines.begin();
-    std::uint32_t last = 0; ///< the last line of all ranges that have started
-    bool wasIn = false;
-    for (std::uint32_t number = 1; const auto line = splitter.getNext(); ++number) {
-        for (; range != lines.end() && range->first <= number; ++range) {
-            last = std::max(last, range->last);
+    for (std::uint32_t number = 1; range != lines.end(); ++number) {
+        const auto line = splitter.getNext();
+        if (!line) {
+            return;
         }
         const std::size_t end = offset + line->content.size();
-        if (number <= last && wasIn) {
-            ranges.back().end = end;
-        } else if (number <= last) {
+        if (number == range->first) {
             ranges.push_back({offset, end});
+        } else if (number > range->first) {
+            ranges.back().end = end;
         }
-        wasIn = number <= last;
+        if (number == range->last) {
+            ++range;
+        }
         offset = end + line->end.size();
     }
 }
@@ -256,25 +255,6 @@ bool EditSelection::accepts(std::size_t begin, std::size_t end) const {
     const auto region = std::partition_point(suppressed.begin(), suppressed.end(),
                                              [&](const Part& part) { return part.end <= begin; });
     return region == suppressed.end() || end < region->begin;
-}
-
-Result<void> checkRanges(std::u16string_view text, const std::vector<LineRange>& ranges) {
-    const auto last = std::max_element(ranges.begin(), ranges.end(),
-                                       [](const auto& a, const auto& b) { return a.first < b.first; });
-    if (last == ranges.end()) {
-        return {};
-    }
-    std::uint32_t count = 0;
-    bool isLastEmpty = false;
-    for (LineSplitter lines(text); const auto line = lines.getNext();) {
-        ++count;
-        isLastEmpty = line->content.empty() && line->end.empty();
-    }
-    if (last->first <= count) {
-        return {};
-    }
-    return fail(Code::RangeAfterEnd, fmt::format("--lines {}:{} starts after the last line ({})", last->first,
-                                                 last->last, count - (isLastEmpty ? 1 : 0)));
 }
 
 Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection) {

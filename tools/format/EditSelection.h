@@ -1,6 +1,5 @@
 #pragma once
 
-#include "diagnostics/Result.h"
 #include "format/GapChoices.h"
 #include "format/Suppression.h"
 #include "text/Edit.h"
@@ -31,9 +30,6 @@ private:
     std::vector<Part> ranges; ///< ascending, from the start of a line to the end of one, line end excluded
     std::vector<Part> suppressed;
 };
-
-/// Fails if one of the ranges starts after the last line of the text.
-Result<void> checkRanges(std::u16string_view text, const std::vector<LineRange>& ranges);
 
 /// The edits that turn the gaps of the source into the chosen texts, as far as the selection accepts them.
 ///

@@ -1,6 +1,7 @@
 #include "format/LineEngine.h"
 
 #include "format/IndentationGuard.h"
+#include "format/LineRanges.h"
 #include "text/Whitespace.h"
 
 #include <ca/formatting/LegacyFormatter.h>
@@ -27,33 +28,6 @@ using ca::lexer::TokenType;
 using Tokens = std::vector<Token>;
 
 constexpr std::uint32_t lastPossibleLine = std::numeric_limits<std::uint32_t>::max();
-
-/// Ranges in ascending order, none of which touches another.
-std::vector<LineRange> mergeRanges(std::vector<LineRange> ranges) {
-    std::sort(ranges.begin(), ranges.end(),
-              [](const LineRange& a, const LineRange& b) { return a.first < b.first; });
-    std::vector<LineRange> merged;
-    for (const LineRange& range : ranges) {
-        if (!merged.empty() && range.first <= merged.back().last) {
-            merged.back().last = std::max(merged.back().last, range.last);
-        } else {
-            merged.push_back(range);
-        }
-    }
-    return merged;
-}
-
-/// A text that ends in a line end has an empty line after it, which a range may start with, but which isn't
-/// counted for people.
-Result<void> checkRange(const Tokens& tokens, const LineRange& last) {
-    const std::uint32_t count = tokens.back().line;
-    if (last.first <= count) {
-        return {};
-    }
-    const bool isLastLineEmpty = tokens.back().column == 1;
-    return fail(Code::RangeAfterEnd, fmt::format("--lines {}:{} starts after the last line ({})", last.first,
-                                                 last.last, count - (isLastLineEmpty ? 1 : 0)));
-}
 
 Problem makeProblem(const RunawayIndentation& runaway) {
     constexpr const char* advice = "; look above for an `end`, a bracket or an `else` that has no partner";
@@ -211,16 +185,15 @@ Settings makeSettings(const LineOptions& options) {
 
 Result<Edits> formatLines(const std::u16string& text, const LineOptions& options,
                           std::vector<LineRange> ranges, const Suppression& suppression) {
+    if (auto checked = checkRanges(text, ranges); !checked) {
+        return fail(std::move(checked.error()));
+    }
     if (ranges.empty()) {
         ranges.push_back({1, lastPossibleLine});
     }
     ranges = mergeRanges(std::move(ranges));
-    Tokens tokens = ca::lexer::lex(text);
-    if (const auto checked = checkRange(tokens, ranges.back()); !checked) {
-        return fail(checked.error());
-    }
     LineRun run(text, makeSettings(options), ranges, suppression);
-    run.run(std::move(tokens));
+    run.run(ca::lexer::lex(text));
     return run.getResult();
 }
 

@@ -4,6 +4,7 @@
 #include "format/Escalation.h"
 #include "format/GapAlignment.h"
 #include "format/GapRules.h"
+#include "format/LineRanges.h"
 #include "format/SyntaxCheck.h"
 #include "format/SyntaxContext.h"
 #include "format/TreeSafetyCheck.h"
