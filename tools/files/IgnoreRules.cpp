@@ -1,5 +1,8 @@
 #include "files/IgnoreRules.h"
 
+#include "text/LineSplitter.h"
+#include "text/TextEncoding.h"
+
 #include <algorithm>
 
 #include <fnmatch.h>
@@ -170,12 +173,9 @@ std::string_view IgnoreRule::getFault() const {
 }
 
 IgnoreRules::IgnoreRules(std::string_view text) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     for (std::size_t number = 1; !text.empty(); ++number) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
+        std::string_view line = takeLine(text);
         line.remove_suffix(line.ends_with('\r') ? 1 : 0);
         if (!line.starts_with('#')) {
             add(trimEnd(line), number);

@@ -1,6 +1,7 @@
 #include "format/Escalation.h"
 
 #include "format/GapText.h"
+#include "text/Whitespace.h"
 
 #include <algorithm>
 #include <string_view>
@@ -67,7 +68,7 @@ void Escalation::simplify(std::size_t gap) {
         return;
     }
     const std::u16string_view source = input.gaps.getText(gap);
-    const bool isBlank = source.find_first_not_of(u" \t") == source.npos;
+    const bool isBlank = countLeadingWhitespace(source) == source.size();
     if (!isBlank) {
         choices.choose(gap, getConservativeText(input, gap));
     } else if (input.isTrimming) {

@@ -1,5 +1,7 @@
 #include "format/Gap.h"
 
+#include "text/Whitespace.h"
+
 #include <algorithm>
 
 namespace ombrel {
@@ -9,16 +11,8 @@ namespace {
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 
-bool isBlank(char16_t c) {
-    return c == u' ' || c == u'\t';
-}
-
-bool isLineEnd(char16_t c) {
-    return c == u'\n' || c == u'\r';
-}
-
 bool isLayout(char16_t c) {
-    return isBlank(c) || isLineEnd(c) || c == u',' || c == u';';
+    return isWhitespace(c) || isLineEnd(c) || c == u',' || c == u';';
 }
 
 bool isCode(const Token& token) {
@@ -27,7 +21,7 @@ bool isCode(const Token& token) {
 
 GapComment makeComment(const Token& token, std::size_t offset) {
     const std::u16string_view line = token.lexeme;
-    const std::size_t indentation = std::min(line.find_first_not_of(u" \t"), line.size());
+    const std::size_t indentation = countLeadingWhitespace(line);
     std::u16string_view text = line.substr(indentation);
     text = text.substr(0, text.find_first_of(u"\r\n"));
     return {offset + indentation, text, token.type};
@@ -43,7 +37,7 @@ public:
         const GapComment comment = makeComment(token, 0);
         if (isInsideBlock(token)) {
             passLineEnd();
-            passBlanks();
+            passWhitespace();
         } else {
             passLayout(Dots::AreContinuation);
         }
@@ -79,8 +73,8 @@ private:
         return isThere;
     }
 
-    void passBlanks() {
-        while (position < text.size() && isBlank(text[position])) {
+    void passWhitespace() {
+        while (position < text.size() && isWhitespace(text[position])) {
             ++position;
         }
     }
@@ -95,7 +89,7 @@ private:
                 ++position;
             } else if (text.substr(position, 3) == u"..." && isContinuation(dots)) {
                 position += 3;
-                passBlanks();
+                passWhitespace();
                 if (!isAtEndOfLine()) { // the rest of the line is a comment, and may start with a comma
                     return;
                 }
@@ -106,7 +100,7 @@ private:
     }
 
     bool isContinuation(Dots dots) const {
-        const std::size_t rest = text.find_first_not_of(u" \t", position + 3);
+        const std::size_t rest = text.find_first_not_of(whitespace, position + 3);
         return dots == Dots::AreContinuation || rest == text.npos || isLineEnd(text[rest]);
     }
 

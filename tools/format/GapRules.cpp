@@ -1,6 +1,7 @@
 #include "format/GapRules.h"
 
 #include "format/GapText.h"
+#include "text/Whitespace.h"
 
 #include <algorithm>
 #include <optional>
@@ -15,8 +16,6 @@ namespace {
 
 using ca::lexer::Token;
 using ca::lexer::TokenType;
-
-constexpr std::u16string_view blanks = u" \t";
 
 bool isName(const Token& token) {
     return token.type == TokenType::NameToken27 || token.type == TokenType::NameToken28;
@@ -127,7 +126,7 @@ std::ptrdiff_t countLineEnds(std::u16string_view layout) {
 
 /// Whether the layout of a gap ends at the start of a line.
 bool endsAtLineStart(std::u16string_view layout) {
-    const std::size_t last = layout.find_last_not_of(blanks);
+    const std::size_t last = layout.find_last_not_of(whitespace);
     return last != layout.npos && layout[last] == u'\n';
 }
 
@@ -269,8 +268,8 @@ private:
         }
         const std::u16string source = getSource(gap);
         const std::u16string_view text = choices.getText(gap);
-        const std::size_t last = text.find_last_not_of(blanks);
-        const std::size_t lastInSource = source.find_last_not_of(blanks);
+        const std::size_t last = text.find_last_not_of(whitespace);
+        const std::size_t lastInSource = source.find_last_not_of(whitespace);
         const bool isLineStart = last != text.npos && text[last] == u'\n' && lastInSource != source.npos &&
                                  source[lastInSource] == u'\n';
         if (isLineStart && text.size() - last > source.size() - lastInSource) {

@@ -50,20 +50,12 @@ void appendLeadingWhitespace(std::u16string& run, const Tokens& line) {
     }
 }
 
-/// A line without its line end.
-std::u16string_view getContent(std::u16string_view line) {
-    while (!line.empty() && (line.back() == u'\n' || line.back() == u'\r')) {
-        line.remove_suffix(1);
-    }
-    return line;
-}
-
 /// Whether whitespace is left before the line's end. Tokens without content don't count, such as line ends
 /// and the end of the text.
 bool endsInWhitespace(const Tokens& line) {
     const auto last = std::find_if(line.rbegin(), line.rend(),
-                                   [](const Token& token) { return !getContent(token.lexeme).empty(); });
-    return last != line.rend() && isWhitespace(getContent(last->lexeme).back());
+                                   [](const Token& token) { return !removeLineEnds(token.lexeme).empty(); });
+    return last != line.rend() && isWhitespace(removeLineEnds(last->lexeme).back());
 }
 
 /// One run over the lines of a text.
@@ -137,7 +129,7 @@ private:
 
     /// What has become of the whitespace at the edges of the line at `offset`.
     void addEdits(std::u16string_view source, const Tokens& line) {
-        const std::u16string_view content = getContent(source);
+        const std::u16string_view content = removeLineEnds(source);
         const std::size_t leading = countLeadingWhitespace(content);
         indentation.clear();
         appendLeadingWhitespace(indentation, line);

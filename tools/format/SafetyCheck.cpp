@@ -9,10 +9,6 @@ namespace ombrel {
 
 namespace {
 
-std::u16string_view getTrimmed(std::u16string_view line) {
-    return removeTrailingWhitespace(line.substr(countLeadingWhitespace(line)));
-}
-
 std::size_t getCommonLength(std::u16string_view a, std::u16string_view b) {
     const auto first = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
     return static_cast<std::size_t>(first - a.begin());
@@ -40,8 +36,8 @@ Result<void> checkOnlyEdgesChanged(std::u16string_view before, std::u16string_vi
         if (!a || !b) {
             return failAt(number - (a ? 0 : 1), 1);
         }
-        const std::u16string_view trimmedA = getTrimmed(a->content);
-        const std::u16string_view trimmedB = getTrimmed(b->content);
+        const std::u16string_view trimmedA = trim(a->content);
+        const std::u16string_view trimmedB = trim(b->content);
         if (trimmedA != trimmedB) {
             return failAt(number,
                           countLeadingWhitespace(a->content) + getCommonLength(trimmedA, trimmedB) + 1);

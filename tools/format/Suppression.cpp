@@ -1,5 +1,7 @@
 #include "format/Suppression.h"
 
+#include "text/Whitespace.h"
+
 #include <ca/lexer/lex.h>
 
 #include <algorithm>
@@ -15,28 +17,23 @@ namespace {
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 
-constexpr std::u16string_view blanks = u" \t";
 constexpr std::u16string_view name = u"ombrel-format";
 
 enum class Directive { None, Off, On };
 
-std::u16string_view withoutLeadingBlanks(std::u16string_view text) {
-    return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
-}
-
-/// What a comment line says: `%`, the name and one of two words, blanks aside.
+/// What a comment line says: `%`, the name and one of two words, whitespace aside.
 Directive readDirective(std::u16string_view comment) {
-    comment = withoutLeadingBlanks(comment);
-    comment = withoutLeadingBlanks(comment.substr(1));
+    comment = removeLeadingWhitespace(comment);
+    comment = removeLeadingWhitespace(comment.substr(1));
     if (!comment.starts_with(name)) {
         return Directive::None;
     }
     comment.remove_prefix(name.size());
-    const std::u16string_view word = withoutLeadingBlanks(comment);
+    const std::u16string_view word = removeLeadingWhitespace(comment);
     if (word.size() == comment.size()) {
         return Directive::None;
     }
-    const std::u16string_view trimmed = word.substr(0, word.find_last_not_of(blanks) + 1);
+    const std::u16string_view trimmed = removeTrailingWhitespace(word);
     return trimmed == u"off" ? Directive::Off : trimmed == u"on" ? Directive::On : Directive::None;
 }
 

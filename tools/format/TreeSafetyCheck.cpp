@@ -1,6 +1,7 @@
 #include "format/TreeSafetyCheck.h"
 
 #include "text/TextEncoding.h"
+#include "text/Whitespace.h"
 
 #include <lf/astapi/visitFields.h>
 
@@ -40,7 +41,7 @@ bool isMark(const Token& token) {
 
 /// The characters of whitespace that a comment's token starts with.
 std::size_t getIndentation(const Token& token) {
-    return token.isComment() ? std::min(token.lexeme.find_first_not_of(u" \t"), token.lexeme.size()) : 0;
+    return token.isComment() ? countLeadingWhitespace(token.lexeme) : 0;
 }
 
 /// The tokens that formatting has to leave alone, comments among them, so that a comment can't change places
@@ -88,10 +89,9 @@ private:
     std::vector<Mark> marks; ///< ends in the end of the text
 };
 
-std::u16string_view getTrimmed(std::u16string_view text) {
-    constexpr std::u16string_view edges = u" \t\r\n";
-    text.remove_prefix(std::min(text.find_first_not_of(edges), text.size()));
-    return text.substr(0, text.find_last_not_of(edges) + 1);
+/// A comment without its indentation, and a line of a block without its line end.
+std::u16string_view getCommentText(const Token& token) {
+    return trim(removeLineEnds(token.lexeme));
 }
 
 /// A comment may move after code or to a line of its own; a block comment's lines stay what they are.
@@ -101,7 +101,7 @@ TokenType getCommentType(const Token& token) {
 
 bool isSame(const Token& a, const Token& b) {
     if (a.isComment() && b.isComment()) {
-        return getCommentType(a) == getCommentType(b) && getTrimmed(a.lexeme) == getTrimmed(b.lexeme);
+        return getCommentType(a) == getCommentType(b) && getCommentText(a) == getCommentText(b);
     }
     return a.isComment() == b.isComment() && a.lexeme == b.lexeme;
 }
@@ -112,7 +112,7 @@ std::string quote(const Token& token) {
         return "the end of the text";
     }
     Token shown = token;
-    shown.lexeme = getTrimmed(token.lexeme);
+    shown.lexeme = getCommentText(token);
     const std::u16string text = shown.escapeLexeme();
     return fmt::format("'{}{}'", encodeLossy(text.substr(0, longest)), text.size() > longest ? "..." : "");
 }

@@ -1,6 +1,7 @@
 #include "git/GitDiff.h"
 
 #include "git/Git.h"
+#include "text/LineSplitter.h"
 
 #include <cctype>
 #include <charconv>
@@ -24,12 +25,7 @@ public:
     bool isAtEnd() const { return rest.empty(); }
     bool isAt(char c) const { return rest.starts_with(c); }
 
-    std::string_view getNext() {
-        const std::size_t length = std::min(rest.find('\n'), rest.size());
-        const std::string_view line = rest.substr(0, length);
-        rest.remove_prefix(std::min(length + 1, rest.size()));
-        return line;
-    }
+    std::string_view getNext() { return takeLine(rest); }
 
 private:
     std::string_view rest;

@@ -1,6 +1,6 @@
 #include "git/LineTransfer.h"
 
-#include "text/ListSplitter.h"
+#include "text/LineSplitter.h"
 
 #include <algorithm>
 

@@ -2,6 +2,7 @@
 
 #include "git/GitDiff.h"
 #include "git/LineTransfer.h"
+#include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string getFirstLine(std::string_view text) {
-    return std::string(text.substr(0, text.find('\n')));
+    return std::string(takeLine(text));
 }
 
 /// `git commit FILE` has a hook work on an index made for this commit, and holds the one of the repository,

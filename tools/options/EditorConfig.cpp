@@ -1,5 +1,7 @@
 #include "options/EditorConfig.h"
 
+#include "text/LineSplitter.h"
+
 #include <algorithm>
 #include <cctype>
 #include <map>
@@ -134,13 +136,6 @@ double estimateSteps(std::string_view name) {
         steps *= name[i] == '{' ? 2 : 1;
     }
     return steps;
-}
-
-std::string_view takeLine(std::string_view& text) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return line;
 }
 
 } // namespace

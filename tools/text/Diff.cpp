@@ -1,6 +1,6 @@
 #include "text/Diff.h"
 
-#include "text/ListSplitter.h"
+#include "text/LineSplitter.h"
 #include "text/Printable.h"
 
 #include <ostream>

@@ -14,14 +14,4 @@ std::vector<std::string> splitList(std::string_view list, char end) {
     return items;
 }
 
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t length = std::min(text.find('\n'), text.size() - 1) + 1;
-        lines.push_back(text.substr(0, length));
-        text.remove_prefix(length);
-    }
-    return lines;
-}
-
 } // namespace ombrel
