@@ -14,7 +14,6 @@ namespace ombrel {
 
 namespace {
 
-constexpr const char* ignoreFileName = ".ombrel-format-ignore";
 constexpr std::uint64_t maximalSize = 1 << 20; // bytes of one ignore file
 
 } // namespace

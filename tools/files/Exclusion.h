@@ -7,9 +7,13 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ombrel {
+
+/// What ignore files are called.
+inline constexpr std::string_view ignoreFileName = ".ombrel-format-ignore";
 
 /// Decides what a search leaves out. The first of these that says anything about a path decides: the patterns
 /// of the command line, the ignore files of the folders above it from the innermost to the outermost, the

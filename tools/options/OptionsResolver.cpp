@@ -17,7 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view editorConfigName = ".editorconfig";
 constexpr std::string_view sourceExtension = ".omb";
 
 std::string join(const std::string& folder, std::string_view name) {

@@ -17,6 +17,8 @@ namespace ombrel {
 /// What options files are called.
 inline constexpr std::string_view optionsFileName = ".ombrel-format.json";
 
+inline constexpr std::string_view editorConfigName = ".editorconfig";
+
 /// One option as the command line has it.
 struct CommandLineSetting {
     Setting setting;

@@ -1,0 +1,55 @@
+#include "lsp/Capabilities.h"
+
+#include "files/Exclusion.h"
+#include "options/OptionsResolver.h"
+
+#include <string>
+
+namespace ombrel::lsp {
+
+namespace {
+
+Json describeSynchronization() {
+    constexpr int incremental = 2;
+    return {{"openClose", true},
+            {"change", incremental},
+            {"willSaveWaitUntil", true},
+            {"save", {{"includeText", false}}}};
+}
+
+} // namespace
+
+Json describeServer(const Client& client) {
+    const Json capabilities = {
+        {"positionEncoding", getName(client.encoding)},
+        {"textDocumentSync", describeSynchronization()},
+        {"documentFormattingProvider", true},
+        {"documentRangeFormattingProvider", {{"rangesSupport", true}}},
+        {"diagnosticProvider",
+         {{"identifier", "ombrel"}, {"interFileDependencies", false}, {"workspaceDiagnostics", false}}},
+    };
+    return {{"capabilities", capabilities},
+            {"serverInfo", {{"name", "ombrel-lsp"}, {"version", OMBREL_VERSION}}}};
+}
+
+Json describeWatchers() {
+    Json watchers = Json::array();
+    for (const std::string_view name : {optionsFileName, editorConfigName, ignoreFileName}) {
+        watchers.push_back({{"globPattern", "**/" + std::string(name)}});
+    }
+    const Json registration = {{"id", "options"},
+                               {"method", "workspace/didChangeWatchedFiles"},
+                               {"registerOptions", {{"watchers", watchers}}}};
+    return {{"registrations", Json::array({registration})}};
+}
+
+std::string findFolder(const Json& params) {
+    const Json folders = params.value("workspaceFolders", Json());
+    if (folders.is_array() && !folders.empty()) {
+        return folders[0].at("uri");
+    }
+    const Json root = params.value("rootUri", Json());
+    return root.is_string() ? root.get<std::string>() : std::string();
+}
+
+} // namespace ombrel::lsp

@@ -1,0 +1,155 @@
+#include "lsp/Diagnostics.h"
+
+#include "diagnostics/Code.h"
+#include "format/Suppression.h"
+#include "lsp/OptionsText.h"
+#include "lsp/SyntaxFault.h"
+#include "lsp/Uri.h"
+#include "text/TextEncoding.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace ombrel::lsp {
+
+namespace {
+
+constexpr const char* source = "ombrel";
+constexpr int unnecessary = 1; // DiagnosticTag
+
+int getSeverityNumber(Severity severity) {
+    switch (severity) {
+    case Severity::Error:
+        return 1;
+    case Severity::Warning:
+        return 2;
+    case Severity::Note:
+        break;
+    }
+    return 3;
+}
+
+Json makeDiagnostic(Json range, Code code, Severity severity, const std::string& text) {
+    return {{"range", std::move(range)},
+            {"severity", getSeverityNumber(severity)},
+            {"code", getInfo(code).name},
+            {"source", source},
+            {"message", text}};
+}
+
+class DiagnosticList {
+public:
+    explicit DiagnosticList(const Question& question)
+        : question(question), document(question.getDocument()), finder(document.makeFinder()) {}
+
+    Json takeSource() {
+        const AnalysisPointer analysis = question.analyze();
+        addOptionsFaults();
+        if (const auto problem = analysis->program.findEncodingProblem()) {
+            addLine(*problem);
+        }
+        for (const ca::SyntaxError& error : analysis->parsed.errors) {
+            addSyntaxError(*analysis, error);
+        }
+        for (const Problem& warning : findSuppression(analysis->program.get()).warnings) {
+            addLine(warning);
+            if (warning.code == Code::UselessSuppression || warning.code == Code::RepeatedSuppression) {
+                list.back()["tags"] = Json::array({unnecessary});
+            }
+        }
+        return std::move(list);
+    }
+
+    Json takeOptionsFile() {
+        for (const Problem& problem : question.workspace.checkOptionsFile(document)) {
+            const TextSpan span = findFaultyText(document.text, findPlace(problem.line, problem.column));
+            add(span.begin, span.end, problem);
+        }
+        return std::move(list);
+    }
+
+private:
+    /// The offset of a line and column from 1, or the nearest that there is.
+    std::size_t findPlace(std::uint32_t line, std::uint32_t column) const {
+        const std::size_t index =
+            std::min<std::size_t>(std::max(line, 1U), document.lines.getLineCount()) - 1;
+        return std::min(document.lines.getStart(index) + std::max(column, 1U) - 1,
+                        document.lines.getEnd(document.text, index));
+    }
+
+    void add(std::size_t begin, std::size_t end, const Problem& problem) {
+        list.push_back(
+            makeDiagnostic(finder.writeRange(begin, end), problem.code, problem.severity, problem.text));
+    }
+
+    /// A problem of which only the start is known: it is shown to the end of its line.
+    void addLine(const Problem& problem) {
+        const std::size_t begin = findPlace(problem.line, problem.column);
+        add(begin, std::max(begin, document.lines.getEnd(document.text, document.lines.findLine(begin))),
+            problem);
+    }
+
+    void addSyntaxError(const Analysis& analysis, const ca::SyntaxError& error) {
+        const TextSpan span = findSpan(analysis, error);
+        add(span.begin, span.end, {getSyntaxCode(error.identifier), encodeLossy(error.message)});
+        const auto partner = findPartner(analysis, error);
+        if (partner && question.client.showsRelatedInformation) {
+            addRelated(document.uri, document.makeFinder().writeRange(partner->begin, partner->end),
+                       "opened here");
+        }
+    }
+
+    void addOptionsFaults() {
+        for (const OptionsFault& fault : question.workspace.resolve(document, {}).faults) {
+            const Problem& first = fault.problems.front();
+            add(0, document.lines.getEnd(document.text, 0),
+                {first.code, fmt::format("not formatted until this options file is right: {}:{}: {}",
+                                         fault.path, std::max(first.line, 1U), first.text)});
+            if (question.client.showsRelatedInformation) {
+                const Json place =
+                    writePosition({std::max(first.line, 1U) - 1, std::max(first.column, 1U) - 1});
+                addRelated(makeUri(fault.path), {{"start", place}, {"end", place}}, first.text);
+            }
+        }
+    }
+
+    void addRelated(const std::string& uri, Json range, const std::string& text) {
+        list.back()["relatedInformation"] =
+            Json::array({{{"location", {{"uri", uri}, {"range", std::move(range)}}}, {"message", text}}});
+    }
+
+    const Question& question;
+    const Document& document;
+    PositionFinder finder;
+    Json list = Json::array();
+};
+
+} // namespace
+
+Json makeDiagnostics(const Question& question) {
+    switch (question.getDocument().kind) {
+    case DocumentKind::Source:
+        return DiagnosticList(question).takeSource();
+    case DocumentKind::OptionsFile:
+        return DiagnosticList(question).takeOptionsFile();
+    case DocumentKind::Other:
+        break;
+    }
+    return Json::array();
+}
+
+Json reportDiagnostics(const Question& question) {
+    Json items = makeDiagnostics(question);
+    const std::string id = std::to_string(std::hash<Json>()(items));
+    if (question.params.value("previousResultId", "") == id) {
+        return {{"kind", "unchanged"}, {"resultId", id}};
+    }
+    return {{"kind", "full"}, {"resultId", id}, {"items", std::move(items)}};
+}
+
+} // namespace ombrel::lsp

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "lsp/Feature.h"
+
+namespace ombrel::lsp {
+
+/// The diagnostics of a document, in the order of the text:
+///
+/// - of a source: syntax errors, suppression comments without effect, and that options files that apply to it
+///   are wrong, placed at the start, with the first fault as related information;
+/// - of an options file: everything that is wrong with it, as it is in the editor.
+Json makeDiagnostics(const Question& question);
+
+/// textDocument/diagnostic: a full report, or that nothing has changed since the client's last one.
+Json reportDiagnostics(const Question& question);
+
+} // namespace ombrel::lsp

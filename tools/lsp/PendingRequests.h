@@ -1,0 +1,37 @@
+#pragma once
+
+#include "lsp/Json.h"
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace ombrel::lsp {
+
+/// The requests that have no answer yet. Each gets exactly one: from whoever finishes it first, its handler
+/// or a cancellation. May be used by several threads at once.
+class PendingRequests {
+public:
+    /// Tells a request from later ones with the same id.
+    using Ticket = std::uint64_t;
+
+    /// Nothing if a request with this id is still pending.
+    std::optional<Ticket> start(const Json& id);
+
+    bool isPending(const Json& id, Ticket ticket) const;
+
+    /// True for the first caller, who then has to answer.
+    bool finish(const Json& id, Ticket ticket);
+
+    /// The same for whatever request has this id.
+    bool cancel(const Json& id);
+
+private:
+    mutable std::mutex mutex;
+    Ticket lastTicket = 0;
+    std::unordered_map<std::string, Ticket> tickets; ///< by id, as JSON
+};
+
+} // namespace ombrel::lsp

@@ -1,0 +1,32 @@
+#include "lsp/ProgramText.h"
+
+#include "diagnostics/SourceText.h"
+#include "text/TextEncoding.h"
+
+#include <utility>
+
+namespace ombrel::lsp {
+
+ProgramText::ProgramText(DocumentPointer document)
+    : document(std::move(document)), markLength(this->document->text.starts_with(u'\uFEFF') ? 1 : 0) {
+    if (markLength > 0) {
+        text = this->document->text.substr(markLength);
+    }
+}
+
+Edits ProgramText::toDocument(Edits edits) const {
+    for (Edit& edit : edits) {
+        edit.offset += markLength;
+    }
+    return edits;
+}
+
+std::optional<Problem> ProgramText::findEncodingProblem() const {
+    if (get().find(u'\0') == std::u16string::npos) {
+        return std::nullopt;
+    }
+    const auto decoded = decodeSource(encodeLossy(get()));
+    return decoded ? std::nullopt : std::optional(decoded.error().front());
+}
+
+} // namespace ombrel::lsp

@@ -1,0 +1,347 @@
+#include "lsp/Server.h"
+
+#include "lsp/Capabilities.h"
+#include "lsp/Diagnostics.h"
+#include "lsp/Formatting.h"
+#include "lsp/Uri.h"
+
+#include <exception>
+#include <new>
+#include <utility>
+
+#include <fmt/format.h>
+
+namespace ombrel::lsp {
+
+namespace {
+
+constexpr std::size_t largestQuickText = 1 << 19; // 16-bit characters
+
+/// Ids are numbers or strings.
+bool isId(const Json& id) {
+    return id.is_number_integer() || id.is_string();
+}
+
+const Json& getParams(const Json& message) {
+    static const Json none = Json::object();
+    const auto params = message.find("params");
+    return params == message.end() || params->is_null() ? none : *params;
+}
+
+std::string getUri(const Json& params) {
+    return params.at("textDocument").at("uri");
+}
+
+} // namespace
+
+Server::Server(Connection::Send send, FileSystem& files, std::unique_ptr<Worker> worker, Hooks hooks)
+    : connection(std::move(send)), hooks(std::move(hooks)), workspace(files), worker(std::move(worker)) {
+    addLifeCycle();
+    addSynchronization();
+    addFeatures();
+}
+
+Server::~Server() = default;
+
+void Server::step(std::string body) {
+    const auto message = parseMessage(std::move(body));
+    if (!message) {
+        documents.loseAll(); // it may have been a change
+        reportFault(ErrorCode::ParseError, message.error());
+    } else if (message->is_array()) {
+        reportFault(ErrorCode::InvalidRequest, "batches are not supported");
+    } else {
+        handleMessage(*message);
+    }
+}
+
+void Server::reportFault(ErrorCode code, const std::string& text) {
+    connection.refuse(Json(), code, text);
+}
+
+void Server::handleMessage(const Json& message) {
+    if (!message.is_object() || message.value("jsonrpc", Json()) != "2.0") {
+        reportFault(ErrorCode::InvalidRequest, "not a message of JSON-RPC 2.0");
+        return;
+    }
+    const auto id = message.find("id");
+    const auto method = message.find("method");
+    if (method == message.end() && id != message.end()) {
+        connection.handleResponse(message);
+    } else if (method == message.end() || !method->is_string() || (id != message.end() && !isId(*id))) {
+        reportFault(ErrorCode::InvalidRequest, "neither a request nor a notification");
+    } else if (id == message.end()) {
+        handleNotification(*method, getParams(message));
+    } else {
+        handleRequest(*id, *method, getParams(message));
+    }
+}
+
+void Server::handleRequest(const Json& id, const std::string& method, const Json& params) {
+    try {
+        const auto* handler = dispatcher.findRequest(method);
+        if (state == State::Created && method != "initialize") {
+            throw RequestError(ErrorCode::ServerNotInitialized, "the first request has to be initialize");
+        }
+        if (state == State::ShutDown) {
+            throw RequestError(ErrorCode::InvalidRequest, "the server is shut down");
+        }
+        if (handler == nullptr) {
+            throw RequestError(ErrorCode::MethodNotFound, fmt::format("there is no method {}", method));
+        }
+        (*handler)(id, params);
+    } catch (const RequestError& error) {
+        connection.refuse(id, error.code, error.what());
+    } catch (const Json::exception& error) {
+        connection.refuse(id, ErrorCode::InvalidParams, error.what());
+    }
+}
+
+/// Nobody can be told about a notification's faults.
+void Server::handleNotification(const std::string& method, const Json& params) {
+    const auto* handler = dispatcher.findNotification(method);
+    if (handler == nullptr || (state != State::Initialized && method != "exit")) {
+        return;
+    }
+    try {
+        (*handler)(params);
+    } catch (const Json::exception&) {
+        if (method.starts_with("textDocument/did")) {
+            documents.loseAll();
+        }
+    }
+}
+
+void Server::addLifeCycle() {
+    dispatcher.onRequest("initialize", [this](const Json& id, const Json& params) {
+        if (state != State::Created) {
+            throw RequestError(ErrorCode::InvalidRequest, "the server is initialized already");
+        }
+        connection.respond(id, initialize(params));
+    });
+    dispatcher.onRequest("shutdown", [this](const Json& id, const Json&) {
+        state = State::ShutDown;
+        connection.respond(id, Json());
+    });
+    dispatcher.onNotification("exit", [this](const Json&) { exitStatus = state == State::ShutDown ? 0 : 1; });
+    dispatcher.onNotification("initialized", [this](const Json&) { startWork(); });
+    dispatcher.onNotification("$/cancelRequest", [this](const Json& params) {
+        const Json& id = params.at("id");
+        if (pending.cancel(id)) {
+            connection.refuse(id, ErrorCode::RequestCancelled, "cancelled");
+        }
+    });
+    dispatcher.onNotification("workspace/didChangeConfiguration", [this](const Json& params) {
+        const Json settings = params.value("settings", Json());
+        if (settings.is_object() && settings.contains("ombrel")) {
+            applySettings(settings["ombrel"]);
+        } else {
+            requestConfiguration();
+        }
+    });
+    dispatcher.onNotification("workspace/didChangeWatchedFiles",
+                              [this](const Json&) { refreshDiagnostics(); });
+}
+
+Json Server::initialize(const Json& params) {
+    client = readClient(params.value("capabilities", Json()));
+    documents.setEncoding(client.encoding);
+    if (const auto folder = getPath(findFolder(params))) {
+        workspace.setFolder(*folder);
+    }
+    workspace.setSettings(readSettings(params.value("initializationOptions", Json())));
+    if (const Json processId = params.value("processId", Json());
+        processId.is_number_integer() && hooks.watchParent) {
+        hooks.watchParent(processId);
+    }
+    state = State::Initialized;
+    return describeServer(client);
+}
+
+void Server::startWork() {
+    showProblems(*workspace.getSettings());
+    if (client.registersWatchers) {
+        connection.request("client/registerCapability", describeWatchers());
+    }
+    requestConfiguration();
+}
+
+void Server::requestConfiguration() {
+    if (!client.hasConfiguration) {
+        return;
+    }
+    const Json items = Json::array({{{"section", "ombrel"}}});
+    connection.request("workspace/configuration", {{"items", items}}, [this](const Json& result) {
+        if (result.is_array() && !result.empty() && !result[0].is_null()) {
+            applySettings(result[0]);
+        }
+    });
+}
+
+void Server::applySettings(const Json& json) {
+    workspace.setSettings(readSettings(json));
+    showProblems(*workspace.getSettings());
+    refreshDiagnostics();
+}
+
+void Server::showProblems(const Settings& settings) {
+    constexpr int warning = 2; // MessageType
+    for (const Problem& problem : settings.problems) {
+        connection.notify("window/showMessage", {{"type", warning}, {"message", problem.text}});
+    }
+}
+
+void Server::addSynchronization() {
+    dispatcher.onNotification("textDocument/didOpen", [this](const Json& params) {
+        publishLater(*documents.open(params.at("textDocument")));
+    });
+    dispatcher.onNotification("textDocument/didChange", [this](const Json& params) {
+        if (const DocumentPointer document = documents.change(params)) {
+            publishLater(*document);
+        }
+    });
+    dispatcher.onNotification("textDocument/didSave", [this](const Json& params) {
+        const DocumentPointer document = documents.find(getUri(params));
+        if (document && document->kind == DocumentKind::OptionsFile) {
+            refreshDiagnostics(); // of the sources that it is for, also if the client watches no files
+        }
+    });
+    dispatcher.onNotification("textDocument/didClose",
+                              [this](const Json& params) { closeDocument(getUri(params)); });
+}
+
+void Server::addFeatures() {
+    addFeature("textDocument/formatting", formatDocument);
+    addFeature("textDocument/rangeFormatting", formatRange);
+    addFeature("textDocument/rangesFormatting", formatRanges);
+    addFeature("textDocument/willSaveWaitUntil", formatBeforeSaving);
+    addFeature("textDocument/diagnostic", reportDiagnostics);
+}
+
+void Server::addFeature(const std::string& method, Feature feature) {
+    dispatcher.onRequest(method, [this, feature](const Json& id, const Json& params) {
+        const DocumentPointer document = documents.find(getUri(params));
+        if (!document) {
+            throw RequestError(ErrorCode::InvalidParams,
+                               "this document isn't open, or its text has to be sent again as a whole");
+        }
+        const auto ticket = pending.start(id);
+        if (!ticket) {
+            throw RequestError(ErrorCode::InvalidRequest, "a request with this id has no answer yet");
+        }
+        worker->post(chooseLane(*document), Urgency::Request,
+                     [this, id, feature, params, document, ticket = *ticket] {
+                         answer(id, feature, params, document, ticket);
+                     });
+    });
+}
+
+Lane Server::chooseLane(const Document& document) {
+    return document.text.size() <= largestQuickText ? Lane::Quick : Lane::Large;
+}
+
+void Server::answer(const Json& id, Feature feature, const Json& params, const DocumentPointer& document,
+                    PendingRequests::Ticket ticket) {
+    const auto refuse = [&](ErrorCode code, const std::string& text) {
+        if (pending.finish(id, ticket)) {
+            connection.refuse(id, code, text);
+        }
+    };
+    if (!pending.isPending(id, ticket)) {
+        return;
+    }
+    try {
+        Json result = documents.isCurrent(*document)
+                          ? feature({document, params, client, workspace, analyses})
+                          : Json();
+        if (!documents.isCurrent(*document)) {
+            refuse(ErrorCode::ContentModified, "the document has changed");
+        } else if (pending.finish(id, ticket)) {
+            connection.respond(id, std::move(result));
+        }
+    } catch (const RequestError& error) {
+        refuse(error.code, error.what());
+    } catch (const Json::exception& error) {
+        refuse(ErrorCode::InvalidParams, error.what());
+    } catch (const std::bad_alloc&) {
+        refuse(ErrorCode::InternalError, "not enough memory for this text");
+    } catch (const std::exception& error) {
+        refuse(ErrorCode::InternalError, error.what());
+    }
+}
+
+/// However many changes come before the job runs, it runs once, on the newest text.
+void Server::publishLater(const Document& document) {
+    if (client.pullsDiagnostics) {
+        return;
+    }
+    const std::string& uri = document.uri;
+    {
+        const std::lock_guard guard(mutex);
+        if (!unpublished.insert(uri).second) {
+            return;
+        }
+    }
+    worker->post(chooseLane(document), Urgency::Background, [this, uri] { publish(uri); });
+}
+
+void Server::publish(const std::string& uri) {
+    {
+        const std::lock_guard guard(mutex);
+        unpublished.erase(uri);
+    }
+    const DocumentPointer document = documents.find(uri);
+    if (!document) {
+        return;
+    }
+    try {
+        static const Json none = Json::object();
+        Json list = makeDiagnostics({document, none, client, workspace, analyses});
+        const std::lock_guard guard(publishing);
+        if (documents.isCurrent(*document)) {
+            sendDiagnostics(uri, document->version, std::move(list));
+        }
+    } catch (const std::exception& error) { // there is nobody to answer
+        connection.notify("window/logMessage",
+                          {{"type", 1}, {"message", fmt::format("no diagnostics: {}", error.what())}});
+    }
+}
+
+void Server::sendDiagnostics(const std::string& uri, const Json& version, Json list) {
+    Json params = {{"uri", uri}, {"diagnostics", std::move(list)}};
+    if (!version.is_null()) {
+        params["version"] = version;
+    }
+    connection.notify("textDocument/publishDiagnostics", std::move(params));
+}
+
+void Server::refreshDiagnostics() {
+    if (client.pullsDiagnostics) {
+        if (client.refreshesDiagnostics) {
+            connection.request("workspace/diagnostic/refresh", Json());
+        }
+        return;
+    }
+    for (const DocumentPointer& document : documents.list()) {
+        publishLater(*document);
+    }
+}
+
+void Server::closeDocument(const std::string& uri) {
+    const std::lock_guard guard(publishing); // or diagnostics that are ready could still come after this
+    const DocumentPointer document = documents.close(uri);
+    if (!document) {
+        return;
+    }
+    analyses.forget(*document);
+    if (!client.pullsDiagnostics) {
+        sendDiagnostics(uri, Json(), Json::array());
+    }
+    closedCharacters += document->text.size();
+    if (hooks.releaseMemory && (documents.list().empty() || closedCharacters > largestQuickText)) {
+        closedCharacters = 0;
+        worker->post(Lane::Quick, Urgency::Background, hooks.releaseMemory);
+    }
+}
+
+} // namespace ombrel::lsp
