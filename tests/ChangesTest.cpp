@@ -1,5 +1,6 @@
 #include "support/TemporaryFolder.h"
 
+#include "format/EditAdoption.h"
 #include "git/GitDiff.h"
 #include "git/Process.h"
 #include "git/StagedFiles.h"
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <system_error>
 
 using namespace ombrel;
@@ -24,11 +24,10 @@ protected:
                                     "printf 'b;c;d' > b.omb; git rev-parse :a.omb | tr -d '\\n' > id");
     const Git git; // of the current folder
     DiskFileSystem disk;
-    const StagedFiles::LineComparison areSame = std::equal_to<>();
 };
 
 TEST_F(Staged, WhatWasStagedMeanwhileStays) {
-    StagedFiles staged(git, {{"a.omb", "a.omb", folder.read("id"), {}}}, disk, areSame);
+    StagedFiles staged(git, {{"a.omb", "a.omb", folder.read("id"), {}}}, disk, adoptEdits);
     folder.shell("printf new > a.omb; git add .");
     EXPECT_EQ(staged.read("a.omb", 1000), "b;c");
     EXPECT_THROW(staged.read("a.omb", 2), FileError);
@@ -36,15 +35,38 @@ TEST_F(Staged, WhatWasStagedMeanwhileStays) {
     EXPECT_EQ(readIndex("a.omb") + folder.read("a.omb"), "newnew");
 }
 
-TEST_F(Staged, TheTreeEngineTouchesOnlyWorkTreesThatAreTheSame) {
-    const std::string id = folder.read("id");
-    StagedFiles staged(git, {{"a.omb", "a.omb", id, {}}, {"b.omb", "b.omb", id, {}}}, disk, areSame);
-    staged.replace("a.omb", "b;c", "b;\nc");
-    staged.replace("b.omb", "b;c", "b;\nc");
-    EXPECT_EQ(readIndex("a.omb") + readIndex("b.omb"), "b;\ncb;\nc");
-    EXPECT_EQ(folder.read("a.omb") + folder.read("b.omb"), "b;\ncb;c;d");
-    ASSERT_EQ(staged.getNotes().size(), 1U);
-    EXPECT_EQ(staged.getNotes()[0].path, "b.omb");
+/// The edits of the tree engine go to the lines that are the same in the work tree, if its program stays.
+TEST_F(Staged, EditsGoToTheSameLinesOfTheWorkTree) {
+    struct Row {
+        std::string workTree;
+        std::string wanted;
+        bool isNoted;
+    };
+    const std::string staged = "if a, b, end\n% k\nx=1\n";
+    const std::string after = "if a\n    b\nend\n% k\nx = 1\n";
+    const Row rows[] = {
+        {staged, after, false},
+        {"y=2\r\nif a, b, end\r\n% k\r\nz\r\n", "y=2\r\nif a\r\n    b\r\nend\r\n% k\r\nz\r\n", false},
+        {"%{\nif a, b, end\n%}\n% k\nx=1\n", "%{\nif a, b, end\n%}\n% k\nx=1\n", true}, // a comment there
+        {"if a, b, end\n% k\nx=1\nf(", "if a, b, end\n% k\nx=1\nf(", true},
+        {"if a, b, end\n\377", "if a, b, end\n\377", true},
+    };
+    folder.write("a.omb", staged);
+    folder.write(".gitattributes", "*.omb text eol=crlf\n");
+    for (const Row& row : rows) {
+        folder.shell("git add a.omb; git rev-parse :a.omb | tr -d '\\n' > id");
+        const std::string id = folder.read("id");
+        const auto edits = adoptEdits(std::u16string(staged.begin(), staged.end()),
+                                      {{4, 2, u"\n    "}, {7, 2, u"\n"}, {18, 0, u" "}, {19, 0, u" "}});
+        ASSERT_TRUE(edits);
+        folder.write("a.omb", row.workTree);
+        StagedFiles files(git, {{"a.omb", "a.omb", id, {}}}, disk, adoptEdits);
+        files.edit("a.omb", staged, *edits);
+        EXPECT_EQ(readIndex("a.omb"), after);
+        EXPECT_EQ(folder.read("a.omb"), row.wanted);
+        EXPECT_EQ(files.getNotes().size(), row.isNoted ? 1U : 0U);
+        folder.write("a.omb", staged);
+    }
 }
 
 TEST(GitDiffText, LinesOfCodeAreNeverTakenForHeaders) {

@@ -8,7 +8,9 @@
 #include "support/ProgramGenerator.h"
 #include "support/SyntaxSketch.h"
 
+#include "format/EditAdoption.h"
 #include "format/Gap.h"
+#include "format/GapEditor.h"
 #include "format/TreeEngine.h"
 #include "format/TreeSafetyCheck.h"
 #include "text/LineSplitter.h"
@@ -135,7 +137,7 @@ std::uint32_t countLines(std::u16string_view text) {
     return count;
 }
 
-bool contains(const Edits& edits, const Edit& wanted) {
+bool contains(const std::vector<Edit>& edits, const Edit& wanted) {
     return std::any_of(edits.begin(), edits.end(), [&](const Edit& edit) {
         return edit.offset == wanted.offset && edit.length == wanted.length && edit.text == wanted.text;
     });
@@ -157,7 +159,7 @@ bool isInBlockComment(const std::u16string& text, std::size_t offset) {
 void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptions& options) {
     const std::uint32_t count = countLines(text);
     const Edits whole = format(text, options).edits;
-    Edits parts;
+    std::vector<Edit> parts;
     for (const LineRange& range : {LineRange{1, line}, LineRange{line + 1, count}}) {
         if (range.first > range.last) {
             continue;
@@ -251,24 +253,50 @@ TEST(TreeEdits, AreNotMadeOfAFaultyText) {
     }
 }
 
-/// Faults that only a text made of edits can have, and that the last check has to find.
+Edits makeGapEdits(const GapList& gaps, const std::vector<Edit>& edits) {
+    GapEditor editor(gaps);
+    for (const Edit& edit : edits) {
+        editor.enter(gaps.find(edit.getEnd()));
+        editor.add(edit);
+    }
+    return editor.take();
+}
+
+/// Faults that edits can't have: GapEditor makes none of them. And those that only the last check can find.
 TEST(TreeEdits, AreCheckedAfterAll) {
     const std::u16string source = u"x = [1, 2; 3 4]; y = 'b  c'; % why\n";
     const ParsedText parsed(source);
-    const Edits faults[] = {
-        {{9, 2, u" "}},               // the row's separator
-        {{10, 1, u""}, {11, 1, u""}}, // shifted by one
-        {{23, 2, u" "}},              // in a string
-        {{27, 1, u""}},               // the comment becomes a line of its own or not: the semicolon is lost
-        {{30, 1, u"  "}},             // in a comment
-        {{12, 1, u""}},               // a gap's text from another place: 34 is a number
+    const GapList gaps(source, *parsed.parsed.tokens);
+    const std::vector<Edit> impossible[] = {
+        {{9, 1, u""}, {8, 1, u""}}, // in another order, the second in a token
+        {{23, 2, u" "}},            // in a string
+        {{30, 1, u"  "}},           // in a comment
+        {{28, 2, u" "}},            // the comment's start
+        {{6, 1, u"."}},
+        {{34, 0, u"...."}},
     };
-    for (const Edits& edits : faults) {
+    for (const auto& edits : impossible) {
+        EXPECT_THROW(makeGapEdits(gaps, edits), std::logic_error) << edits.front().offset;
+    }
+    const std::vector<Edit> faults[] = {
+        {{9, 2, u" "}},             // the row's separator
+        {{6, 1, u""}, {7, 1, u""}}, // an element's, shifted by one
+        {{27, 1, u""}},             // the semicolon before the comment
+        {{12, 1, u""}},             // a gap's text from another place: 34 is a number
+        {{15, 2, u"..."}},          // what follows becomes a comment
+    };
+    for (const auto& wanted : faults) {
+        const Edits edits = makeGapEdits(gaps, wanted);
         const auto differences = findDifferences(parsed, applyEdits(source, edits), edits);
         EXPECT_FALSE(differences.places.empty()) << edits.front().offset;
         EXPECT_TRUE(differences.first);
+        EXPECT_FALSE(adoptEdits(source, wanted));
     }
     EXPECT_TRUE(findDifferences(parsed, source, {}).places.empty());
+    EXPECT_EQ(applyEdits(source, adoptEdits(source, {{7, 1, u""}, {34, 0, u" "}}).value()),
+              u"x = [1,2; 3 4]; y = 'b  c'; % why \n");
+    EXPECT_FALSE(adoptEdits(u"x = [", {{5, 0, u"\n"}}));
+    EXPECT_TRUE(adoptEdits(u"x = [ ", {{5, 1, u""}}));
 }
 
 } // namespace

@@ -2,11 +2,10 @@
 
 #include "cli/ReporterSet.h"
 #include "cli/Run.h"
-#include "format/SafetyCheck.h"
+#include "format/EditAdoption.h"
 #include "git/ChangedFiles.h"
 #include "git/StagedFiles.h"
 #include "text/Printable.h"
-#include "text/TextEncoding.h"
 
 #include <ostream>
 #include <utility>
@@ -48,14 +47,6 @@ ChangedLines getLines(const std::vector<ChangedFile>& files) {
     return lines;
 }
 
-std::u16string getText(const std::string& bytes) {
-    return decode(bytes).value().text;
-}
-
-bool areLinesKept(const std::string& before, const std::string& after) {
-    return checkOnlyEdgesChanged(getText(before), getText(after)).has_value();
-}
-
 ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& files) {
     const Git git;
     ChangeOptions options = arguments.changes;
@@ -67,7 +58,7 @@ ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& 
     if (!arguments.changes.isStaged) {
         return runOnPaths(named, lines, console, files);
     }
-    StagedFiles staged(git, changed.files, files, areLinesKept);
+    StagedFiles staged(git, changed.files, files, adoptEdits);
     const ExitStatus status = runOnPaths(named, lines, console, staged);
     print(staged.getNotes(), arguments, console);
     return status;

@@ -12,7 +12,6 @@
 
 #include <exception>
 #include <new>
-#include <sstream>
 #include <utility>
 
 #include <fmt/format.h>
@@ -90,7 +89,7 @@ private:
         if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
             outcome.firstChangedLine = findLine(source.text, edits->front().offset);
         }
-        deliverChanged(bytes, applyEdits(bytes, *edits));
+        deliverChanged(bytes, *edits);
     }
 
     Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {
@@ -115,25 +114,19 @@ private:
         }
     }
 
-    void deliverChanged(const std::string& before, std::string after) {
+    void deliverChanged(const std::string& bytes, const Edits& edits) {
         if (arguments.inPlace) {
-            job.files.replace(path, before, after);
+            job.files.edit(path, bytes, edits);
             outcome.status = FileStatus::Formatted;
         } else if (arguments.isPrinting()) {
-            result.out = std::move(after);
+            result.out = applyEdits(bytes, edits);
             outcome.status = FileStatus::Formatted;
         } else {
             result.status = ExitStatus::WouldChange;
             outcome.status = FileStatus::WouldChange;
-            showChange(before, after);
-        }
-    }
-
-    void showChange(const std::string& before, const std::string& after) {
-        if (arguments.diff) {
-            std::ostringstream stream;
-            printDiff(stream, outcome.path, before, after, job.console.getOutColor(arguments.color));
-            result.out = std::move(stream).str();
+            if (arguments.diff) {
+                result.out = makeDiff(outcome.path, bytes, edits, job.console.getOutColor(arguments.color));
+            }
         }
     }
 

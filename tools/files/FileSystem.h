@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/Edit.h"
+
 #include <cstdint>
 #include <mutex>
 #include <optional>
@@ -63,6 +65,11 @@ public:
     /// stay. Where the path is a symbolic link, its target is replaced. Refuses a file whose content is no
     /// longer `before`, since somebody else has changed it.
     virtual void replace(const std::string& path, const std::string& before, const std::string& after) = 0;
+
+    /// Replaces the content of a file, which is `before`, by what the edits make of it.
+    virtual void edit(const std::string& path, const std::string& before, const Edits& edits) {
+        replace(path, before, applyEdits(before, edits));
+    }
 
     /// Makes a file, all of it or nothing. Throws FileError if there is something at the path, or if it can't
     /// be written.

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "format/GapChoices.h"
 #include "format/Suppression.h"
-#include "text/Edit.h"
 #include "text/LineRange.h"
 
 #include <cstddef>
@@ -30,15 +28,5 @@ private:
     std::vector<Part> ranges; ///< ascending, from the start of a line to the end of one, line end excluded
     std::vector<Part> suppressed;
 };
-
-/// The edits that turn the gaps of the source into the chosen texts, as far as the selection accepts them.
-///
-/// Between two comments, a gap with as many line ends before as after has an edit for each line, and any
-/// other a single one: a line that is joined to another is joined or not, as a whole. A block comment moves
-/// as a whole too, so either all edits of its lines are accepted or none.
-///
-/// An edit keeps the line ends that it covers, from the first one on, and gives new ones the end of the line
-/// before. No edit makes CR and LF meet that are two line ends.
-Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection);
 
 } // namespace ombrel

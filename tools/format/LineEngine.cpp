@@ -2,6 +2,7 @@
 
 #include "format/IndentationGuard.h"
 #include "format/LineRanges.h"
+#include "text/LineEdgeEditor.h"
 #include "text/Whitespace.h"
 
 #include <ca/formatting/LegacyFormatter.h>
@@ -63,8 +64,8 @@ class LineRun {
 public:
     LineRun(const std::u16string& text, const Settings& settings, const std::vector<LineRange>& ranges,
             const Suppression& suppression)
-        : text(text), formatter(settings), guard(text.size()), range(ranges.begin()), rangeEnd(ranges.end()),
-          region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
+        : text(text), editor(text), formatter(settings), guard(text.size()), range(ranges.begin()),
+          rangeEnd(ranges.end()), region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
 
     void run(Tokens tokens) {
         formatter.functionsHaveEnds = formatter.checkForFunctionEnds(tokens) ? 1 : 0;
@@ -75,7 +76,7 @@ public:
         if (const auto& runaway = guard.getRunaway()) {
             return fail(makeProblem(*runaway));
         }
-        return std::move(edits);
+        return editor.take();
     }
 
 private:
@@ -135,11 +136,11 @@ private:
         appendLeadingWhitespace(indentation, line);
         const bool isBlank = leading == content.size();
         if (content.substr(0, leading) != indentation && !(isBlank && joinsLineEnds(source))) {
-            edits.push_back({offset, leading, indentation});
+            editor.add({offset, leading, indentation});
         }
         const std::size_t kept = removeTrailingWhitespace(content).size();
         if (!isBlank && kept != content.size() && !endsInWhitespace(line)) {
-            edits.push_back({offset + kept, content.size() - kept, {}});
+            editor.add({offset + kept, content.size() - kept, {}});
         }
     }
 
@@ -151,6 +152,7 @@ private:
     }
 
     const std::u16string& text;
+    LineEdgeEditor editor;
     LegacyFormatter formatter;
     IndentationGuard guard;
     std::vector<LineRange>::const_iterator range; ///< that ends at this line or after it
@@ -160,7 +162,6 @@ private:
     std::uint32_t number = 0; ///< of the line
     std::size_t offset = 0;   ///< of the line in the text
     std::u16string indentation;
-    Edits edits;
 };
 
 Settings makeSettings(const LineOptions& options) {

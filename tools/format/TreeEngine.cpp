@@ -3,6 +3,7 @@
 #include "format/EditSelection.h"
 #include "format/Escalation.h"
 #include "format/GapAlignment.h"
+#include "format/GapEdits.h"
 #include "format/GapRules.h"
 #include "format/LineRanges.h"
 #include "format/SyntaxCheck.h"

@@ -1,7 +1,7 @@
 #include "git/StagedFiles.h"
 
+#include "git/EditTransfer.h"
 #include "git/GitDiff.h"
-#include "git/LineTransfer.h"
 #include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
@@ -69,20 +69,26 @@ public:
         }
     }
 
-    /// Does to it what turned the staged content from `before` into `after`.
-    void update(const std::string& before, const std::string& after) {
+    /// Does to it what the edits did to the staged content, which was `before` and is `after`.
+    void update(const std::string& before, const Edits& edits, const std::string& after) {
         if (!text) {
             return;
         }
-        std::string result = getUpdated(before, after);
-        if (result == *text) {
-            noteIfDifferent(before, after);
+        if (*text == before) {
+            replace(after);
             return;
         }
-        try {
-            files.workTree.replace(file.path, *text, result);
-        } catch (const FileError& error) {
-            leaveAlone(error.what());
+        const auto decoded = decode(*text);
+        if (!decoded) {
+            leaveAlone("it isn't UTF-8");
+            return;
+        }
+        const auto adopted = files.adoptEdits(
+            decoded->text, transferEdits(decode(before).value().text, edits, hunks, decoded->text));
+        if (!adopted) {
+            leaveAlone(adopted.error().front().text);
+        } else if (!adopted->empty()) {
+            replace(applyEdits(*text, *adopted));
         }
     }
 
@@ -102,17 +108,11 @@ private:
         }
     }
 
-    /// The tree engine joins and splits lines, so that only the same text can become the same result.
-    std::string getUpdated(const std::string& before, const std::string& after) const {
-        if (*text == before) {
-            return after;
-        }
-        return files.areLinesKept(before, after) ? transferLines(before, after, hunks, *text) : *text;
-    }
-
-    void noteIfDifferent(const std::string& before, const std::string& after) {
-        if (*text != after && *text != before && !files.areLinesKept(before, after)) {
-            leaveAlone("it isn't what is staged");
+    void replace(const std::string& after) {
+        try {
+            files.workTree.replace(file.path, *text, after);
+        } catch (const FileError& error) {
+            leaveAlone(error.what());
         }
     }
 
@@ -128,8 +128,8 @@ private:
 };
 
 StagedFiles::StagedFiles(const Git& git, const std::vector<ChangedFile>& files, FileSystem& workTree,
-                         LineComparison areLinesKept)
-    : git(git), workTree(workTree), areLinesKept(std::move(areLinesKept)), otherIndex(findOtherIndex()) {
+                         EditAdoption adoptEdits)
+    : git(git), workTree(workTree), adoptEdits(std::move(adoptEdits)), otherIndex(findOtherIndex()) {
     for (const ChangedFile& file : files) {
         staged.emplace(file.path, file);
     }
@@ -151,11 +151,16 @@ std::string StagedFiles::read(const std::string& path, std::uint64_t limit) {
     }
 }
 
-void StagedFiles::replace(const std::string& path, const std::string& before, const std::string& after) {
+void StagedFiles::edit(const std::string& path, const std::string& before, const Edits& edits) {
     const ChangedFile& file = staged.at(path);
     WorkTreeFile workTreeFile(*this, file);
+    const std::string after = applyEdits(before, edits);
     exchange(file, after);
-    workTreeFile.update(before, after);
+    workTreeFile.update(before, edits, after);
+}
+
+void StagedFiles::replace(const std::string& path, const std::string& /*before*/, const std::string& after) {
+    exchange(staged.at(path), after);
 }
 
 void StagedFiles::exchange(const ChangedFile& file, const std::string& after) {

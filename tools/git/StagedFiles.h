@@ -1,7 +1,9 @@
 #pragma once
 
+#include "diagnostics/Result.h"
 #include "files/FileSystem.h"
 #include "git/ChangedFiles.h"
+#include "text/Edit.h"
 
 #include <functional>
 #include <map>
@@ -20,18 +22,19 @@ namespace ombrel {
 ///     end          y=2;                end          y=2;          not staged: stays as it is
 ///                  end                              end
 ///
-/// Lines that are only in the work tree stay byte for byte. Where the lines can't be told from one another,
-/// the file in the work tree is left alone, and a note says so: it never keeps the index from being written.
+/// Lines that are only in the work tree stay byte for byte. Where the edits aren't safe in the work tree's
+/// text, the file there is left alone, and a note says so: it never keeps the index from being written.
 ///
 /// Members may be called on several threads at once. `git` and `workTree` are the caller's and have to
 /// outlive it.
 class StagedFiles : public FileSystem {
 public:
-    /// Says whether two texts, as bytes, have the same lines but for whitespace at their edges.
-    using LineComparison = std::function<bool(const std::string& before, const std::string& after)>;
+    /// Makes edits of a text out of some that were made for another version of it, or says why that can't be
+    /// done.
+    using EditAdoption = std::function<Result<Edits>(const std::u16string& text, std::vector<Edit> edits)>;
 
     StagedFiles(const Git& git, const std::vector<ChangedFile>& staged, FileSystem& workTree,
-                LineComparison areLinesKept);
+                EditAdoption adoptEdits);
 
     /// What is staged is a file, whatever the work tree has in its place.
     bool isFolder(const std::string& path) override {
@@ -49,6 +52,9 @@ public:
 
     /// Refuses a file that has been staged again since the changes were asked for, and does nothing while
     /// another process holds the index.
+    void edit(const std::string& path, const std::string& before, const Edits& edits) override;
+
+    /// The same for the index alone: nothing says what to change in the work tree.
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
 
     /// To the work tree: no source is written that way.
@@ -66,7 +72,7 @@ private:
     const Git& git;
     std::map<std::string, ChangedFile> staged; ///< by ChangedFile::path
     FileSystem& workTree;
-    LineComparison areLinesKept;
+    EditAdoption adoptEdits;
     std::string
         otherIndex; ///< that of the repository, if a commit of named files works on an index of its own
     mutable std::mutex mutex; ///< held while the index is written, guards `notes`

@@ -50,14 +50,15 @@ Edit trim(std::u16string_view text, const Edit& edit) {
 }
 
 /// One edit from the start of the first to the end of the last.
-Edits join(std::u16string_view text, const Edits& edits) {
-    const std::size_t begin = edits.front().offset;
-    const std::size_t end = edits.back().offset + edits.back().length;
-    Edits moved = edits;
-    for (Edit& edit : moved) {
-        edit.offset -= begin;
+std::vector<Edit> join(std::u16string_view text, const std::vector<Edit>& edits) {
+    Edit joined{edits.front().offset, 0, {}};
+    std::size_t done = joined.offset;
+    for (const Edit& edit : edits) {
+        joined.text.append(text.substr(done, edit.offset - done)).append(edit.text);
+        done = edit.getEnd();
     }
-    return {{begin, end - begin, applyEdits(text.substr(begin, end - begin), moved)}};
+    joined.length = done - joined.offset;
+    return {std::move(joined)};
 }
 
 /// The lines that a range touches. One that ends at the start of a line doesn't touch it.
@@ -87,10 +88,10 @@ bool isSyntaxFault(const Problems& problems) {
 
 /// Edits for the lines, all of them if there are none; throws RequestError. Nothing if the text doesn't
 /// parse.
-std::optional<Edits> findEdits(const Question& question, const std::vector<LineRange>& lines) {
+std::optional<std::vector<Edit>> findEdits(const Question& question, const std::vector<LineRange>& lines) {
     const Document& document = question.getDocument();
     if (!question.isAboutSource() || question.workspace.isIgnored(document)) {
-        return Edits();
+        return std::vector<Edit>();
     }
     const ProgramText program(question.pointer);
     if (const auto problem = program.findEncodingProblem()) {
@@ -98,7 +99,7 @@ std::optional<Edits> findEdits(const Question& question, const std::vector<LineR
     }
     const Suppression suppression = findSuppression(program.get());
     if (suppression.isWholeFile) {
-        return Edits();
+        return std::vector<Edit>();
     }
     const auto editorOptions = question.params.find("options");
     const DocumentOptions found = question.workspace.resolve(
@@ -114,7 +115,7 @@ std::optional<Edits> findEdits(const Question& question, const std::vector<LineR
     if (!formatted) {
         throw makeError(formatted.error());
     }
-    return program.toDocument(std::move(formatted->edits));
+    return program.toDocument(formatted->edits);
 }
 
 Json format(const Question& question, const std::vector<LineRange>& lines) {
@@ -151,11 +152,11 @@ Json formatBeforeSaving(const Question& question) {
     }
 }
 
-Json writeEdits(const Document& document, const Edits& edits) {
+Json writeEdits(const Document& document, const std::vector<Edit>& edits) {
     Json list = Json::array();
-    const Edits joined = edits.size() > maximalEditCount ? join(document.text, edits) : Edits();
+    const bool isJoined = edits.size() > maximalEditCount;
     PositionFinder finder = document.makeFinder();
-    for (const Edit& whole : joined.empty() ? edits : joined) {
+    for (const Edit& whole : isJoined ? join(document.text, edits) : edits) {
         const Edit edit = trim(document.text, whole);
         if (edit.length > 0 || !edit.text.empty()) {
             list.push_back({{"range", finder.writeRange(edit.offset, edit.offset + edit.length)},

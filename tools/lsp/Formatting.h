@@ -24,6 +24,6 @@ Json formatBeforeSaving(const Question& question);
 
 /// Edits of a document as TextEdits: none of them starts or ends inside of a CR LF or a surrogate pair, or
 /// replaces a character by itself at its edges.
-Json writeEdits(const Document& document, const Edits& edits);
+Json writeEdits(const Document& document, const std::vector<Edit>& edits);
 
 } // namespace ombrel::lsp

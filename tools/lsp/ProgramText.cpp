@@ -14,11 +14,12 @@ ProgramText::ProgramText(DocumentPointer document)
     }
 }
 
-Edits ProgramText::toDocument(Edits edits) const {
-    for (Edit& edit : edits) {
+std::vector<Edit> ProgramText::toDocument(const Edits& edits) const {
+    std::vector<Edit> moved(edits.begin(), edits.end());
+    for (Edit& edit : moved) {
         edit.offset += markLength;
     }
-    return edits;
+    return moved;
 }
 
 std::optional<Problem> ProgramText::findEncodingProblem() const {

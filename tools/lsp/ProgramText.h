@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ombrel::lsp {
 
@@ -20,8 +21,8 @@ public:
     /// The offset in the document of one in the program.
     std::size_t toDocument(std::size_t offset) const { return offset + markLength; }
 
-    /// The same for edits.
-    Edits toDocument(Edits edits) const;
+    /// The edits of the program as edits of the document.
+    std::vector<Edit> toDocument(const Edits& edits) const;
 
     /// What keeps the text from being a file of Ombrel at all, whatever is in it: NUL characters.
     std::optional<Problem> findEncodingProblem() const;

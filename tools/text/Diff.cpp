@@ -1,21 +1,94 @@
 #include "text/Diff.h"
 
-#include "text/LineSplitter.h"
 #include "text/Printable.h"
 
-#include <ostream>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 #include <vector>
 
-#include <dtl/dtl.hpp>
+#include <fmt/format.h>
+
+// The edits say what differs: the lines that they touch are replaced, and all others are context.
 
 namespace ombrel {
 
 namespace {
 
-using Lines = std::vector<std::string_view>;
-using DiffOfLines = dtl::Diff<std::string_view, Lines>;
-using EditedLine = std::pair<std::string_view, dtl::elemInfo>;
-using Hunk = dtl::uniHunk<EditedLine>;
+constexpr std::size_t contextLineCount = 3;
+
+std::size_t countLines(std::string_view text) {
+    const auto count = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    return count + (text.empty() || text.ends_with('\n') ? 0 : 1);
+}
+
+/// Offset of the line that a place is in.
+std::size_t findLineStart(std::string_view text, std::size_t offset) {
+    const std::size_t last = offset == 0 ? text.npos : text.rfind('\n', offset - 1);
+    return last == text.npos ? 0 : last + 1;
+}
+
+/// Offset after the line that a place is in.
+std::size_t findLineEnd(std::string_view text, std::size_t offset) {
+    const std::size_t end = text.find('\n', offset);
+    return end == text.npos ? text.size() : end + 1;
+}
+
+/// Whole lines that are replaced by others.
+struct Change {
+    std::size_t begin; ///< offset in the text before
+    std::size_t end;   ///< after the last line; the same if lines are only added
+    std::string after;
+};
+
+/// Leaves lines out that an edit only touches: one that removes a line ends at the start of the next.
+void removeCommonLines(std::string_view text, Change& change) {
+    std::size_t same = 0;
+    while (change.begin < change.end) {
+        const std::size_t length = findLineEnd(text, change.begin) - change.begin;
+        if (change.after.compare(same, length, text, change.begin, length) != 0) {
+            break;
+        }
+        change.begin += length;
+        same += length;
+    }
+    change.after.erase(0, same);
+    while (change.begin < change.end) {
+        const std::size_t start = findLineStart(text, change.end - 1);
+        const std::string_view line = text.substr(start, change.end - start);
+        const std::size_t rest = change.after.size() - std::min(change.after.size(), line.size());
+        if (!change.after.ends_with(line) || findLineStart(change.after, rest) != rest) {
+            break;
+        }
+        change.end = start;
+        change.after.resize(rest);
+    }
+}
+
+/// What the edits do to lines, in order. Changes that follow each other directly are one.
+std::vector<Change> makeChanges(std::string_view text, const std::vector<ByteEdit>& edits) {
+    std::vector<Change> changes;
+    for (auto edit = edits.begin(); edit != edits.end();) {
+        Change change{findLineStart(text, edit->offset), 0, {}};
+        std::size_t done = change.begin;
+        do {
+            change.after.append(text, done, edit->offset - done).append(edit->text);
+            done = edit->offset + edit->length;
+            change.end = findLineEnd(text, done);
+            ++edit;
+        } while (edit != edits.end() &&
+                 (edit->offset < change.end || !text.substr(0, change.end).ends_with('\n')));
+        change.after.append(text, done, change.end - done);
+        removeCommonLines(text, change);
+        if (!changes.empty() && changes.back().end == change.begin) {
+            changes.back().end = change.end;
+            changes.back().after += change.after;
+        } else {
+            changes.push_back(std::move(change));
+        }
+    }
+    return changes;
+}
 
 /// The name as tools that apply diffs read it: a tab ends one with spaces, unless quotes do.
 std::string getHeaderName(std::string_view path) {
@@ -24,82 +97,113 @@ std::string getHeaderName(std::string_view path) {
     return name + (needsTab ? "\t" : "");
 }
 
+/// Prints the hunks of one text in order.
 class Printer {
 public:
-    Printer(std::ostream& stream, Color color) : stream(stream), isColored(color == Color::On) {}
+    Printer(std::string_view text, Color color) : text(text), isColored(color == Color::On) {}
 
     void printHeader(std::string_view path) {
         const std::string name = getHeaderName(path);
-        start("\033[1m") << "--- " << name;
-        finish();
-        start("\033[1m") << "+++ " << name;
-        finish();
+        printPainted("\033[1m", "--- " + name);
+        printPainted("\033[1m", "+++ " + name);
     }
 
-    void printHunk(const Hunk& hunk) {
-        start("\033[36m") << "@@ -" << getStart(hunk.a, hunk.b) << ',' << hunk.b << " +"
-                          << getStart(hunk.c, hunk.d) << ',' << hunk.d << " @@";
-        finish();
-        printLines(hunk.common[0]);
-        printLines(hunk.change);
-        printLines(hunk.common[1]);
+    void printHunks(const std::vector<Change>& changes) {
+        for (auto first = changes.begin(); first != changes.end();) {
+            auto last = first;
+            std::size_t end = findContextEnd(last->end);
+            while (std::next(last) != changes.end() && findContextStart(std::next(last)->begin) <= end) {
+                end = findContextEnd((++last)->end);
+            }
+            printHunk(first, ++last, end);
+            first = last;
+        }
     }
+
+    std::string take() { return std::move(result); }
 
 private:
-    /// A range of no lines is named by the line before it.
-    static long long getStart(long long first, long long count) { return count == 0 ? first - 1 : first; }
+    using Changes = std::vector<Change>::const_iterator;
 
-    void printLines(const std::vector<EditedLine>& lines) {
-        for (const auto& [line, edit] : lines) {
-            printLine(line, edit.type);
+    std::size_t findContextStart(std::size_t offset) const {
+        for (std::size_t i = 0; i < contextLineCount && offset > 0; ++i) {
+            offset = findLineStart(text, offset - 1);
+        }
+        return offset;
+    }
+
+    std::size_t findContextEnd(std::size_t offset) const {
+        for (std::size_t i = 0; i < contextLineCount && offset < text.size(); ++i) {
+            offset = findLineEnd(text, offset);
+        }
+        return offset;
+    }
+
+    void printHunk(Changes first, Changes last, std::size_t end) {
+        const std::size_t begin = findContextStart(first->begin);
+        const std::size_t countBefore = countLines(text.substr(begin, end - begin));
+        std::size_t countAfter = countBefore;
+        for (auto change = first; change != last; ++change) {
+            countAfter += countLines(change->after);
+            countAfter -= countLines(text.substr(change->begin, change->end - change->begin));
+        }
+        linesBefore += countLines(text.substr(counted, begin - counted));
+        linesAfter += countLines(text.substr(counted, begin - counted));
+        printPainted("\033[36m", fmt::format("@@ -{},{} +{},{} @@", getStart(linesBefore, countBefore),
+                                             countBefore, getStart(linesAfter, countAfter), countAfter));
+        std::size_t done = begin;
+        for (auto change = first; change != last; ++change) {
+            printLines("", ' ', text.substr(done, change->begin - done));
+            printLines("\033[31m", '-', text.substr(change->begin, change->end - change->begin));
+            printLines("\033[32m", '+', change->after);
+            done = change->end;
+        }
+        printLines("", ' ', text.substr(done, end - done));
+        linesBefore += countBefore;
+        linesAfter += countAfter;
+        counted = end;
+    }
+
+    /// The number of the first line. A range of no lines is named by the line before it.
+    static std::size_t getStart(std::size_t linesAhead, std::size_t count) {
+        return linesAhead + (count == 0 ? 0 : 1);
+    }
+
+    void printLines(std::string_view paint, char mark, std::string_view lines) {
+        for (; !lines.empty(); lines.remove_prefix(findLineEnd(lines, 0))) {
+            const std::string_view line = lines.substr(0, findLineEnd(lines, 0));
+            const bool hasEnd = line.ends_with('\n');
+            const bool isPainted = isColored && !paint.empty();
+            result.append(isPainted ? paint : "").append(1, mark);
+            result.append(line.substr(0, line.size() - (hasEnd ? 1 : 0)));
+            result += isPainted ? "\033[0m\n" : "\n";
+            result += hasEnd ? "" : "\\ No newline at end of file\n";
         }
     }
 
-    void printLine(std::string_view line, dtl::edit_t type) {
-        const bool hasEnd = line.ends_with('\n');
-        line.remove_suffix(hasEnd ? 1 : 0);
-        if (type == dtl::SES_ADD) {
-            start("\033[32m") << '+' << line;
-        } else if (type == dtl::SES_DELETE) {
-            start("\033[31m") << '-' << line;
-        } else {
-            start("") << ' ' << line;
-        }
-        finish();
-        if (!hasEnd) {
-            stream << "\\ No newline at end of file\n";
-        }
+    void printPainted(std::string_view paint, std::string_view line) {
+        result.append(isColored ? paint : "").append(line).append(isColored ? "\033[0m\n" : "\n");
     }
 
-    std::ostream& start(const char* paint) {
-        isPainted = isColored && *paint != '\0';
-        return isPainted ? stream << paint : stream;
-    }
-
-    void finish() { stream << (isPainted ? "\033[0m\n" : "\n"); }
-
-    std::ostream& stream;
+    std::string_view text;
     bool isColored;
-    bool isPainted = false;
+    std::size_t counted = 0;     ///< offset up to which lines are counted
+    std::size_t linesBefore = 0; ///< in the text before the edits, up to there
+    std::size_t linesAfter = 0;  ///< the same lines after the edits
+    std::string result;
 };
 
 } // namespace
 
-void printDiff(std::ostream& stream, std::string_view path, std::string_view before, std::string_view after,
-               Color color) {
-    if (before == after) {
-        return;
+std::string makeDiff(std::string_view path, std::string_view bytes, const Edits& edits, Color color) {
+    const std::vector<Change> changes = makeChanges(bytes, makeByteEdits(bytes, edits));
+    if (changes.empty()) {
+        return {};
     }
-    // With their ends, so that a last line without one differs from the same line with one.
-    DiffOfLines diff(splitLines(before), splitLines(after));
-    diff.compose();
-    diff.composeUnifiedHunks();
-
-    Printer printer(stream, color);
+    Printer printer(bytes, color);
     printer.printHeader(path);
-    for (const Hunk& hunk : diff.getUniHunks()) {
-        printer.printHunk(hunk);
-    }
+    printer.printHunks(changes);
+    return printer.take();
 }
 
 } // namespace ombrel

@@ -19,11 +19,11 @@ std::size_t getUnitCount(char byte) {
 /// Walks over UTF-8 by offsets that count 16-bit characters.
 class Utf8Walk {
 public:
-    explicit Utf8Walk(std::string_view bytes) : bytes(bytes) {}
+    explicit Utf8Walk(std::string_view bytes)
+        : bytes(bytes), position(bytes.starts_with(byteOrderMark) ? byteOrderMark.size() : 0) {}
 
-    /// The bytes from here to `offset`, which is then the new place.
-    std::string_view moveTo(std::size_t offset) {
-        const std::size_t begin = position;
+    /// The place in bytes of an offset, which isn't before the last one.
+    std::size_t moveTo(std::size_t offset) {
         while (units < offset) {
             units += getUnitCount(bytes[position]);
             ++position;
@@ -31,15 +31,13 @@ public:
         while (position < bytes.size() && getUnitCount(bytes[position]) == 0) {
             ++position;
         }
-        return bytes.substr(begin, position - begin);
+        return position;
     }
-
-    std::string_view getRest() const { return bytes.substr(position); }
 
 private:
     std::string_view bytes;
-    std::size_t position = 0; ///< in bytes
-    std::size_t units = 0;    ///< the same place in 16-bit characters
+    std::size_t position;  ///< in bytes
+    std::size_t units = 0; ///< the same place in 16-bit characters
 };
 
 std::size_t getInsertedLength(const Edits& edits) {
@@ -59,7 +57,7 @@ std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
     for (const Edit& edit : edits) {
         result += text.substr(done, edit.offset - done);
         result += edit.text;
-        done = edit.offset + edit.length;
+        done = edit.getEnd();
     }
     return result += text.substr(done);
 }
@@ -67,17 +65,28 @@ std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
 std::string applyEdits(std::string_view bytes, const Edits& edits) {
     std::string result;
     result.reserve(bytes.size() + getInsertedLength(edits));
-    if (bytes.starts_with(byteOrderMark)) {
-        result = byteOrderMark;
-        bytes.remove_prefix(byteOrderMark.size());
-    }
+    std::size_t done = 0;
     Utf8Walk walk(bytes);
     for (const Edit& edit : edits) {
-        result += walk.moveTo(edit.offset);
+        const std::size_t begin = walk.moveTo(edit.offset);
+        result += bytes.substr(done, begin - done);
         appendEncoded(result, edit.text);
-        walk.moveTo(edit.offset + edit.length);
+        done = walk.moveTo(edit.getEnd());
     }
-    return result += walk.getRest();
+    return result += bytes.substr(done);
+}
+
+std::vector<ByteEdit> makeByteEdits(std::string_view bytes, const Edits& edits) {
+    std::vector<ByteEdit> result;
+    result.reserve(edits.size());
+    Utf8Walk walk(bytes);
+    for (const Edit& edit : edits) {
+        const std::size_t begin = walk.moveTo(edit.offset);
+        const std::size_t end = walk.moveTo(edit.getEnd());
+        result.push_back({begin, end - begin, {}});
+        appendEncoded(result.back().text, edit.text);
+    }
+    return result;
 }
 
 std::uint32_t findLine(std::u16string_view text, std::size_t offset) {

@@ -11,14 +11,4 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const char* begin = text.data();
-        takeLine(text);
-        lines.emplace_back(begin, static_cast<std::size_t>(text.data() - begin));
-    }
-    return lines;
-}
-
 } // namespace ombrel

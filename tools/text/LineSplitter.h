@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string_view>
-#include <vector>
 
 namespace ombrel {
 
@@ -41,8 +40,5 @@ private:
 /// Bytes as git has them: a line ends in LF, and a CR before it is part of the line. Removes the first line
 /// from a text and returns it without its LF.
 std::string_view takeLine(std::string_view& text);
-
-/// All lines of such a text with their LFs, as views into it. An empty text has none.
-std::vector<std::string_view> splitLines(std::string_view text);
 
 } // namespace ombrel

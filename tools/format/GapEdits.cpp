@@ -1,0 +1,219 @@
+#include "format/GapEdits.h"
+
+#include "format/GapEditor.h"
+#include "text/LineSplitter.h"
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::TokenType;
+
+std::u16string_view getFirstLineEnd(std::u16string_view text) {
+    const std::u16string_view end = LineSplitter(text).getNext()->end;
+    return end.empty() ? u"\n" : end;
+}
+
+/// A part of the source and of a chosen text, both between two comments.
+struct Section {
+    std::size_t offset;
+    std::u16string_view before;
+    std::u16string_view after;
+};
+
+/// Cuts a text at its line ends. Gives the lines with their offsets in the text.
+struct SectionLine {
+    std::size_t offset;
+    std::u16string_view content;
+    std::u16string_view end;
+};
+
+std::vector<SectionLine> splitLines(std::u16string_view text) {
+    std::vector<SectionLine> lines;
+    LineSplitter splitter(text);
+    std::size_t offset = 0;
+    while (const auto line = splitter.getNext()) {
+        lines.push_back({offset, line->content, line->end});
+        offset += line->content.size() + line->end.size();
+    }
+    return lines;
+}
+
+/// A block comment in the source, whose lines are edited together.
+struct Block {
+    std::size_t begin; ///< of its first line
+    std::size_t end;
+};
+
+std::vector<Block> findBlocks(std::u16string_view source, std::span<const GapComment> comments) {
+    std::vector<Block> blocks;
+    int depth = 0;
+    for (const GapComment& comment : comments) {
+        if (comment.type == TokenType::BlockCommentOpen && depth++ == 0) {
+            const std::size_t lastLineEnd = source.substr(0, comment.offset).find_last_of(u"\r\n");
+            blocks.push_back({lastLineEnd == source.npos ? 0 : lastLineEnd + 1, 0});
+        } else if (comment.type == TokenType::BlockCommentClose && --depth == 0) {
+            blocks.back().end = comment.offset + comment.text.size();
+        }
+    }
+    return blocks;
+}
+
+/// Collects the edits of one text, gap by gap.
+class Writer {
+public:
+    Writer(const GapList& gaps, const EditSelection& selection)
+        : gaps(gaps), source(gaps.getSource()), selection(selection), editor(gaps),
+          lineEndBefore(getFirstLineEnd(gaps.getSource())) {}
+
+    void write(std::size_t gap, std::u16string_view chosen) {
+        const std::u16string_view before = gaps.getText(gap);
+        const std::size_t begin = gaps.getBegin(gap);
+        editor.enter(gap);
+        const std::vector<GapComment>& comments = editor.getComments();
+        blocks = findBlocks(source, comments);
+        nextBlock = 0;
+        if (comments.empty()) {
+            writeSection({begin, before, chosen});
+            return;
+        }
+        std::vector<GapComment> commentsAfter;
+        std::u16string whole(chosen);
+        whole += gaps.getToken(gap).lexeme;
+        if (!matchGap(gaps, gap, whole, 0, &commentsAfter)) {
+            throw std::logic_error("the text chosen for a gap isn't one of that gap");
+        }
+        std::size_t doneBefore = 0;
+        std::size_t doneAfter = 0;
+        for (std::size_t i = 0; i < comments.size(); ++i) {
+            const std::size_t offset = comments[i].offset - begin;
+            writeSection({begin + doneBefore, before.substr(doneBefore, offset - doneBefore),
+                          chosen.substr(doneAfter, commentsAfter[i].offset - doneAfter)});
+            doneBefore = offset + comments[i].text.size();
+            doneAfter = commentsAfter[i].offset + comments[i].text.size();
+        }
+        writeSection({begin + doneBefore, before.substr(doneBefore), chosen.substr(doneAfter)});
+    }
+
+    Edits take() { return editor.take(); }
+
+private:
+    void writeSection(const Section& section) {
+        if (section.before == section.after) {
+            return;
+        }
+        const std::vector<SectionLine> before = splitLines(section.before);
+        const std::vector<SectionLine> after = splitLines(section.after);
+        if (before.size() != after.size()) {
+            writeWhole(section, before, after);
+            return;
+        }
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            if (!joinsLineEnds(before, after, i)) {
+                add(section.offset + before[i].offset, before[i].content, std::u16string(after[i].content));
+            }
+        }
+    }
+
+    static bool joinsLineEnds(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after,
+                              std::size_t i) {
+        return i > 0 && before[i - 1].end == u"\r" && before[i].end == u"\n" && after[i].content.empty();
+    }
+
+    void writeWhole(const Section& section, const std::vector<SectionLine>& before,
+                    const std::vector<SectionLine>& after) {
+        std::u16string text;
+        std::u16string_view end = getLineEndBefore(section.offset);
+        for (std::size_t i = 0; i < after.size(); ++i) {
+            text += after[i].content;
+            if (i + 1 == after.size()) {
+                break;
+            }
+            if (i + 1 < before.size()) {
+                end = before[i].end;
+            }
+            text += text.ends_with(u'\r') && end == u"\n" ? u"\r" : end;
+        }
+        addDifference(section.offset, section.before, text);
+    }
+
+    /// The end of the line before a place, which a new line gets. Places come in ascending order, so the text
+    /// is searched once.
+    std::u16string_view getLineEndBefore(std::size_t offset) {
+        const std::size_t last = source.substr(searched, offset - searched).find_last_of(u"\r\n");
+        if (last != source.npos) {
+            const std::size_t end = searched + last + 1;
+            const std::size_t length = end > 1 && source.substr(end - 2, 2) == u"\r\n" ? 2 : 1;
+            lineEndBefore = source.substr(end - length, length);
+        }
+        searched = offset;
+        return lineEndBefore;
+    }
+
+    /// Without what both texts have in common at their start and end.
+    void addDifference(std::size_t offset, std::u16string_view before, std::u16string_view after) {
+        std::size_t start = 0;
+        while (start < before.size() && start < after.size() && before[start] == after[start]) {
+            ++start;
+        }
+        if (start > 0 && before[start - 1] == u'\r') { // never between CR and LF
+            --start;
+        }
+        before.remove_prefix(start);
+        after.remove_prefix(start);
+        while (!before.empty() && !after.empty() && before.back() == after.back() && before.back() != u'\n') {
+            before.remove_suffix(1);
+            after.remove_suffix(1);
+        }
+        add(offset + start, before, std::u16string(after));
+    }
+
+    void add(std::size_t offset, std::u16string_view before, std::u16string after) {
+        if (before == after || !isSelected(offset, offset + before.size())) {
+            return;
+        }
+        editor.add({offset, before.size(), std::move(after)});
+    }
+
+    /// Places come in ascending order.
+    bool isSelected(std::size_t begin, std::size_t end) {
+        while (nextBlock < blocks.size() && blocks[nextBlock].end < begin) {
+            ++nextBlock;
+        }
+        for (std::size_t i = nextBlock; i < blocks.size() && blocks[i].begin <= end; ++i) {
+            begin = std::min(begin, blocks[i].begin);
+            end = std::max(end, blocks[i].end);
+        }
+        return selection.accepts(begin, end);
+    }
+
+    const GapList& gaps;
+    std::u16string_view source;
+    const EditSelection& selection;
+    GapEditor editor;
+    std::size_t searched = 0;          ///< how far the source was searched for line ends
+    std::u16string_view lineEndBefore; ///< the last one there; the first of the text before that
+    std::vector<Block> blocks;         ///< of the gap
+    std::size_t nextBlock = 0;         ///< the first that ends at the current place or after it
+};
+
+} // namespace
+
+Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection) {
+    Writer writer(gaps, selection);
+    for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
+        if (choices.isChanged(gap)) {
+            writer.write(gap, choices.getText(gap));
+        }
+    }
+    return writer.take();
+}
+
+} // namespace ombrel
