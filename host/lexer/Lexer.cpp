@@ -11,24 +11,24 @@
 
 #include "Characters.h"
 #include "KeywordTypes.h"
-#include "ca/lexer/lex.h"
-
-#include <algorithm>
 
 namespace ca::lexer {
 
-std::vector<Token> lex(const std::u16string& text) {
-    return Lexer(text).run();
-}
-
 Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.size()) {}
 
-std::vector<Token> Lexer::run() {
-    while (position < size) {
+std::span<const TokenSpan> Lexer::nextLine() {
+    line.clear();
+    if (isAtEnd) {
+        return {};
+    }
+    if (position < size) {
         lexLine();
     }
-    emit(TokenType::EndOfInput, position);
-    return std::move(tokens);
+    if (line.empty() || (position == size && !isLineEnd(at(size - 1)))) {
+        emit(TokenType::EndOfInput, position);
+        isAtEnd = true;
+    }
+    return line;
 }
 
 bool Lexer::isAtLineEnd(std::size_t index) const {
@@ -79,26 +79,9 @@ std::u16string_view Lexer::getText(std::size_t begin, std::size_t end) const {
 }
 
 void Lexer::emit(TokenType type, std::size_t end) {
-    if (tokens.size() == tokens.capacity()) {
-        reserveTokens();
-    }
-    tokens.push_back({type, std::u16string(text + position, end - position), line,
-                      static_cast<std::uint32_t>(position - lineStart + 1)});
+    line.push_back({type, end - position});
+    lastToken = type;
     position = end;
-}
-
-/// Makes room for the tokens of the whole text, should the rest be like what has been read; a twentieth is
-/// added for luck. Half as much again is the least, so that growing stays cheap when the guess is bad, and a
-/// token for each character left is the most. The first few thousand characters are too few to guess from.
-void Lexer::reserveTokens() {
-    const std::size_t sample = std::max<std::size_t>(4096, size / 32);
-    const std::size_t atMost = tokens.size() + (size - position) + 1;
-    const std::size_t atLeast = std::max<std::size_t>(64, tokens.size() + tokens.size() / 2);
-    const double density =
-        static_cast<double>(tokens.size()) / static_cast<double>(std::max(position, sample));
-    const auto expected = static_cast<std::size_t>(1.05 * density * static_cast<double>(size));
-    const std::size_t guess = position < sample ? std::min(size, sample) / 2 : expected;
-    tokens.reserve(std::min(atMost, std::max(atLeast, guess)));
 }
 
 void Lexer::emitBlanks() {
@@ -122,21 +105,11 @@ void Lexer::emitLineEnd() {
     }
     const TokenType single = at(position) == u'\n' ? TokenType::LineEnding75 : TokenType::LineEnding77;
     emit(end - position == 2 ? TokenType::LineEnding76 : single, end);
-    startLine();
 }
 
 /// Emits a line of a block comment, its line end included.
 void Lexer::emitWholeLine(TokenType type) {
-    const std::size_t lineEnd = findLineEnd(position);
-    emit(type, skipLineEnd(lineEnd));
-    if (position != lineEnd) {
-        startLine();
-    }
-}
-
-void Lexer::startLine() {
-    ++line;
-    lineStart = position;
+    emit(type, skipLineEnd(findLineEnd(position)));
 }
 
 void Lexer::lexLine() {
@@ -397,10 +370,7 @@ void Lexer::lexQuote() {
 
 /// Whether a quote here is the transpose of what comes directly before it.
 bool Lexer::canBeTransposed() const {
-    if (tokens.empty()) {
-        return false;
-    }
-    switch (tokens.back().type) {
+    switch (lastToken) {
     case TokenType::NameToken27:
     case TokenType::NameToken28:
     case TokenType::NumberToken29:

@@ -4,10 +4,11 @@
 #include "Keywords.h"
 #include "Literals.h"
 #include "Nesting.h"
-#include "ca/lexer/Token.h"
+#include "ca/lexer/LineTokenizer.h"
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,8 @@ class Lexer {
 public:
     explicit Lexer(const std::u16string& source);
 
-    std::vector<Token> run();
+    /// As LineTokenizer::next().
+    std::span<const TokenSpan> nextLine();
 
 private:
     // Reading. The text is followed by a NUL character, so the character at its end can be read.
@@ -52,8 +54,6 @@ private:
     void emitBlanks();
     void emitLineEnd();
     void emitWholeLine(TokenType type);
-    void startLine();
-    void reserveTokens();
 
     // Lines.
     void lexLine();
@@ -104,16 +104,16 @@ private:
     const char16_t* text;
     std::size_t size;
     std::size_t position = 0;
-    std::size_t lineStart = 0;
-    std::uint32_t line = 1;
-    std::vector<Token> tokens;
+    std::vector<TokenSpan> line; ///< tokens of the line at hand
+    bool isAtEnd = false;        ///< the end of the text has been delivered
 
     Brackets brackets;
     Blocks blocks;
     AssignmentTracker assignments;
-    std::size_t blocksAroundBrackets = 0;       ///< open when the outermost open bracket was opened
-    std::size_t blockComments = 0;              ///< open block comments
-    TokenType lastCode = TokenType::EndOfInput; ///< last token of code of this statement
+    std::size_t blocksAroundBrackets = 0;        ///< open when the outermost open bracket was opened
+    std::size_t blockComments = 0;               ///< open block comments
+    TokenType lastToken = TokenType::EndOfInput; ///< of any kind, also of a line before; none at the start
+    TokenType lastCode = TokenType::EndOfInput;  ///< last token of code of this statement
 
     bool mayStartStatement = true; ///< a statement, or a member of a class, may start with the next code
     bool isContinued = false;      ///< the line before ended in a continuation

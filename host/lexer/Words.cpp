@@ -39,7 +39,7 @@ void Lexer::lexWord() {
 }
 
 bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
-    if (!tokens.empty() && tokens.back().type == TokenType::Dot) {
+    if (lastToken == TokenType::Dot) {
         return false;
     }
     switch (keyword.place) {

@@ -1,6 +1,8 @@
 #include "ca/formatting/LegacyFormatter.h"
+#include "ca/formatting/lineWalk.h"
 #include "legacy/Line.h"
 
+#include <algorithm>
 #include <utility>
 
 // A line whose leading whitespace is final sets the indentation of the next line: the width of that
@@ -231,20 +233,6 @@ private:
     std::uint32_t delta = 0;
 };
 
-/// The scan for function ends is stricter about brackets than the tracker: each kind closes only its own.
-bool closesTop(TokenType type, TokenType top) {
-    switch (type) {
-    case TokenType::End:
-        return true;
-    case TokenType::CloseBrace:
-        return top == TokenType::OpenBrace;
-    case TokenType::CloseSquareBracket:
-        return top == TokenType::OpenSquareBracket;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 void LegacyFormatter::trackIndentationCausedByLine(const std::vector<Token>& line) {
@@ -252,18 +240,9 @@ void LegacyFormatter::trackIndentationCausedByLine(const std::vector<Token>& lin
 }
 
 bool LegacyFormatter::checkForFunctionEnds(const std::vector<Token>& tokens) const {
-    std::vector<TokenType> open;
-    for (const Token& token : tokens) {
-        if (isAnOpeningKeyword(token.type)) {
-            open.push_back(token.type);
-        } else if (!open.empty() && closesTop(token.type, open.back())) {
-            if (token.type == TokenType::End && open.back() == TokenType::Function) {
-                return true;
-            }
-            open.pop_back();
-        }
-    }
-    return false;
+    FunctionEndFinder finder(*this);
+    return std::any_of(tokens.begin(), tokens.end(),
+                       [&finder](const Token& token) { return finder.isFunctionEnd(token.type); });
 }
 
 } // namespace ca::formatting::legacy

@@ -1,13 +1,12 @@
 #include "format/LineEngine.h"
 
 #include "format/IndentationGuard.h"
+#include "format/LineOutlines.h"
 #include "format/LineRanges.h"
 #include "text/LineEdgeEditor.h"
 #include "text/Whitespace.h"
 
 #include <ca/formatting/LegacyFormatter.h>
-#include <ca/formatting/lineWalk.h>
-#include <ca/lexer/lex.h>
 
 #include <algorithm>
 #include <limits>
@@ -67,9 +66,9 @@ public:
         : text(text), editor(text), formatter(settings), guard(text.size()), range(ranges.begin()),
           rangeEnd(ranges.end()), region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
 
-    void run(Tokens tokens) {
-        formatter.functionsHaveEnds = formatter.checkForFunctionEnds(tokens) ? 1 : 0;
-        forEachOutline(tokens, [this](Tokens& line, std::size_t length) { return takeLine(line, length); });
+    void run(const LineOutlines& lines) {
+        formatter.functionsHaveEnds = lines.hasFunctionEnds(formatter) ? 1 : 0;
+        lines.forEach([this](Tokens& line, std::size_t length) { return takeLine(line, length); });
     }
 
     Result<Edits> getResult() {
@@ -186,7 +185,7 @@ Result<Edits> formatLines(const std::u16string& text, const LineOptions& options
     }
     ranges = mergeRanges(std::move(ranges));
     LineRun run(text, makeSettings(options), ranges, suppression);
-    run.run(ca::lexer::lex(text));
+    run.run(LineOutlines(text));
     return run.getResult();
 }
 

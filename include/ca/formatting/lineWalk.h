@@ -46,7 +46,8 @@ void forEachLine(Iterator begin, Iterator end, Visit visit) {
 }
 
 /// True for a token that changes the nesting wherever it is in its line. Of the other tokens, the steps below
-/// look only at the first two and the last two of a line, which are of the last three before one is removed.
+/// look only at the first two and the last two of a line, which are among the last three before one is
+/// removed.
 inline bool changesNesting(ca::lexer::TokenType type) {
     using enum ca::lexer::TokenType;
     switch (type) {
@@ -76,31 +77,38 @@ inline bool changesNesting(ca::lexer::TokenType type) {
     }
 }
 
-/// Calls `visit(line, length)` with the outline of each line: the tokens that the steps look at, moved to a
-/// scratch list, and the length of the whole line in 16-bit characters. For callers who don't need the rest
-/// of the line, which is most of it. Stops when `visit` returns false.
-template <class Visit>
-void forEachOutline(std::vector<ca::lexer::Token>& tokens, Visit visit) {
-    std::vector<ca::lexer::Token> line;
-    for (std::size_t begin = 0, end = 0; begin != tokens.size(); begin = end) {
-        std::size_t length = 0;
-        bool isLineEnd = false;
-        while (end != tokens.size() && !isLineEnd) {
-            length += tokens[end].lexeme.size();
-            isLineEnd = endsLine(tokens[end].type);
-            ++end;
+/// LegacyFormatter::checkForFunctionEnds() one token at a time.
+class FunctionEndFinder {
+public:
+    /// The formatter has to outlive the finder.
+    explicit FunctionEndFinder(const LegacyFormatter& formatter) : formatter(formatter) {}
+
+    /// True if this token is an `End` that closes a function.
+    bool isFunctionEnd(ca::lexer::TokenType type) {
+        using enum ca::lexer::TokenType;
+        if (formatter.isAnOpeningKeyword(type)) {
+            open.push_back(type);
+            return false;
         }
-        line.clear();
-        for (std::size_t index = begin; index != end; ++index) {
-            if (index < begin + 2 || index + 3 >= end || changesNesting(tokens[index].type)) {
-                line.push_back(std::move(tokens[index]));
-            }
+        if (open.empty() || !closesTop(type)) {
+            return false;
         }
-        if (!visit(line, length)) {
-            return;
-        }
+        const bool isFunction = type == End && open.back() == Function;
+        open.pop_back();
+        return isFunction;
     }
-}
+
+private:
+    /// Stricter about brackets than trackIndentationCausedByLine(): each kind closes only its own.
+    bool closesTop(ca::lexer::TokenType type) const {
+        using enum ca::lexer::TokenType;
+        return type == End || (type == CloseBrace && open.back() == OpenBrace) ||
+               (type == CloseSquareBracket && open.back() == OpenSquareBracket);
+    }
+
+    const LegacyFormatter& formatter;
+    std::vector<ca::lexer::TokenType> open;
+};
 
 /// Where a line is, as seen from the lines that are to be changed.
 enum class LinePlace {

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <ca/lexer/Token.h>
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace ca::lexer {
+
+class Lexer;
+
+/// A token without its text. The tokens of a text follow each other without a gap, so the lengths tell where
+/// each of them is.
+struct TokenSpan {
+    TokenType type;
+    std::size_t length; ///< in 16-bit characters
+};
+
+/// Delivers the tokens of lex() a line at a time, for callers who need few of them: it costs neither a list
+/// of all tokens nor a copy of their text.
+///
+/// One object reads one text once, on one thread.
+class OMBREL_HOST_API LineTokenizer {
+public:
+    /// The text has to outlive the tokenizer.
+    explicit LineTokenizer(const std::u16string& text);
+    ~LineTokenizer();
+    LineTokenizer(const LineTokenizer&) = delete;
+    LineTokenizer& operator=(const LineTokenizer&) = delete;
+
+    /// The tokens of the next line with its line end, or with the end of the text, which ends the last line;
+    /// after that, nothing. Valid until the next call. A text that ends in a line end has a last line that
+    /// holds only `EndOfInput`. Throws std::bad_alloc and nothing else.
+    std::span<const TokenSpan> next();
+
+private:
+    std::unique_ptr<Lexer> lexer;
+};
+
+} // namespace ca::lexer
