@@ -174,5 +174,7 @@ TEST(TreeFormatter, FormatsLongChainsAndRefusesDeepNesting) {
         for (const std::u16string& text : endless) {
             EXPECT_FALSE(formatText(text, options).empty()) << showGoldenText(text.substr(0, 20));
         }
+        const ca::formatting::FormatTree deepest(u"x = " + repeat(u"(", 500) + u"1" + repeat(u")", 500));
+        EXPECT_GT(deepest.dumpTextTree().size(), 500U * 500U);
     });
 }

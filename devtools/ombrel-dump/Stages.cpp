@@ -3,6 +3,7 @@
 #include "OptionsDump.h"
 #include "SyntaxDump.h"
 
+#include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 #include <ca/lexer/lex.h>
 #include <entry/FormattingExplorerBridgeImpl.h>
@@ -35,7 +36,11 @@ void printTokens(std::ostream& stream, const StageInput& input) {
 
 template <std::u16string (ca::formatting::FormatTree::*dump)() const>
 void printTree(std::ostream& stream, const StageInput& input) {
-    stream << encodeLossy((ca::formatting::FormatTree(input.text).*dump)());
+    const std::u16string text = (ca::formatting::FormatTree(input.text).*dump)();
+    LineSplitter lines(text); // a dump can be large: it is encoded line by line
+    while (const auto line = lines.getNext()) {
+        stream << encodeLossy(line->content) << encodeLossy(line->end);
+    }
 }
 
 void printSyntax(std::ostream& stream, const StageInput& input) {

@@ -14,7 +14,8 @@ namespace ca::formatting {
 ///     gap     "" |
 ///     b      "b" -+
 ///
-/// Rows may differ in length until padRows() has run.
+/// Rows may differ in length until padRows() has run. Memory is proportional to the number of rows and
+/// brackets: the cells of a bracket, and the empty ones, exist only in the text.
 class DebugTable {
 public:
     using Row = std::vector<std::u16string>;
@@ -25,6 +26,9 @@ public:
 
     /// Adds copies of all rows of another table at the bottom.
     void appendRows(const DebugTable& other);
+
+    /// The same without copying.
+    void appendRows(DebugTable&& other);
 
     /// Appends empty cells until all rows are as long as the longest one.
     void padRows();
@@ -37,8 +41,23 @@ public:
     std::u16string toString() const;
 
 private:
+    /// What stands in one column, from row `first` to row `last`.
+    struct Bracket {
+        std::size_t column;
+        std::size_t first;
+        std::size_t last;
+        std::u16string label;
+
+        std::u16string getCell(std::size_t row) const;
+    };
+    using Columns = std::vector<std::vector<const Bracket*>>; ///< in each, brackets by rows
+
+    Columns sortBrackets() const;
+    std::vector<std::size_t> measureColumns() const;
+
     std::vector<Row> rows;
-    std::size_t columnCount = 0; ///< valid after padRows()
+    std::vector<Bracket> brackets;
+    std::size_t columnCount = 0; ///< length of the longest row
 };
 
 } // namespace ca::formatting
