@@ -88,7 +88,7 @@ TEST(GitDiffText, LinesOfCodeAreNeverTakenForHeaders) {
 
 TEST(RunProcess, ExchangesMuchTextInBothDirections) {
     const std::vector<std::string> environment{"PATH=/usr/bin:/bin", "X=5"};
-    constexpr std::chrono::minutes minute{1};
+    const ombrel::ProcessLimits minute{std::chrono::minutes(1)};
     const std::string much(5'000'000, 'x');
     const auto echo = runProcess({"sh", "-c", "tee /dev/fd/2; exit $X"}, environment, much, minute);
     EXPECT_EQ(echo.status, 5);
@@ -98,7 +98,7 @@ TEST(RunProcess, ExchangesMuchTextInBothDirections) {
     EXPECT_EQ(runProcess({"sh", "-c", "kill -9 $$"}, environment, much, minute).status, 137);
     EXPECT_THROW(runProcess({"no-such-program"}, environment, "", minute), std::system_error);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_THROW(runProcess({"sleep", "50"}, environment, "", std::chrono::milliseconds(20)),
+    EXPECT_THROW(runProcess({"sleep", "50"}, environment, "", {std::chrono::milliseconds(20)}),
                  std::system_error);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
 }

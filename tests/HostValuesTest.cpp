@@ -5,7 +5,9 @@
 
 #include <iomanip>
 #include <sstream>
+#include <thread>
 #include <unordered_set>
+#include <vector>
 
 using ca::config::ConfigIssue;
 using ca::config::ConfigPosition;
@@ -26,6 +28,14 @@ ConfigIssue makeIssue(std::u16string text, std::uint32_t line) {
     const resource_core::BaseMsgID message{{std::move(text)}, "catalog", "key"};
     return ConfigIssue(std::make_shared<resource_core::BaseMsgID>(message), Severity::Error, std::nullopt,
                        ConfigPosition(line, 1), std::nullopt);
+}
+
+/// For the thread sanitizer: nothing is filled at the first use.
+TEST(HostValues, NumbersCanBeWrittenOnSeveralThreadsAtOnce) {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([] { EXPECT_EQ(write(1.5, u' ', true), u"1.5 1"); });
+    }
 }
 
 } // namespace

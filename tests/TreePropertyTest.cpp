@@ -10,6 +10,7 @@
 #include "support/TreeProperties.h"
 
 #include <ca/Analyzer.h>
+#include <tree/FormatTree.h>
 
 #include <gtest/gtest.h>
 

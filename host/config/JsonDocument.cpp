@@ -118,7 +118,7 @@ SyntaxFault nameFault(std::u16string_view text, const rapidjson::ParseResult& re
 
 /// Has the reader go through the text. Empty if it came to the end.
 std::optional<SyntaxFault> read(JsonInput& input, JsonBuilder& builder) {
-    rapidjson::GenericReader<JsonEncoding, JsonEncoding> reader;
+    rapidjson::GenericReader<JsonEncoding, JsonEncoding, JsonAllocator> reader;
     try {
         const rapidjson::ParseResult result = reader.Parse<readerFlags>(input, builder);
         if (builder.getRefusal()) {

@@ -1,6 +1,7 @@
 #include "fl/i18n/facet.h"
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 
 using Ctype16 = std::ctype<char16_t>;
@@ -137,11 +138,24 @@ private:
     }
 };
 
+/// The standard library keeps what it needs to format numbers in tables of the locale and its facets, which
+/// the first use fills without a lock. They are filled here, before any other thread has the locale.
+void fillTables(const std::locale& locale) {
+    std::basic_ostringstream<char16_t> stream;
+    stream.imbue(locale);
+    stream << 0 << 0.0;
+}
+
+std::locale* makeLocale() {
+    auto* locale = new std::locale(std::locale(std::locale::classic(), new Ctype16), new WideNumbers);
+    fillTables(*locale);
+    return locale;
+}
+
 } // namespace
 
 const std::locale& get_global_std_locale() {
-    static const auto& locale =
-        *new std::locale(std::locale(std::locale::classic(), new Ctype16), new WideNumbers);
+    static const auto& locale = *makeLocale();
     return locale;
 }
 

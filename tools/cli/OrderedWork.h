@@ -4,9 +4,10 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <exception>
 #include <functional>
-#include <future>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <stop_token>
 #include <system_error>
@@ -49,20 +50,38 @@ public:
             return work(handedOut++);
         }
         std::unique_lock lock(mutex);
-        std::future<Result>& slot = getSlot(handedOut);
-        while (!isResultThere.wait_for(lock, std::chrono::milliseconds(100), [&] { return slot.valid(); })) {
+        Slot& slot = getSlot(handedOut);
+        while (
+            !isResultThere.wait_for(lock, std::chrono::milliseconds(100), [&] { return slot.isReady(); })) {
             lock.unlock();
             onWait();
             lock.lock();
         }
-        std::future<Result> result = std::move(slot);
+        Slot done;
+        done.swap(slot);
         ++handedOut;
         lock.unlock();
         isRoomThere.notify_one();
-        return result.get();
+        if (done.fault) {
+            std::rethrow_exception(done.fault);
+        }
+        return std::move(done.result);
     }
 
 private:
+    /// What became of one index. It is made without allocating memory, so that a thread that has none left
+    /// can say so.
+    struct Slot {
+        std::optional<Result> result;
+        std::exception_ptr fault;
+
+        bool isReady() const { return result || fault; }
+        void swap(Slot& other) {
+            result.swap(other.result);
+            fault.swap(other.fault);
+        }
+    };
+
     /// Starts fewer, or none, if the system refuses more.
     void startThreads(std::size_t threadCount) {
         try {
@@ -70,18 +89,26 @@ private:
                 threads.emplace_back([this](const std::stop_token& stop) { workUntil(stop); });
             }
         } catch (const std::system_error&) {
+        } catch (const std::bad_alloc&) {
         }
     }
 
-    std::future<Result>& getSlot(std::size_t index) { return slots[index % slots.size()]; }
+    Slot& getSlot(std::size_t index) { return slots[index % slots.size()]; }
 
     void workUntil(const std::stop_token& stop) {
         while (const auto index = takeIndex(stop)) {
-            std::packaged_task<Result()> task([&] { return work(*index); });
-            task();
+            Slot done = compute(*index);
             const std::lock_guard lock(mutex);
-            getSlot(*index) = task.get_future();
+            getSlot(*index).swap(done);
             isResultThere.notify_one();
+        }
+    }
+
+    Slot compute(std::size_t index) const {
+        try {
+            return {work(index), nullptr};
+        } catch (...) {
+            return {std::nullopt, std::current_exception()};
         }
     }
 
@@ -96,10 +123,10 @@ private:
 
     const std::function<Result(std::size_t)> work;
     const std::size_t count;
-    std::size_t taken = 0;                  ///< indices that threads have started
-    std::size_t handedOut = 0;              ///< results that were returned
-    std::vector<std::future<Result>> slots; ///< results that are ready, by index modulo size; not valid: none
-    std::mutex mutex;                       ///< guards taken, handedOut and slots
+    std::size_t taken = 0;     ///< indices that threads have started
+    std::size_t handedOut = 0; ///< results that were returned
+    std::vector<Slot> slots;   ///< what is ready, by index modulo size
+    std::mutex mutex;          ///< guards taken, handedOut and slots
     std::condition_variable_any isRoomThere;
     std::condition_variable_any isResultThere;
     std::vector<std::jthread> threads; ///< last, so that they end before what they use

@@ -18,6 +18,9 @@ ReporterSet::ReporterSet(const Arguments& arguments, Console& console, FileSyste
 
 void ReporterSet::open(const ReporterChoice& choice) {
     auto buffer = choice.file.empty() ? nullptr : std::make_unique<std::ostringstream>();
+    if (buffer) {
+        buffer->exceptions(std::ios::badbit); // where memory runs out
+    }
     auto reporter = makeReporter(choice.kind, buffer ? *buffer : console.out);
     reports.push_back({choice, std::move(buffer), std::move(reporter)});
 }

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
+#include <string_view>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -68,6 +70,20 @@ ExitStatus runProgram(int argc, char** argv) {
     return run(arguments, console, files);
 }
 
+/// Where memory runs out in a destructor of a library, say, nothing can be thrown. No file is half written
+/// then: replacements are renamed as a whole.
+[[noreturn]] void endWithoutMemory() {
+    try {
+        std::rethrow_exception(std::current_exception());
+    } catch (const std::bad_alloc&) {
+        constexpr std::string_view message = "ombrel-format: error: not enough memory [out-of-memory]\n";
+        [[maybe_unused]] const auto written = ::write(STDERR_FILENO, message.data(), message.size());
+        ::_exit(static_cast<int>(ExitStatus::Refused));
+    } catch (...) {
+        std::abort();
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -76,6 +92,7 @@ int main(int argc, char** argv) {
     std::cerr.tie(nullptr);
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
+    std::set_terminate(endWithoutMemory);
     handleInterruptions();
     tuneMemory();
     try {

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -20,8 +19,7 @@ constexpr std::uint64_t maximalSize = 1 << 20; // bytes of one ignore file
 
 Exclusion::Exclusion(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored)
     : files(files), ignored(ignored), honorsGitignore(options.honorsGitignore) {
-    std::error_code error;
-    currentFolder = std::filesystem::current_path(error);
+    currentFolder = getCurrentFolder();
     for (const std::string& pattern : options.patterns) {
         commandLine.add(pattern);
     }

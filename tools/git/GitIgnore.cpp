@@ -4,7 +4,6 @@
 #include "git/GitProcess.h"
 #include "text/ListSplitter.h"
 
-#include <filesystem>
 #include <utility>
 
 #include <fmt/format.h>
@@ -49,13 +48,13 @@ const GitIgnore::Paths& GitIgnore::getIgnored(const std::string& repository) {
         const ProcessResult answer = runGit(makeWords(repository, getScopeIn(repository)),
                                             makeGitEnvironment(RepositoryChoice::Folder));
         if (answer.status != 0) {
-            failures.push_back(repository);
+            failures.emplace_back(repository, "");
         }
         for (std::string& name : splitList(answer.out, '\0')) {
             known->second.insert(std::move(name));
         }
-    } catch (const GitError&) {
-        failures.push_back(repository);
+    } catch (const GitError& error) {
+        failures.emplace_back(repository, fmt::format(": {}", error.what()));
     }
     return known->second;
 }
@@ -67,12 +66,11 @@ bool GitIgnore::isIgnored(const std::string& repository, const std::string& path
 }
 
 std::vector<std::string> GitIgnore::getWarnings() const {
-    std::error_code error;
-    const std::string currentFolder = std::filesystem::current_path(error);
+    const std::string currentFolder = getCurrentFolder();
     std::vector<std::string> warnings;
-    for (const std::string& repository : failures) {
-        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is",
-                                       getShortPath(currentFolder, repository)));
+    for (const auto& [repository, reason] : failures) {
+        warnings.push_back(fmt::format("git can't say what is ignored in {}, so nothing is{}",
+                                       getShortPath(currentFolder, repository), reason));
     }
     return warnings;
 }

@@ -26,7 +26,8 @@ private:
 
     std::vector<std::string> scope;
     std::unordered_map<std::string, Paths> repositories;
-    std::vector<std::string> failures; ///< repositories for which git failed
+    std::vector<std::pair<std::string, std::string>>
+        failures; ///< repositories for which git failed, and what it said
 };
 
 } // namespace ombrel

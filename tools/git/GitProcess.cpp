@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <filesystem>
 #include <system_error>
 
 #include <fmt/format.h>
@@ -42,6 +43,7 @@ namespace ombrel {
 namespace {
 
 constexpr std::chrono::seconds timeLimit{60};
+constexpr std::chrono::seconds patience{1}; // longer than git takes for all but the largest repositories
 
 /// Of git's variables these are kept, besides those that configure it for one call (GIT_CONFIG_...): where
 /// git itself is, and how far it looks for a repository.
@@ -67,6 +69,42 @@ bool isKept(std::string_view name, RepositoryChoice choice) {
         return std::find(names.begin(), names.end(), name) != names.end();
     };
     return contains(keptAlways) || (choice == RepositoryChoice::Environment && contains(keptForRepository));
+}
+
+namespace fs = std::filesystem;
+
+/// The top of the work tree that a folder is in; the folder itself if it is in none.
+fs::path findTop(const std::string& folder) {
+    std::error_code error;
+    const fs::path start = fs::canonical(folder, error);
+    for (fs::path top = start; top != top.parent_path(); top = top.parent_path()) {
+        if (fs::exists(top / ".git", error)) {
+            return top;
+        }
+    }
+    return start;
+}
+
+/// Whether git would open it, and then wait without an end.
+bool isTrap(const fs::directory_entry& entry) {
+    std::error_code error;
+    const fs::path name = entry.path().filename();
+    const bool isRead = name == ".gitignore" || name == ".gitattributes" || name == ".gitmodules" ||
+                        entry.path().native().find("/.git/") != std::string::npos;
+    return isRead && (entry.is_fifo(error) || entry.is_character_file(error));
+}
+
+/// Throws GitError with the name of the first pipe or device that git may be waiting for.
+void refuseTraps(const std::string& folder) {
+    const fs::path top = findTop(folder);
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(top, fs::directory_options::skip_permission_denied, error);
+         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (isTrap(*entry)) {
+            throw GitError(fmt::format("git would wait for {}, which is no regular file",
+                                       getPrintableName(entry->path().lexically_relative(top).string())));
+        }
+    }
 }
 
 } // namespace
@@ -96,7 +134,8 @@ ProcessResult runGit(const std::vector<std::string>& words, const std::vector<st
         "-c",  "protocol.allow=never", "-c", "credential.helper=",   "-c", "safe.bareRepository=explicit"};
     all.insert(all.end(), words.begin(), words.end());
     try {
-        return runProcess(all, environment, input, timeLimit);
+        const std::string folder = words.size() > 1 && words.front() == "-C" ? words[1] : ".";
+        return runProcess(all, environment, input, {timeLimit, patience, [&] { refuseTraps(folder); }});
     } catch (const std::system_error& error) {
         if (error.code() == std::errc::no_such_file_or_directory) {
             throw GitError("git isn't installed");

@@ -29,7 +29,8 @@ std::vector<std::string> makeGitEnvironment(RepositoryChoice choice);
 
 /// Runs git with an environment made by makeGitEnvironment(): the only place where git is started. `words`
 /// starts with options of git itself or with its command. No program that a repository configures is run.
-/// Throws GitError if git can't be started, or if it takes longer than a minute; it is killed then.
+/// Throws GitError if git can't be started, if it takes longer than a minute, and if it takes longer than a
+/// second where a pipe has the place of a file that git reads; it is killed then.
 ProcessResult runGit(const std::vector<std::string>& words, const std::vector<std::string>& environment,
                      std::string_view input = {});
 

@@ -129,9 +129,35 @@ int getMillisecondsUntil(Clock::time_point end) {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(rest.count(), 0));
 }
 
+/// The other program while it runs. It is killed if it is left before its end.
+class Running {
+public:
+    explicit Running(pid_t process) : process(process) {}
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() {
+        if (process != 0) {
+            ::kill(process, SIGKILL);
+            ::waitpid(process, nullptr, 0);
+        }
+    }
+
+    int wait() {
+        int status = 0;
+        while (::waitpid(process, &status, 0) < 0) {
+            check(errno == EINTR ? 0 : errno, "can't wait for a process");
+        }
+        process = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+private:
+    pid_t process;
+};
+
 /// Serves all three ends as they get ready, so that neither side waits for the other. False if that isn't
 /// over at this time.
-bool exchange(End& in, std::string_view input, End& out, End& err, Clock::time_point deadline,
+bool exchange(End& in, std::string_view& input, End& out, End& err, Clock::time_point deadline,
               ProcessResult& result) {
     while (in.get() >= 0 || out.get() >= 0 || err.get() >= 0) {
         std::array<pollfd, 3> ends{{{in.get(), POLLOUT, 0}, {out.get(), POLLIN, 0}, {err.get(), POLLIN, 0}}};
@@ -156,14 +182,6 @@ bool exchange(End& in, std::string_view input, End& out, End& err, Clock::time_p
     return true;
 }
 
-int waitFor(pid_t process) {
-    int status = 0;
-    while (::waitpid(process, &status, 0) < 0) {
-        check(errno == EINTR ? 0 : errno, "can't wait for a process");
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
 } // namespace
 
 std::vector<std::string> getEnvironment() {
@@ -175,8 +193,8 @@ std::vector<std::string> getEnvironment() {
 }
 
 ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
-                         std::string_view input, std::chrono::milliseconds timeLimit) {
-    const Clock::time_point deadline = Clock::now() + timeLimit;
+                         std::string_view input, const ProcessLimits& limits) {
+    const Clock::time_point start = Clock::now();
     Channel in = makeInput();
     Channel out = makeOutput();
     Channel err = makeOutput();
@@ -194,16 +212,19 @@ ProcessResult runProcess(const std::vector<std::string>& words, const std::vecto
     check(::posix_spawnp(&process, words.front().c_str(), actions.get(), nullptr, getPointers(words).data(),
                          getPointers(environment).data()),
           words.front().c_str());
+    Running running(process);
     in.theirs.close();
     out.theirs.close();
     err.theirs.close();
     ProcessResult result{};
-    const bool isOver = exchange(in.ours, input, out.ours, err.ours, deadline, result);
-    if (!isOver) {
-        ::kill(process, SIGKILL);
+    const auto serveUntil = [&](Clock::time_point deadline) {
+        return exchange(in.ours, input, out.ours, err.ours, deadline, result);
+    };
+    if (!serveUntil(start + limits.patience)) {
+        limits.onSlow();
+        check(serveUntil(start + limits.timeLimit) ? 0 : ETIMEDOUT, words.front().c_str());
     }
-    result.status = waitFor(process);
-    check(isOver ? 0 : ETIMEDOUT, words.front().c_str());
+    result.status = running.wait();
     return result;
 }
 

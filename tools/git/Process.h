@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,13 @@ struct ProcessResult {
 /// Our own environment: lines NAME=VALUE.
 std::vector<std::string> getEnvironment();
 
+/// How long a program may take.
+struct ProcessLimits {
+    std::chrono::milliseconds timeLimit;            ///< the program is killed then
+    std::chrono::milliseconds patience = timeLimit; ///< `onSlow` is called then, once
+    std::function<void()> onSlow = [] {};           ///< what it throws is passed on; the program is killed
+};
+
 /// Runs a program found on the PATH, without a shell: feeds it `input` (nothing: the null device, never our
 /// own standard input), and reads what it writes until it ends, however much of both there is. `words` are
 /// its arguments, its name the first of them; `environment` has lines NAME=VALUE.
@@ -25,6 +33,6 @@ std::vector<std::string> getEnvironment();
 /// with timed_out if it hasn't ended within the time limit; it is killed then. May be called on several
 /// threads at once.
 ProcessResult runProcess(const std::vector<std::string>& words, const std::vector<std::string>& environment,
-                         std::string_view input, std::chrono::milliseconds timeLimit);
+                         std::string_view input, const ProcessLimits& limits);
 
 } // namespace ombrel

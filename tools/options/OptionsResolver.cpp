@@ -27,11 +27,6 @@ bool isTop(const std::string& folder) {
     return folder == getFolder(folder);
 }
 
-std::string getCurrentFolder() {
-    std::error_code error;
-    return fs::current_path(error).string();
-}
-
 /// Empty if the file can't be read, or is a link to one of another name, which may hold anything.
 std::string readText(FileSystem& files, const std::string& path) {
     std::error_code error;
