@@ -44,15 +44,35 @@ std::optional<std::uint32_t> parseNumber(std::string_view text) {
     return number;
 }
 
-LineRange parseRange(const std::string& text) {
-    const std::size_t colon = std::min(text.find(':'), text.size());
-    const auto first = parseNumber(std::string_view(text).substr(0, colon));
-    const auto last = parseNumber(std::string_view(text).substr(std::min(colon + 1, text.size())));
+/// Two numbers from 1 on with `separator` between them, the first not above the second.
+std::optional<std::pair<std::uint32_t, std::uint32_t>> parsePair(std::string_view text, char separator) {
+    const std::size_t middle = std::min(text.find(separator), text.size());
+    const auto first = parseNumber(text.substr(0, middle));
+    const auto last = parseNumber(text.substr(std::min(middle + 1, text.size())));
     if (!first || !last || *first == 0 || *first > *last) {
+        return std::nullopt;
+    }
+    return std::pair(*first, *last);
+}
+
+LineRange parseRange(const std::string& text) {
+    const auto pair = parsePair(text, ':');
+    if (!pair) {
         throw CLI::ValidationError(fmt::format(
             "--lines {}: expected A:B, two line numbers from 1 to {} with A not above B", text, largestLine));
     }
-    return {*first, *last};
+    return {pair->first, pair->second};
+}
+
+Shard parseShard(const std::string& text) {
+    constexpr std::uint32_t mostShards = 10000;
+    const auto pair = parsePair(text, '/');
+    if (!pair || pair->second > mostShards) {
+        throw CLI::ValidationError(
+            fmt::format("--shard {}: expected K/N, shard K of N, with K from 1 to N and N from 1 to {}", text,
+                        mostShards));
+    }
+    return {pair->first, pair->second};
 }
 
 /// `shownDefault` is for the help text; empty: the number that is in `target`.
@@ -169,6 +189,10 @@ void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& pat
     app.add_flag_callback(
         "--no-gitignore", [&options] { options.honorsGitignore = false; },
         "Format files that git ignores too");
+    app.add_option_function<std::string>(
+           "--shard", [&options](const std::string& text) { options.shard = parseShard(text); },
+           "Format one of N parts of the files, chosen by their paths; together the N runs format all")
+        ->type_name("K/N");
     app.add_flag("--force-exclude", options.forcesExclusion, "Leave out named files and folders too");
     app.add_flag("--list-files", options.listsOnly,
                  "Print which files would be formatted or left out and why, and stop");
@@ -209,6 +233,8 @@ void addGeneralOptions(CLI::App& app, Arguments& arguments) {
     addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
               "all cores");
     addReporterOption(app, arguments.reporters);
+    app.add_flag("--merge-reports", arguments.mergesReports,
+                 "Report what several runs have reported: PATHs are reports of --reporter json");
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Report what was done with each file");
     app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
@@ -291,6 +317,21 @@ Result<void> checkChanges(const Arguments& arguments) {
         return refuse(
             "--since and --staged need files and folders: they can't be combined with standard input "
             "or --files-from");
+    }
+    return {};
+}
+
+/// Whether the options can be combined with a shard, or with merging the reports of shards.
+Result<void> checkShards(const Arguments& arguments) {
+    if (arguments.search.shard.count > 1 &&
+        std::count(arguments.paths.begin(), arguments.paths.end(), "-") > 0) {
+        return refuse("--shard needs files and folders: standard input can't be divided");
+    }
+    const bool isOther = arguments.inPlace || arguments.diff || arguments.checkSyntax || arguments.init ||
+                         arguments.printConfig || arguments.changes.isAsked() || !arguments.lines.empty() ||
+                         !arguments.search.pathList.empty() || arguments.search.listsOnly;
+    if (arguments.mergesReports && isOther) {
+        return refuse("--merge-reports only reads reports: it can't be combined with other modes");
     }
     return {};
 }
@@ -403,6 +444,10 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
         arguments.paths.emplace_back(isFolderMeant ? "." : "-");
     }
     arguments.search.patterns = patterns.join(app);
+    if (const auto checked = checkShards(arguments); !checked) {
+        return fail(checked.error());
+    }
+    arguments.check = arguments.check || arguments.mergesReports;
     if (arguments.reporters.empty()) {
         arguments.reporters.push_back({ReporterKind::Human, {}});
     }

@@ -32,6 +32,7 @@ struct Arguments {
     bool verbose = false;
     bool printConfig = false;     ///< print the options that apply to the paths, and stop
     bool init = false;            ///< write a first options file, and stop
+    bool mergesReports = false;   ///< the paths are reports of other runs; reported as with `check`
     std::vector<LineRange> lines; ///< none: all lines
     OptionsRequest options;
     std::string stdinName = "<stdin>";

@@ -2,6 +2,7 @@
 
 #include "cli/ChangeRun.h"
 #include "cli/FileFormatter.h"
+#include "cli/MergeRun.h"
 #include "cli/OrderedWork.h"
 #include "cli/Progress.h"
 #include "cli/ReporterSet.h"
@@ -70,7 +71,7 @@ private:
         if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
             return refuse({Code::UsageError, "--lines needs exactly one file"});
         }
-        if (found.candidates.empty() && !arguments.search.allowsNoFiles) {
+        if (found.candidates.empty() && !found.hasOtherShards && !arguments.search.allowsNoFiles) {
             return refuse({Code::NoFiles, nothingToDo});
         }
         const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
@@ -287,6 +288,9 @@ ExitStatus runOnPaths(const Arguments& arguments, const ChangedLines& changedLin
 }
 
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
+    if (arguments.mergesReports) {
+        return mergeReports(arguments, console, files);
+    }
     return arguments.changes.isAsked() ? runOnChanges(arguments, console, files)
                                        : runOnPaths(arguments, {}, console, files);
 }

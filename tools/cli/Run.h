@@ -8,9 +8,9 @@
 
 namespace ombrel {
 
-/// Formats everything that the arguments name, or checks its syntax. A problem with one file doesn't stop
-/// the others; a failure to write results ends the run. Results and messages come in the order of
-/// the inputs, however many threads there are.
+/// Formats everything that the arguments name, checks its syntax, or merges reports. A problem with one file
+/// doesn't stop the others; a failure to write results ends the run. Results and messages come in the order
+/// of the inputs, however many threads there are.
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files);
 
 /// The same for exactly the paths of the arguments, whatever they say about changes. Of files in

@@ -54,6 +54,7 @@ enum class Code {
     InvalidValue,
     InvalidExtends,
     InvalidEditorConfig,
+    InvalidReport,
     GitFailed,
 
     UnsafeResult,

@@ -10,6 +10,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include <fmt/format.h>
+
 namespace ombrel {
 
 namespace {
@@ -77,7 +79,8 @@ public:
     /// `folders` are the real paths of the folders that were named.
     Search(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored,
            std::vector<std::string> folders)
-        : options(options), exclusion(options, files, ignored), folders(std::move(folders)) {}
+        : options(options), exclusion(options, files, ignored), shardNames(files),
+          folders(std::move(folders)) {}
 
     void addStandardInput() { add("-", Verdict::Taken, "named"); }
 
@@ -86,6 +89,7 @@ public:
         if (options.listsOnly && !fs::exists(path, error)) {
             refuse(path, path, "there is no such file");
         } else if (!isForcedOut(path, false)) {
+            start = currentFolder;
             take(path, getRealPath(path), "named");
         }
     }
@@ -96,6 +100,7 @@ public:
             return;
         }
         const std::string real = getRealPath(path);
+        start = real;
         exclusion.begin(real);
         walk(real, getShownFolder(path));
     }
@@ -179,19 +184,33 @@ private:
     }
 
     void take(const std::string& path, const std::string& real, const std::string& reason) {
-        if (taken.insert(real).second) {
-            add(path, Verdict::Taken, reason);
-        } else {
+        if (!taken.insert(real).second) {
             add(path, Verdict::Left, "taken before");
+        } else if (!isForOtherShard(path, real)) {
+            add(path, Verdict::Taken, reason);
         }
     }
 
     void refuse(const std::string& path, const std::string& real, const std::string& reason) {
-        if (unreadable.insert(real).second) {
-            add(path, Verdict::Unreadable, reason);
-        } else {
+        if (!unreadable.insert(real).second) {
             add(path, Verdict::Left, "reported before");
+        } else if (!isForOtherShard(path, real)) {
+            add(path, Verdict::Unreadable, reason);
         }
+    }
+
+    bool isForOtherShard(const std::string& path, const std::string& real) {
+        const Shard& shard = options.shard;
+        if (shard.count == 1) {
+            return false;
+        }
+        const std::uint32_t number = getShardNumber(shardNames.getName(real, start), shard.count);
+        if (number == shard.number) {
+            return false;
+        }
+        result.hasOtherShards = true;
+        add(path, Verdict::Left, fmt::format("in shard {}/{}", number, shard.count));
+        return true;
     }
 
     void add(const std::string& path, Verdict verdict, const std::string& reason) {
@@ -200,8 +219,11 @@ private:
 
     const SearchOptions& options;
     Exclusion exclusion;
+    ShardNames shardNames;
     std::vector<std::string> folders;
-    std::unordered_set<std::string> taken;      ///< real paths
+    const std::string currentFolder = getRealPath(".");
+    std::string start;                     ///< the named folder that is looked through, or the current one
+    std::unordered_set<std::string> taken; ///< real paths
     std::unordered_set<std::string> unreadable; ///< real paths too, where there are any
     SearchResult result;
 };

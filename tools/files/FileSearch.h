@@ -21,13 +21,15 @@ struct Candidate {
 struct SearchResult {
     std::vector<Candidate> candidates; ///< as named, within a folder by name, and no file taken twice
     bool hasFolder = false;            ///< a folder was among the paths
+    bool hasOtherShards = false;       ///< files were left to other shards
     std::vector<std::string> warnings; ///< sentences
 };
 
 /// Finds the files that a run formats: those of `paths` that are no folders, and below the folders everything
 /// named `*.omb` that nothing leaves out; `ignored` is asked once its scope is set. Symbolic links to folders
 /// are not followed, links to files only if these are in one of the folders in `paths`, and a `.git` is not
-/// entered. A path that doesn't exist is treated as a file.
+/// entered. A path that doesn't exist is treated as a file. If there are several shards, only files, and
+/// folders that can't be read, of the shard in the options are taken.
 SearchResult findFiles(const std::vector<std::string>& paths, const SearchOptions& options, FileSystem& files,
                        IgnoredFiles& ignored);
 

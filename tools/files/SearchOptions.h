@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/Shard.h"
+
 #include <string>
 #include <vector>
 
@@ -14,6 +16,7 @@ struct SearchOptions {
     bool honorsGitignore = true;
     bool forcesExclusion = false; ///< paths that are named can be left out too
     bool allowsNoFiles = false;
+    Shard shard;            ///< of the files that are found, the run takes those of this shard
     bool listsOnly = false; ///< say what would be taken and why, and stop
 };
 
