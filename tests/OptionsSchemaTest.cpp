@@ -105,14 +105,14 @@ TEST(StarterFile, ShowsEveryOptionWithItsDefault) {
     const ca::formatting::FormattingFactoryConfig factory(std::shared_ptr<ca::config::FactoryConfigSource>{});
     const auto getAnswers = [](const FormattingConfig& options) {
         const auto kind = FormattingConfig::ContainerKind::Inheritance;
-        return std::tuple(options.getEnabled(), options.getTrimUnnecessaryWhitespace(),
-                          options.getIndentationEnabled(), options.getFunctionIndentStyle(),
-                          options.getIndentCaseBlocks(), options.getIndentBlankLines(),
-                          options.getIndentCharacter(), options.getIndentWidth(),
-                          options.getLineBreakingEnabled(), options.getColumnLimit(),
-                          options.getLineBreakBehavior(kind), options.getSeparatorPlacement(kind));
+        return std::tuple(
+            options.getEnabled(), options.getTrimUnnecessaryWhitespace(), options.getFunctionIndentStyle(),
+            options.getIndentCaseBlocks(), options.getIndentBlankLines(), options.getIndentCharacter(),
+            options.getIndentWidth(), options.getLineBreakingEnabled(), options.getColumnLimit(),
+            options.getLineBreakBehavior(kind), options.getSeparatorPlacement(kind));
     };
     EXPECT_TRUE(config->getIssues().empty());
+    EXPECT_TRUE(config->getIndentationEnabled()); // the one default that differs from the library's
     EXPECT_TRUE(getAnswers(*config) == getAnswers(factory));
 }
 

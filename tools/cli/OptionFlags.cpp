@@ -15,6 +15,11 @@ namespace ombrel {
 
 namespace {
 
+/// --set changes exactly one option, and these flags what they say, whatever the engine.
+bool isForBothEngines(std::string_view flag) {
+    return flag == "--indent-size" || flag == "--use-tabs";
+}
+
 /// `given` is what the user wrote after the flag.
 void addSetting(OptionsRequest& request, const Option& option, const std::string& flag,
                 const std::string& given, const std::string& text) {
@@ -24,6 +29,7 @@ void addSetting(OptionsRequest& request, const Option& option, const std::string
     }
     CommandLineSetting& added = request.settings.emplace_back();
     added.flag = flag;
+    added.isForBothEngines = isForBothEngines(flag);
     added.setting.option = &option;
     added.setting.value = *std::move(value);
 }
@@ -35,7 +41,10 @@ std::string getTypeName(const Option& option) {
 std::string getHelp(const Option& option) {
     const std::string range =
         option.type == TreeOptionType::Number ? fmt::format(", {} to {}", option.low, option.high) : "";
-    return fmt::format("{}{} [{}]", option.description, range, option.factory);
+    const char* engine = option.section.empty() || isForBothEngines(option.flag) ? "" : " (line engine)";
+    const std::string factory =
+        option.type == TreeOptionType::Boolean ? "" : fmt::format(" [{}]", option.factory);
+    return fmt::format("{}{}{}{}", option.description, range, engine, factory);
 }
 
 /// Callbacks run in the order of the command line, so that later settings win.
@@ -43,7 +52,7 @@ void addFlag(CLI::App& app, OptionsRequest& request, const Option& option) {
     const std::string flag(option.flag);
     if (option.type == TreeOptionType::Boolean) {
         const auto store = [&request, &option, flag] { addSetting(request, option, flag, "", "true"); };
-        app.add_flag_callback(flag, store, std::string(option.description))->trigger_on_parse();
+        app.add_flag_callback(flag, store, getHelp(option))->trigger_on_parse();
         return;
     }
     const auto store = [&request, &option, flag](const std::string& text) {

@@ -104,7 +104,24 @@ private:
                            makeMessages(fault.problems, fault.text)});
         }
         warn(resolver.getWarnings());
+        if (faults.empty()) {
+            warnOfIneffectiveOptions();
+        }
         return faults.empty();
+    }
+
+    void warnOfIneffectiveOptions() {
+        const Color color = console.getErrColor(arguments.color);
+        for (const OptionsFault& remark :
+             arguments.quiet ? std::vector<OptionsFault>() : resolver.getIneffective()) {
+            for (const Message& message : makeMessages(remark.problems, remark.text)) {
+                if (remark.path.empty()) {
+                    printRunProblem(console.err, "ombrel-format", message.problem, color);
+                } else {
+                    printMessage(console.err, resolver.getShownPath(remark.path), message, color);
+                }
+            }
+        }
     }
 
     std::vector<std::string> getNames(const std::vector<Candidate>& candidates) const {

@@ -182,6 +182,15 @@ constexpr CodeInfo codes[] = {
      "A statement was left as it is.",
      "By its rules the tree formatter would have changed what the statement means.",
      "Nothing is wrong. Write the statement in another way if it should be formatted."},
+    {Code::OptionWithoutEffect, "option-without-effect", Family::Comments, Severity::Warning,
+     "An option does nothing.",
+     "The option belongs to the engine that isn't used, or another option has to be on for it.",
+     "The message names the option to set instead, or besides."},
+    {Code::LeftOut, "left-out", Family::Comments, Severity::Note, "A named file or folder was left out.",
+     "With --force-exclude, ignore files and --exclude apply to paths that are named too. What belongs to "
+     "git "
+     "is always left out.",
+     "Nothing is wrong. --list-files shows which rule decides."},
 };
 
 constexpr bool isInOrder() {
@@ -190,7 +199,7 @@ constexpr bool isInOrder() {
             return false;
         }
     }
-    return codes[std::size(codes) - 1].code == Code::KeptStatement;
+    return codes[std::size(codes) - 1].code == Code::LeftOut;
 }
 static_assert(isInOrder(), "each code needs its row, in the order of the enumeration");
 

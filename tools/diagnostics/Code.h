@@ -66,6 +66,8 @@ enum class Code {
     RepeatedSuppression,
     UselessSuppression,
     KeptStatement,
+    OptionWithoutEffect,
+    LeftOut,
 };
 
 /// Which part of the work a problem belongs to. Programs derive what they do about it: an exit status, say.
@@ -76,7 +78,7 @@ enum class Family {
     Usage,      ///< wrong options, unreadable files
     Safety,     ///< a fault of ours; nothing was written
     Writing,    ///< a result couldn't be written
-    Comments,   ///< comments to the formatter, statements that it left as they were
+    Comments,   ///< what was formatted all the same, or was not to be formatted
 };
 
 enum class Severity {

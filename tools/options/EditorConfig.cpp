@@ -1,5 +1,6 @@
 #include "options/EditorConfig.h"
 
+#include "options/IndentationFlags.h"
 #include "text/LineSplitter.h"
 
 #include <algorithm>
@@ -40,16 +41,15 @@ std::string getProperty(const Properties& properties, const char* name) {
     return found == properties.end() ? std::string() : found->second;
 }
 
-/// Tabs that make a level, as text: as many as fit into its columns, one at least.
-std::string countTabs(const Properties& properties) {
+/// Tabs that make a level, as text.
+std::string describeTabs(const Properties& properties) {
     const Option& size = *findOption("line.tabSize");
     const auto columns = parseValue(size, getProperty(properties, "indent_size"));
     const auto tab = parseValue(size, getProperty(properties, "tab_width"));
     if (!columns || !tab) {
         return "1";
     }
-    const double count = columns->getNumber() / tab->getNumber();
-    return fmt::format("{}", std::max(1, static_cast<int>(count)));
+    return std::to_string(countTabs(columns->getNumber(), tab->getNumber()));
 }
 
 class SettingList {
@@ -74,7 +74,7 @@ std::vector<Setting> makeSettings(const Properties& properties) {
         list.add("line.useTabs", style == "tab" ? "true" : "false");
         list.add("formatting.indentCharacter", style == "tab" ? "Tab" : "Space");
     }
-    list.add("formatting.indentWidth", style == "tab" ? countTabs(properties) : size);
+    list.add("formatting.indentWidth", style == "tab" ? describeTabs(properties) : size);
     list.add("formatting.columnLimit", getProperty(properties, "max_line_length"));
     return std::move(list.settings);
 }

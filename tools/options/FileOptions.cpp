@@ -16,22 +16,21 @@ using ca::formatting::legacy::BlankLineStyle;
 using ca::formatting::legacy::FunctionStyle;
 using ca::utils::JsonValue;
 
-JsonValue getValue(const OptionValues& values, std::string_view name) {
-    const Option& option = *findOption(name);
+JsonValue getValue(const OptionValues& values, const Option& option) {
     const JsonValue* value = values.get(option);
     return value == nullptr ? parseValue(option, option.factory).value() : *value;
 }
 
 bool getBoolean(const OptionValues& values, std::string_view name) {
-    return getValue(values, name).getBoolean();
+    return getValue(values, *findOption(name)).getBoolean();
 }
 
 std::uint32_t getNumber(const OptionValues& values, std::string_view name) {
-    return static_cast<std::uint32_t>(getValue(values, name).getNumber());
+    return static_cast<std::uint32_t>(getValue(values, *findOption(name)).getNumber());
 }
 
 std::u16string getWord(const OptionValues& values, std::string_view name) {
-    return getValue(values, name).getString();
+    return getValue(values, *findOption(name)).getString();
 }
 
 FunctionStyle getFunctionStyle(const std::u16string& word) {
@@ -48,12 +47,17 @@ BlankLineStyle getBlankLineStyle(const std::u16string& word) {
     return word == u"indent" ? BlankLineStyle::Indent : BlankLineStyle::Trim;
 }
 
+/// Whether the library would do something else without the option's value.
+bool isToBeSaid(const Option& option, const JsonValue* value) {
+    return option.section == ca::formatting::treeOptionSection &&
+           (value != nullptr || option.factory != ca::formatting::getTreeOption(option.key).factory);
+}
+
 std::u16string makeFormattingJson(const OptionValues& values) {
     std::vector<std::string> fields;
     for (const Option& option : getOptions()) {
-        const JsonValue* value = values.get(option);
-        if (option.section == "formatting" && value != nullptr) {
-            fields.push_back(fmt::format("\"{}\": {}", option.key, getJson(*value)));
+        if (isToBeSaid(option, values.get(option))) {
+            fields.push_back(fmt::format("\"{}\": {}", option.key, getJson(getValue(values, option))));
         }
     }
     return decodeLossy(fmt::format("{{\"formatting\": {{{}}}}}", fmt::join(fields, ", ")));

@@ -15,13 +15,15 @@ constexpr std::string_view functionStyles[] = {"all", "classic", "mixed"};
 constexpr std::string_view blankLines[] = {"trim", "ignore", "indent"};
 using enum TreeOptionType;
 
-/// An option of the tree formatter.
-constexpr Option makeTreeOption(std::string_view key, std::string_view description) {
+/// An option of the tree formatter. `factory` is for those that have another default here than in the
+/// library.
+constexpr Option makeTreeOption(std::string_view key, std::string_view description,
+                                std::string_view factory = {}) {
     const ca::formatting::TreeOption& option = ca::formatting::getTreeOption(key);
     return {ca::formatting::treeOptionSection,
             key,
             option.type,
-            option.factory,
+            factory.empty() ? option.factory : factory,
             description,
             "",
             option.words,
@@ -42,7 +44,7 @@ constexpr Option options[] = {
     makeTreeOption("enabled", "For hosts that format while people type; ombrel-format doesn't look at it"),
     makeTreeOption("trimUnnecessaryWhitespace",
                    "Remove spaces between tokens, or reduce them to one where one is needed"),
-    makeTreeOption("indentationEnabled", "Indent lines by their level"),
+    makeTreeOption("indentationEnabled", "Indent lines by their level", "true"),
     makeTreeOption("functionIndentStyle",
                    "Function bodies that are indented: none, those of nested functions, or all"),
     makeTreeOption("indentCaseBlocks", "Indent the cases of a switch by a level"),

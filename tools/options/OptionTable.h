@@ -16,6 +16,9 @@ using Construct = ca::formatting::TreeConstruct;
 /// One option of the program. What the library says about those of the tree formatter is in its own table;
 /// this one adds what people need to know. Reading, checking, help, schema and starter file all go by the
 /// table of these.
+///
+/// The library's tree formatter does nothing by default. Here indentation is on by default, since whoever
+/// chooses the tree engine expects a formatted file.
 struct Option {
     std::string_view section; ///< the object of the options file that it is in; empty for the top level
     std::string_view key;

@@ -1,6 +1,7 @@
 #include "options/OptionsResolver.h"
 
 #include "files/Paths.h"
+#include "options/IndentationFlags.h"
 #include "text/Printable.h"
 #include "text/TextEncoding.h"
 
@@ -40,6 +41,11 @@ std::string readText(FileSystem& files, const std::string& path) {
     }
 }
 
+bool hasOverrides(const std::vector<const OptionsLayer*>& layers) {
+    return std::any_of(layers.begin(), layers.end(),
+                       [](const OptionsLayer* layer) { return !layer->file.overrides.empty(); });
+}
+
 } // namespace
 
 OptionsResolver::OptionsResolver(const OptionsRequest& request, FileSystem& files)
@@ -47,15 +53,20 @@ OptionsResolver::OptionsResolver(const OptionsRequest& request, FileSystem& file
 
 std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string>& paths) {
     if (request.ignoresFiles) {
+        checkEffects({});
         return {};
     }
     std::unordered_set<std::string> folders;
     for (const std::string& path : paths) {
         const std::string absolute = getAbsolute(path);
         const std::string folder = getFolder(absolute);
-        if (folders.insert(folder).second) {
+        const bool isNew = folders.insert(folder).second;
+        if (isNew) {
             findLayers(folder, folder);
             prepareEditorConfig(absolute);
+        }
+        if (isNew || hasOverrides(layersByFolder.at(folder))) {
+            checkEffects(absolute);
         }
     }
     std::vector<OptionsFault> faults = options.getFaults();
@@ -65,22 +76,51 @@ std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string
 
 FileOptions OptionsResolver::resolve(const std::string& path) const {
     OptionValues values;
-    visitSettings(getAbsolute(path),
+    visitSettings(getAbsolute(path), Sources::All,
                   [&](const Setting& setting, const Origin&) { values.set(*setting.option, setting.value); });
     return makeFileOptions(values);
+}
+
+SettingsInForce OptionsResolver::collect(const std::string& absolutePath, Sources sources) const {
+    SettingsInForce settings;
+    for (const Option& option : getOptions()) {
+        settings.push_back({&option, parseValue(option, option.factory).value()});
+    }
+    visitSettings(absolutePath, sources, [&](const Setting& setting, const Origin& origin) {
+        settings[static_cast<std::size_t>(setting.option - getOptions().data())] = {
+            setting.option,    setting.value,     false,         setting.line, origin.layer,
+            origin.isOverride, origin.isFallback, origin.command};
+    });
+    return settings;
+}
+
+void OptionsResolver::checkEffects(const std::string& absolutePath) {
+    const auto layers = layersByFolder.find(getFolder(absolutePath));
+    const bool hasFile = layers != layersByFolder.end() && !layers->second.empty();
+    effects.add(collect(absolutePath, Sources::Own), hasFile ? layers->second.front() : nullptr);
+}
+
+std::vector<OptionsFault> OptionsResolver::getIneffective() const {
+    std::map<const OptionsLayer*, Problems> problems;
+    for (EffectCheck::Remark& remark : effects.getRemarks()) {
+        problems[remark.layer].push_back(std::move(remark.problem));
+    }
+    std::vector<OptionsFault> remarks;
+    for (auto& [layer, found] : problems) {
+        remarks.push_back({layer == nullptr ? "" : layer->path,
+                           layer == nullptr ? std::u16string() : layer->file.text, std::move(found)});
+    }
+    std::sort(remarks.begin(), remarks.end(),
+              [](const OptionsFault& a, const OptionsFault& b) { return a.path < b.path; });
+    return remarks;
 }
 
 std::vector<OptionInForce> OptionsResolver::explain(const std::string& path) const {
     const std::string absolute = getAbsolute(path);
     std::vector<OptionInForce> result;
-    for (const Option& option : getOptions()) {
-        result.push_back({&option, parseValue(option, option.factory).value(), "default"});
+    for (const SettingInForce& setting : collect(absolute, Sources::All)) {
+        result.push_back({setting.option, setting.value, describe(absolute, setting)});
     }
-    visitSettings(absolute, [&](const Setting& setting, const Origin& origin) {
-        OptionInForce& entry = result[static_cast<std::size_t>(setting.option - getOptions().data())];
-        entry.value = setting.value;
-        entry.origin = describe(absolute, setting, origin);
-    });
     return result;
 }
 
@@ -228,19 +268,39 @@ void OptionsResolver::visitLayer(const OptionsLayer& layer, const std::string& a
     }
 }
 
-void OptionsResolver::visitSettings(const std::string& absolutePath, const Visitor& visit) const {
+void OptionsResolver::visitSettings(const std::string& absolutePath, Sources sources,
+                                    const Visitor& visit) const {
+    IndentationFlags flags;
+    const Visitor visitNoted = [&](const Setting& setting, const Origin& origin) {
+        flags.note(setting);
+        visit(setting, origin);
+    };
     if (!request.ignoresFiles) {
-        visitFiles(absolutePath, visit);
+        visitFiles(absolutePath, sources, visitNoted);
     }
     for (const CommandLineSetting& command : request.settings) {
-        visit(command.setting, {nullptr, false, &command});
+        visitNoted(command.setting, {nullptr, false, &command});
+        for (const Setting& setting : flags.translate(command)) {
+            visit(setting, {nullptr, false, &command});
+        }
     }
 }
 
-void OptionsResolver::visitFiles(const std::string& absolutePath, const Visitor& visit) const {
-    const std::vector<Setting> editorConfig = getEditorConfigSettings(absolutePath);
+void OptionsResolver::visitFiles(const std::string& absolutePath, Sources sources,
+                                 const Visitor& visit) const {
     const Layers& layers = layersByFolder.at(getFolder(absolutePath));
-    if (editorConfig.empty() && layers.empty()) {
+    if (sources == Sources::All) {
+        visitBase(absolutePath, layers.empty(), visit);
+    }
+    std::for_each(layers.rbegin(), layers.rend(),
+                  [&](const OptionsLayer* layer) { visitLayer(*layer, absolutePath, visit); });
+}
+
+/// What is the base of all options files: .editorconfig, or what an editor says.
+void OptionsResolver::visitBase(const std::string& absolutePath, bool hasFallbacks,
+                                const Visitor& visit) const {
+    const std::vector<Setting> editorConfig = getEditorConfigSettings(absolutePath);
+    if (editorConfig.empty() && hasFallbacks) {
         for (const Setting& setting : request.fallbacks) {
             visit(setting, {.isFallback = true});
         }
@@ -248,23 +308,23 @@ void OptionsResolver::visitFiles(const std::string& absolutePath, const Visitor&
     for (const Setting& setting : editorConfig) {
         visit(setting, {});
     }
-    std::for_each(layers.rbegin(), layers.rend(),
-                  [&](const OptionsLayer* layer) { visitLayer(*layer, absolutePath, visit); });
 }
 
-std::string OptionsResolver::describe(const std::string& absolutePath, const Setting& setting,
-                                      const Origin& origin) const {
-    if (origin.command != nullptr) {
-        return origin.command->flag;
+std::string OptionsResolver::describe(const std::string& absolutePath, const SettingInForce& setting) const {
+    if (setting.isDefault) {
+        return "default";
     }
-    if (origin.isFallback) {
+    if (setting.command != nullptr) {
+        return setting.command->flag;
+    }
+    if (setting.isFallback) {
         return "the editor";
     }
-    if (origin.layer == nullptr) {
+    if (setting.layer == nullptr) {
         return describeEditorConfig(absolutePath, *setting.option);
     }
-    return fmt::format("{}:{}{}", getPrintableName(getShownPath(origin.layer->path)), setting.line,
-                       origin.isOverride ? ", an override" : "");
+    return fmt::format("{}:{}{}", getPrintableName(getShownPath(setting.layer->path)), setting.line,
+                       setting.isOverride ? ", an override" : "");
 }
 
 /// The library doesn't say which line of which file decides, but often there is only one.

@@ -2,9 +2,11 @@
 
 #include "files/FileSystem.h"
 #include "options/EditorConfig.h"
+#include "options/EffectCheck.h"
 #include "options/FileOptions.h"
 #include "options/OptionValue.h"
 #include "options/OptionsFileSet.h"
+#include "options/OptionsRequest.h"
 
 #include <functional>
 #include <optional>
@@ -18,20 +20,6 @@ namespace ombrel {
 inline constexpr std::string_view optionsFileName = ".ombrel-format.json";
 
 inline constexpr std::string_view editorConfigName = ".editorconfig";
-
-/// One option as the command line has it.
-struct CommandLineSetting {
-    Setting setting;
-    std::string flag; ///< that gave it: "--indent-size", "--set"
-};
-
-/// Where options come from, by the command line.
-struct OptionsRequest {
-    std::string file;                         ///< of --config; empty: the nearest to each source file
-    bool ignoresFiles = false;                ///< --no-config: neither options files nor .editorconfig
-    std::vector<CommandLineSetting> settings; ///< later ones win
-    std::vector<Setting> fallbacks = {};      ///< of an editor: for source files that no file has options for
-};
 
 /// An option, and who says so.
 struct OptionInForce {
@@ -66,7 +54,11 @@ public:
     /// sentences: in a folder that everybody can write to, such a file decides how others' files look.
     const std::vector<std::string>& getWarnings() const { return warnings; }
 
-    /// The same, one by one, in the order of the table.
+    /// Options that somebody set and that do nothing for any of the files prepared so far, as warnings: those
+    /// of the command line first, with an empty path, then one for each options file.
+    std::vector<OptionsFault> getIneffective() const;
+
+    /// The options for a file, one by one, in the order of the table.
     std::vector<OptionInForce> explain(const std::string& path) const;
 
     /// The options files that have been read, and those that they extend, by absolute paths.
@@ -81,6 +73,10 @@ private:
         bool isOverride = false;                     ///< of the layer
         const CommandLineSetting* command = nullptr; ///< null: not from the command line
         bool isFallback = false;                     ///< of the request
+    };
+    enum class Sources {
+        All,
+        Own, ///< options files and the command line, but not what other tools read or say too
     };
     using Visitor = std::function<void(const Setting&, const Origin&)>;
     using Layers = std::vector<const OptionsLayer*>;
@@ -100,10 +96,13 @@ private:
     void addEditorConfigFault(const std::string& path, std::u16string text, Problem problem);
     void warnIfForeign(const std::string& path, const std::string& sourceFolder);
     std::vector<Setting> getEditorConfigSettings(const std::string& absolutePath) const;
-    void visitSettings(const std::string& absolutePath, const Visitor& visit) const;
-    void visitFiles(const std::string& absolutePath, const Visitor& visit) const;
+    void visitSettings(const std::string& absolutePath, Sources sources, const Visitor& visit) const;
+    void visitFiles(const std::string& absolutePath, Sources sources, const Visitor& visit) const;
+    void visitBase(const std::string& absolutePath, bool hasFallbacks, const Visitor& visit) const;
     static void visitLayer(const OptionsLayer& layer, const std::string& absolutePath, const Visitor& visit);
-    std::string describe(const std::string& absolutePath, const Setting& setting, const Origin& origin) const;
+    SettingsInForce collect(const std::string& absolutePath, Sources sources) const;
+    void checkEffects(const std::string& absolutePath);
+    std::string describe(const std::string& absolutePath, const SettingInForce& setting) const;
     std::string describeEditorConfig(const std::string& absolutePath, const Option& option) const;
 
     const OptionsRequest& request;
@@ -114,6 +113,7 @@ private:
     std::unordered_map<std::string, std::optional<EditorConfigChain>> editorConfigs; ///< by folder
     std::vector<OptionsFault> editorConfigFaults;                                    ///< one for each file
     std::vector<std::string> warnings;
+    EffectCheck effects;
 };
 
 } // namespace ombrel
