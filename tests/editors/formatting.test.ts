@@ -1,0 +1,269 @@
+// Answers against what the command line makes of the same file with the same options files, and answers to questions that
+// can't be answered.
+
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import * as path from 'node:path';
+import { test } from 'node:test';
+import {
+    CancellationTokenSource,
+    DidChangeConfigurationNotification,
+    DocumentDiagnosticRequest,
+    DocumentFormattingRequest,
+    DocumentOnTypeFormattingRequest,
+    DocumentRangeFormattingRequest,
+    LSPErrorCodes,
+    ResponseError,
+    WillSaveTextDocumentWaitUntilRequest,
+    type Range,
+    type TextEdit,
+} from 'vscode-languageserver-protocol';
+
+import { Client, programs, sources } from './client';
+
+const examples = path.join(sources, 'examples');
+const format = { tabSize: 4, insertSpaces: true };
+
+/** Each value of each option is in one of them. */
+const optionSets: object[] = [
+    {},
+    { line: { functionStyle: 'classic', blankLines: 'indent' } },
+    { line: { functionStyle: 'mixed', useTabs: true } },
+    { line: { indentSize: 0, blankLines: 'ignore' } },
+    { line: { indentSize: 3, tabSize: 8, useTabs: true } },
+    { engine: 'tree', formatting: { indentationEnabled: true, functionIndentStyle: 'Classic', indentBlankLines: true } },
+    { engine: 'tree', formatting: { indentationEnabled: true, functionIndentStyle: 'IndentNested', indentCaseBlocks: false } },
+    { engine: 'tree', formatting: { trimUnnecessaryWhitespace: true, indentationEnabled: true, indentCharacter: 'Tab', indentWidth: 1 } },
+    { engine: 'tree', formatting: { lineBreakingEnabled: true, lineBreakBehavior: 'SeparateLines', indentationEnabled: true, indentWidth: 2 } },
+    { engine: 'tree', formatting: { lineBreakingEnabled: true, lineBreakBehavior: 'AllowSingleLine', columnLimit: 30 } },
+    { engine: 'tree', formatting: { lineBreakingEnabled: true, columnLimit: 20, separatorPlacement: 'EndOfLine', trimUnnecessaryWhitespace: true } },
+    { engine: 'tree', formatting: { enabled: false } },
+];
+
+function makeRoot(): string {
+    return mkdtempSync(path.join(tmpdir(), 'ombrel-editor-'));
+}
+
+function runFormatter(root: string, args: string[], input: string): string {
+    const run = spawnSync(path.join(programs, 'ombrel-format'), args, { cwd: root, input, maxBuffer: 1 << 28 });
+    assert.equal(run.status, 0, `${args.join(' ')}: ${run.stderr.toString()}`);
+    return run.stdout.toString();
+}
+
+function applyAnswer(client: Client, name: string, answer: TextEdit[] | ResponseError | null): string {
+    assert(Array.isArray(answer), `${name}: ${JSON.stringify(answer)}`);
+    assert.equal(client.get(name).findFault(answer), undefined, name);
+    return client.get(name).apply(answer);
+}
+
+async function withClient(root: string, action: (client: Client) => Promise<void>, settings?: object): Promise<void> {
+    const client = await Client.start({ root, ...(settings && { settings }) });
+    try {
+        await action(client);
+        assert.equal(await client.stop(), 0);
+    } finally {
+        client.server.kill();
+        rmSync(root, { recursive: true });
+    }
+}
+
+/** The whole text, and parts of it, and then a text that has nothing to format any more. */
+async function compareFile(client: Client, root: string, name: string, text: string): Promise<void> {
+    await client.open(name, text);
+    const document = client.get(name);
+    const expected = runFormatter(root, ['--stdin-filename', name, '-'], text);
+    assert.equal(applyAnswer(client, name, await client.format(name)), expected, name);
+    const last = document.getLines().length;
+    for (const [from, to] of [[1, 3], [Math.ceil(last / 3), Math.ceil(last / 2)]] as const) {
+        const range: Range = { start: { line: from - 1, character: 0 }, end: document.getPosition(to - 1, 10_000) };
+        const lines = runFormatter(root, ['--lines', `${from}:${to}`, '--stdin-filename', name, '-'], text);
+        const textDocument = { uri: client.getUri(name) };
+        const edits = await client.connection.sendRequest(DocumentRangeFormattingRequest.type, { textDocument, range, options: format });
+        assert.equal(applyAnswer(client, name, edits), lines, `${name}:${from}-${to}`);
+    }
+    await client.change(name, [{ text: expected }]);
+    const isStable = runFormatter(root, ['--stdin-filename', name, '-'], expected) === expected;
+    assert.equal(JSON.stringify(await client.format(name)) === '[]', isStable, name);
+    await client.close(name);
+}
+
+for (const options of optionSets) {
+    void test(`formats the examples as the command line does: ${JSON.stringify(options)}`, async () => {
+        const root = makeRoot();
+        writeFileSync(path.join(root, '.ombrel-format.json'), JSON.stringify(options));
+        await withClient(root, async (client) => {
+            const names = readdirSync(examples).filter((name) => name.endsWith('.omb'));
+            assert(names.length > 10);
+            for (const name of names) {
+                await compareFile(client, root, name, readFileSync(path.join(examples, name)).toString());
+            }
+        });
+    });
+}
+
+const slanted = '  if a\nx=1;\n end\n';
+
+void test('applies every kind of options file, and settings only where there is none', async () => {
+    const root = makeRoot();
+    const files: Record<string, string> = {
+        'json/.ombrel-format.json': '{"extends": "base.json", "overrides": [{"files": "b*", "line": {"indentSize": 1}}]}',
+        'json/base.json': '{"line": {"indentSize": 7}}',
+        'config/.editorconfig': 'root = true\n[*]\nindent_style = tab\ntab_width = 8\n',
+        'ignored/.ombrel-format-ignore': 'a.omb\n',
+    };
+    for (const [name, text] of Object.entries(files)) {
+        mkdirSync(path.join(root, path.dirname(name)), { recursive: true });
+        writeFileSync(path.join(root, name), text);
+    }
+    const body = { 'json/a.omb': ' '.repeat(7), 'json/b.omb': ' ', 'config/a.omb': '\t', 'ignored/b.omb': '  ', 'c.omb': '  ' };
+    await withClient(
+        root,
+        async (client) => {
+            for (const [name, indentation] of Object.entries(body)) {
+                await client.open(name, slanted);
+                assert.equal(applyAnswer(client, name, await client.format(name)), `if a\n${indentation}x=1;\nend\n`, name);
+            }
+            await client.open('ignored/a.omb', slanted);
+            assert.deepEqual(await client.format('ignored/a.omb'), []);
+            await client.connection.sendNotification(DidChangeConfigurationNotification.type, {
+                settings: { ombrel: { options: { line: { indentSize: 5 } } } },
+            });
+            assert.equal(applyAnswer(client, 'c.omb', await client.format('c.omb')), 'if a\n     x=1;\nend\n');
+        },
+        { options: { line: { indentSize: 2 } }, formatOnSave: true },
+    );
+});
+
+void test('applies what the editor says about tabs where nothing else does', async () => {
+    await withClient(makeRoot(), async (client) => {
+        await client.open('a.omb', slanted);
+        for (const [options, indentation] of [[{ tabSize: 3, insertSpaces: true }, '   '], [{ tabSize: 8, insertSpaces: false }, '\t']] as const) {
+            assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb', options)), `if a\n${indentation}x=1;\nend\n`);
+        }
+    });
+});
+
+void test('formats before saving if it is asked to', async () => {
+    for (const formatOnSave of [true, false]) {
+        await withClient(
+            makeRoot(),
+            async (client) => {
+                await client.open('a.omb', slanted);
+                const textDocument = { uri: client.getUri('a.omb') };
+                const edits = await client.connection.sendRequest(WillSaveTextDocumentWaitUntilRequest.type, { textDocument, reason: 1 });
+                const expected = formatOnSave ? 'if a\n    x=1;\nend\n' : slanted;
+                assert.equal(applyAnswer(client, 'a.omb', edits ?? []), expected);
+            },
+            { formatOnSave },
+        );
+    }
+});
+
+void test('indents the line just finished, and the new one', async () => {
+    await withClient(makeRoot(), async (client) => {
+        const type = async (text: string, ch: string) => {
+            await client.open('a.omb', text);
+            const position = client.get('a.omb').getPosition(client.get('a.omb').getLines().length - 1, 1000);
+            const textDocument = { uri: client.getUri('a.omb') };
+            const edits = await client.connection.sendRequest(DocumentOnTypeFormattingRequest.type, { textDocument, position, ch, options: format });
+            return applyAnswer(client, 'a.omb', edits);
+        };
+        assert.equal(await type('if a\n', '\n'), 'if a\n    ');
+        assert.equal(await type('if a\n    x = 1;\n    end', 'd'), 'if a\n    x = 1;\nend');
+        assert.equal(await type('if a\r\nx = 1;\r\n', '\n'), 'if a\r\n    x = 1;\r\n    ');
+        assert.equal(await type("switch a\n    case 1\n        x\n        case", 'e'), 'switch a\n    case 1\n        x\n    case');
+    });
+});
+
+void test('never answers for another text than the one it was asked about', async () => {
+    await withClient(makeRoot(), async (client) => {
+        const text = slanted.repeat(20_000);
+        await client.open('a.omb', text);
+        for (let round = 0; round < 10; ++round) {
+            const answer = client.format('a.omb');
+            const start = { line: round, character: 0 };
+            await client.change('a.omb', [{ range: { start, end: start }, text: '\n' }]);
+            const result = await answer;
+            assert(result instanceof ResponseError && result.code === LSPErrorCodes.ContentModified, `round ${round}`);
+        }
+        const closed = client.format('a.omb');
+        await client.close('a.omb');
+        assert((await closed) instanceof ResponseError);
+        assert((await client.format('a.omb')) instanceof ResponseError);
+    });
+});
+
+void test('gives a request up when it is cancelled, and answers others meanwhile', async () => {
+    await withClient(makeRoot(), async (client) => {
+        await client.open('big.omb', slanted.repeat(200_000));
+        await client.open('small.omb', slanted);
+        const source = new CancellationTokenSource();
+        const textDocument = { uri: client.getUri('big.omb') };
+        let isDone = false;
+        const big = client.connection
+            .sendRequest(DocumentFormattingRequest.type, { textDocument, options: format }, source.token)
+            .catch((error: unknown) => error)
+            .finally(() => {
+                isDone = true;
+            });
+        applyAnswer(client, 'small.omb', await client.format('small.omb'));
+        assert(!isDone, 'the small document waited for the big one');
+        source.cancel();
+        const result = await big;
+        assert(result instanceof ResponseError && result.code === LSPErrorCodes.RequestCancelled);
+    });
+});
+
+void test('keeps text that does not parse, and says where', async () => {
+    const root = makeRoot();
+    writeFileSync(path.join(root, '.ombrel-format.json'), '{"engine": "tree"}');
+    await withClient(root, async (client) => {
+        await client.open('a.omb', 'if a\nx = (1;\n');
+        const answer = await client.format('a.omb');
+        assert(answer === null || answer instanceof ResponseError);
+        const found = await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 2);
+        assert.deepEqual(found.map(({ code }) => code).sort(), ['missing-end', 'unclosed-bracket']);
+        await client.change('a.omb', [{ text: 'x = 1;\n' }]);
+        await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 0);
+    });
+});
+
+void test('checks an options file as it is typed, and formats nothing with a wrong one', async () => {
+    const root = makeRoot();
+    await withClient(root, async (client) => {
+        await client.open('.ombrel-format.json', '{"line": {"indntSize": 4}}');
+        const [problem] = await client.waitForDiagnostics('.ombrel-format.json', (found) => found.length === 1);
+        assert.equal(problem?.code, 'unknown-option');
+        assert.match(problem.message, /indentSize/);
+        writeFileSync(path.join(root, '.ombrel-format.json'), '{"line": {"indntSize": 4}}');
+        await client.open('a.omb', slanted);
+        assert((await client.format('a.omb')) instanceof ResponseError);
+        writeFileSync(path.join(root, '.ombrel-format.json'), '{"line": {"indentSize": 6}}');
+        assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb')), 'if a\n      x=1;\nend\n');
+    });
+});
+
+void test('refuses changes that do not fit, until it gets the whole text', async () => {
+    await withClient(makeRoot(), async (client) => {
+        await client.open('a.omb', 'x=1;\n');
+        const textDocument = { uri: client.getUri('a.omb'), version: 1 }; // as old as the text is
+        await client.connection.sendNotification('textDocument/didChange', {
+            textDocument,
+            contentChanges: [{ range: { start: { line: 0, character: 0 }, end: { line: 0, character: 1 } }, text: 'y' }],
+        });
+        assert((await client.format('a.omb')) instanceof ResponseError);
+        await client.change('a.omb', [{ text: slanted }]);
+        assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb')), 'if a\n    x=1;\nend\n');
+    });
+});
+
+void test('gives diagnostics to a client that asks for them', async () => {
+    const client = await Client.start({ root: '/nowhere', capabilities: { textDocument: { diagnostic: {} } } });
+    await client.open('a.omb', 'x = (1;\n');
+    const textDocument = { uri: client.getUri('a.omb') };
+    const report = await client.connection.sendRequest(DocumentDiagnosticRequest.type, { textDocument });
+    assert(report.kind === 'full' && report.items[0]?.code === 'unclosed-bracket');
+    assert.equal(await client.stop(), 0);
+});
