@@ -224,7 +224,7 @@ void test('keeps text that does not parse, and says where', async () => {
         const answer = await client.format('a.omb');
         assert(answer === null || answer instanceof ResponseError);
         const found = await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 2);
-        assert.deepEqual(found.map(({ code }) => code).sort(), ['missing-end', 'unclosed-bracket']);
+        assert.deepEqual(found.map(({ code }) => code).sort(), ['unclosed-block', 'unclosed-bracket']);
         await client.change('a.omb', [{ text: 'x = 1;\n' }]);
         await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 0);
     });
