@@ -16,7 +16,7 @@ const endings: [string, (session: RawSession) => void, number][] = [
     ['exit without shutdown', (session) => { session.send(initialize(), exit); }, 1],
     ['exit before initialize', (session) => { session.send(exit); }, 1],
     ['the end of the stream', (session) => { session.server.stdin.end(); }, 1],
-    ['the end of the stream after shutdown', (session) => { session.send(initialize(), shutdown); session.server.stdin.end(); }, 0],
+    ['the end of the stream after shutdown', (session) => { session.send(initialize(), shutdown); session.server.stdin.end(); }, 1],
     ['the end of the stream in a message', (session) => { session.send(shutdown.subarray(0, 30)); session.server.stdin.end(); }, 1],
     ['a reader that is gone', (session) => { session.server.stdout.destroy(); session.send(initialize(), initialize(), initialize()); }, 1],
 ];

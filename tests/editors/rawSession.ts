@@ -54,12 +54,17 @@ export class RawSession {
         }
     }
 
-    /** The first message with this id, or undefined if the server ends without one. */
+    /** The first answer with this id, or undefined if the server ends without one. */
     async waitFor(id: number | string | null): Promise<Message | undefined> {
+        return (await this.waitForAll(id, 1))[0];
+    }
+
+    /** As many answers with this id, or fewer if the server ends. */
+    async waitForAll(id: number | string | null, count: number): Promise<Message[]> {
         const deadline = Date.now() + 20_000;
         for (;;) {
-            const found = this.messages.find((message) => message.id === id && message.method === undefined);
-            if (found || this.#isOver) {
+            const found = this.messages.filter((message) => message.id === id && message.method === undefined);
+            if (found.length >= count || this.#isOver) {
                 return found;
             }
             assert(Date.now() < deadline, `no answer to ${String(id)}`);

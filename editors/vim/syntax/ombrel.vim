@@ -17,7 +17,7 @@ syntax match ombrelTail ".*$" contained
 syntax match ombrelComment "%.*$" contains=ombrelTodo,ombrelDirective
 syntax match ombrelDirective "ombrel-format\s\+\%(on\|off\)\ze\s*$" contained
 syntax keyword ombrelTodo TODO FIXME contained
-syntax region ombrelComment start="^\s*%{\s*$" end="^\s*%}\s*$" contains=ombrelComment,ombrelTodo fold
+syntax region ombrelBlockComment start="^\s*%{\s*$" end="^\s*%}\s*$" contains=ombrelBlockComment,ombrelTodo fold
 syntax match ombrelShell "^\s*!.*$"
 
 " Not names of fields: s.end, s.if.
@@ -34,6 +34,7 @@ highlight default link ombrelTranspose Operator
 highlight default link ombrelContinuation Special
 highlight default link ombrelTail Comment
 highlight default link ombrelComment Comment
+highlight default link ombrelBlockComment Comment
 highlight default link ombrelDirective PreProc
 highlight default link ombrelTodo Todo
 highlight default link ombrelShell PreProc
