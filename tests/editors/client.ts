@@ -129,8 +129,10 @@ export class Client {
     }
 
     /** The text as the server has it. */
-    getServerText(name: string): Promise<string> {
-        return this.connection.sendRequest('ombrel/text', { textDocument: { uri: this.getUri(name) } });
+    async getServerText(name: string): Promise<string> {
+        const textDocument = { uri: this.getUri(name) };
+        const answer = await this.connection.sendRequest<{ text: string }>('ombrel/text', { textDocument });
+        return answer.text;
     }
 
     /** The edits, or the error that the server answers with. */

@@ -40,9 +40,12 @@ function makeRandom(seed: number): () => number {
 class Script {
     readonly #random: () => number;
     readonly #lineEnds: string[];
+    /** Then most changes put statements between statements, so that the tree engine gets texts that parse. */
+    readonly #isTidy: boolean;
 
     constructor(seed: number) {
         this.#random = makeRandom(seed);
+        this.#isTidy = this.below(3) > 0;
         this.#lineEnds = this.choose([['\n'], ['\r\n'], ['\r'], ['\n', '\r\n', '\r']]);
     }
 
@@ -54,15 +57,19 @@ class Script {
         return items[this.below(items.length)] as T;
     }
 
-    /** Mostly lines of a program, so that the tree engine has something to do as well. */
     makeText(lines: number): string {
         const pieces = Array.from({ length: lines }, () => this.#makeLine() + this.choose(this.#lineEnds));
-        return (this.below(8) === 0 ? '\uFEFF' : '') + pieces.join('') + this.choose(['', '', 'x = 1']);
+        return (this.below(this.#isTidy ? 100 : 8) === 0 ? '\uFEFF' : '') + pieces.join('') + this.choose(['', '', 'x = 1;']);
     }
 
     makeChange(document: DocumentModel): TextDocumentContentChangeEvent {
         if (this.below(25) === 0) {
             return { text: this.makeText(this.below(6)) };
+        }
+        if (this.#isTidy && this.below(8) > 0) {
+            const line = this.below(document.getLines().length);
+            const lines = this.below(3) === 0 ? 1 : 0;
+            return { range: { start: { line, character: 0 }, end: { line: line + lines, character: 0 } }, text: this.makeText(2 - lines) };
         }
         const [start, end] = [this.#makePosition(document), this.#makePosition(document)].sort(
             (left, right) => left.line - right.line || left.character - right.character,
@@ -72,7 +79,7 @@ class Script {
         return { range: { start, end: isInsertion ? start : end }, text: this.#makeInsertion() };
     }
 
-    /** Near the last one, or else each change would remove half of the text. Now and then past an end. */
+    /** Now and then past an end. */
     #makePosition(document: DocumentModel) {
         const lines = document.getLines();
         const line = this.below(lines.length);
@@ -93,8 +100,9 @@ class Script {
     #makeLine(): string {
         const code = ['x=1;', 'if a', 'else', 'end', 'end', 'y = [1 2', '3 4];', "s = 'ä𝄞';", 'for k=1:3,f(k),end', 'hold on'];
         const other = ['', '', '% 日本語 e\u0301', '%{', '%}', 'z = f(a, ...', 'b);', '% ombrel-format off', '% ombrel-format on'];
-        const program = ['if a, b=1; else, c  = 2; end', "disp( 'x' )", 'function f(), g( 1,2 ), end', 'v = {1,"𝄞", 3};   % note'];
-        return ' '.repeat(this.below(6)) + this.choose([program, program, program, code, other].flat()) + this.choose(['', ' ', '\t']);
+        const program = ['if a, b=1; else, c  = 2; end', "disp( 'x' )", 'for k=1:3,f(k),end', 'hold on', 'v = {1,"𝄞", 3};   % note'];
+        const choices = this.#isTidy ? program : [program, code, other].flat();
+        return ' '.repeat(this.below(6)) + this.choose(choices) + this.choose(['', ' ', '\t']);
     }
 }
 

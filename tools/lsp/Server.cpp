@@ -4,6 +4,7 @@
 #include "lsp/Diagnostics.h"
 #include "lsp/Formatting.h"
 #include "lsp/Uri.h"
+#include "text/TextEncoding.h"
 
 #include <exception>
 #include <new>
@@ -30,6 +31,11 @@ const Json& getParams(const Json& message) {
 
 std::string getUri(const Json& params) {
     return params.at("textDocument").at("uri");
+}
+
+/// ombrel/text: the text as the server has it. If it isn't what the editor shows, one of them has a fault.
+Json showText(const Question& question) {
+    return {{"text", encodeLossy(question.getDocument().text)}};
 }
 
 } // namespace
@@ -69,7 +75,8 @@ void Server::handleMessage(const Json& message) {
     if (method == message.end() && id != message.end()) {
         connection.handleResponse(message);
     } else if (method == message.end() || !method->is_string() || (id != message.end() && !isId(*id))) {
-        reportFault(ErrorCode::InvalidRequest, "neither a request nor a notification");
+        connection.refuse(id != message.end() && isId(*id) ? *id : Json(), ErrorCode::InvalidRequest,
+                          "neither a request nor a notification");
     } else if (id == message.end()) {
         handleNotification(*method, getParams(message));
     } else {
@@ -215,6 +222,7 @@ void Server::addFeatures() {
     addFeature("textDocument/rangeFormatting", formatRange);
     addFeature("textDocument/rangesFormatting", formatRanges);
     addFeature("textDocument/willSaveWaitUntil", formatBeforeSaving);
+    addFeature("ombrel/text", showText);
     addFeature("textDocument/diagnostic", reportDiagnostics);
 }
 
