@@ -31,7 +31,26 @@ endif()
 
 ombrel_install(ombrel-format tool)
 ombrel_install(ombrel-dump devtools)
+ombrel_install(ombrel-lsp lsp)
 install(TARGETS ca_formatting_devtools LIBRARY COMPONENT devtools)
+
+# Documents for the users of each package, and what they copy or point their tools to.
+set(docDir ${CMAKE_INSTALL_DATAROOTDIR}/doc)
+set(dataDir ${CMAKE_INSTALL_DATAROOTDIR}/ombrel-format)
+set(toolDocuments usage.md options.md messages.md scale.md security.md language.md)
+list(TRANSFORM toolDocuments PREPEND docs/)
+install(FILES ${toolDocuments} DESTINATION ${docDir}/ombrel-format COMPONENT tool)
+install(FILES packaging/github-workflow.yml packaging/github-workflow-shards.yml .pre-commit-hooks.yaml
+    DESTINATION ${docDir}/ombrel-format/examples COMPONENT tool)
+install(DIRECTORY examples/ DESTINATION ${docDir}/ombrel-format/examples COMPONENT tool
+    FILES_MATCHING PATTERN "*.omb" PATTERN embed EXCLUDE)
+install(FILES docs/ombrel-format.schema.json DESTINATION ${dataDir} COMPONENT tool)
+install(FILES docs/architecture.md docs/debugging.md docs/host.md DESTINATION ${docDir}/libca-formatting-dev
+    COMPONENT development)
+install(DIRECTORY examples/embed DESTINATION ${docDir}/libca-formatting-dev/examples COMPONENT development)
+if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/editors)
+    install(DIRECTORY editors DESTINATION ${dataDir} COMPONENT lsp PATTERN vscode EXCLUDE) # an extension is installed from its own archive
+endif()
 
 install(EXPORT ca_formattingTargets NAMESPACE ca_formatting:: DESTINATION ${packageDir} COMPONENT development)
 configure_package_config_file(cmake/ca_formattingConfig.cmake.in ca_formattingConfig.cmake

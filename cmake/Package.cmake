@@ -2,13 +2,13 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ca-formatting)
 set(CPACK_PACKAGE_VENDOR "The ca::formatting developers")
-set(CPACK_PACKAGE_CONTACT "The ca::formatting developers <ca-formatting@localhost>")
+set(CPACK_PACKAGE_CONTACT ${OMBREL_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL library development tool devtools)
+set(CPACK_COMPONENTS_ALL library development tool devtools lsp)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -19,12 +19,21 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 
+# Libraries in a folder of the dynamic linker: it has to look for them again.
+set(triggers ${PROJECT_SOURCE_DIR}/packaging/triggers)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${triggers})
+set(CPACK_DEBIAN_DEVTOOLS_PACKAGE_CONTROL_EXTRA ${triggers})
+
 # ombrel_package(COMPONENT NAME SECTION SUMMARY DESCRIPTION [FIELD VALUE]...)
 macro(ombrel_package component name section summary description)
     string(TOUPPER ${component} upper)
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
     set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
     set(CPACK_DEBIAN_${upper}_DESCRIPTION "${summary}\n${description}")
+    if(OMBREL_DOCUMENTS)
+        install(FILES ${PROJECT_BINARY_DIR}/share/changelog.gz DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${name}
+            COMPONENT ${component})
+    endif()
     set(fields ${ARGN})
     while(fields)
         list(POP_FRONT fields field value)
@@ -53,4 +62,9 @@ ombrel_package(devtools ombrel-devtools devel
     "The companion library, through which ombrel-format reaches the tree engine, and
 ombrel-dump, which prints what the formatters make of a text at one stage."
     DEPENDS "libca-formatting0 ${exactly}")
+ombrel_package(lsp ombrel-lsp devel
+    "source-code formatter for Ombrel (language server)"
+    "Formats documents in editors while they are written, as ombrel-format does, and
+marks errors of syntax and of options files."
+    DEPENDS "libca-formatting0 ${exactly}, ombrel-devtools ${exactly}")
 include(CPack)

@@ -8,6 +8,7 @@
 #include <limits>
 #include <locale>
 #include <stdexcept>
+#include <string>
 
 using Utf8 = std::codecvt<char16_t, char8_t, std::mbstate_t>;
 
@@ -34,17 +35,25 @@ static std::string encode(const char16_t* first, std::size_t size) {
     return {bytes.data(), end};
 }
 
+static std::string read(const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error(std::string("can't open ") + path);
+    }
+    return {std::istreambuf_iterator<char>(file), {}}; // throws if the reading fails, as for a folder
+}
+
 int main(int argc, char** argv) try {
     std::u16string text = u"function y = clamp(x, low, high)\nif x < low\ny = low;   % too small\n"
                           u"elseif x > high\n\t\ty = high;\nelse\n      y = x;\nend\nend\n";
     if (argc > 1) {
-        std::ifstream file(argv[1], std::ios::binary);
-        text = decode({std::istreambuf_iterator<char>(file), {}});
+        text = decode(read(argv[1]));
     }
     const auto result = ca_format(text, 1, std::numeric_limits<unsigned int>::max(), true, 4,
                                   u"AllFunctionIndent", 4, u"Trim");
     const std::size_t size = result->dimensions[1]; // one row, a column for each character
-    std::cout << encode(static_cast<const char16_t*>(result->data), size);
+    std::cout << encode(static_cast<const char16_t*>(result->data), size) << std::flush;
+    return std::cout ? 0 : 1;
 } catch (const std::exception& error) {
     std::cerr << "embed: " << error.what() << '\n';
     return 1;

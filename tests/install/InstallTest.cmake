@@ -34,6 +34,12 @@ run(${CMAKE_COMMAND} -G Ninja -S ${embed} -B ${workDir}/cmake -D CMAKE_PREFIX_PA
 run(${CMAKE_COMMAND} --build ${workDir}/cmake)
 expect_output(${workDir}/cmake/embed)
 expect_output(${workDir}/cmake/embed ${CMAKE_CURRENT_LIST_DIR}/expected.omb)
+foreach(path nope.omb ${workDir})
+    execute_process(COMMAND ${workDir}/cmake/embed ${path} RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE errors)
+    if(NOT status EQUAL 1 OR NOT errors MATCHES "^embed: .")
+        message(FATAL_ERROR "embed ${path} ended with ${status} and printed:\n${errors}")
+    endif()
+endforeach()
 
 file(GLOB_RECURSE pkgConfigFile ${prefix}/*/ca_formatting.pc)
 cmake_path(GET pkgConfigFile PARENT_PATH pkgConfigDir)
