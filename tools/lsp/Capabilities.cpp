@@ -1,7 +1,7 @@
 #include "lsp/Capabilities.h"
 
-#include "files/Exclusion.h"
-#include "options/OptionsResolver.h"
+#include "lsp/OnTypeFormatting.h"
+#include "lsp/SemanticTokens.h"
 
 #include <string>
 
@@ -25,22 +25,19 @@ Json describeServer(const Client& client) {
         {"textDocumentSync", describeSynchronization()},
         {"documentFormattingProvider", true},
         {"documentRangeFormattingProvider", {{"rangesSupport", true}}},
+        {"documentOnTypeFormattingProvider", describeTypeTriggers()},
+        {"semanticTokensProvider",
+         {{"legend", describeTokenLegend()}, {"range", true}, {"full", {{"delta", true}}}}},
+        {"foldingRangeProvider", true},
+        {"documentSymbolProvider", true},
+        {"codeActionProvider", {{"codeActionKinds", Json::array({"quickfix"})}}},
+        {"completionProvider", {{"triggerCharacters", Json::array({"\""})}}},
+        {"hoverProvider", true},
         {"diagnosticProvider",
          {{"identifier", "ombrel"}, {"interFileDependencies", false}, {"workspaceDiagnostics", false}}},
     };
     return {{"capabilities", capabilities},
             {"serverInfo", {{"name", "ombrel-lsp"}, {"version", OMBREL_VERSION}}}};
-}
-
-Json describeWatchers() {
-    Json watchers = Json::array();
-    for (const std::string_view name : {optionsFileName, editorConfigName, ignoreFileName}) {
-        watchers.push_back({{"globPattern", "**/" + std::string(name)}});
-    }
-    const Json registration = {{"id", "options"},
-                               {"method", "workspace/didChangeWatchedFiles"},
-                               {"registerOptions", {{"watchers", watchers}}}};
-    return {{"registrations", Json::array({registration})}};
 }
 
 std::string findFolder(const Json& params) {

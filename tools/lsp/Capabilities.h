@@ -8,9 +8,6 @@ namespace ombrel::lsp {
 /// The InitializeResult: what the server can do for this client.
 Json describeServer(const Client& client);
 
-/// The RegistrationParams for the files of the disk that options come from.
-Json describeWatchers();
-
 /// The folder that a client has opened, as a URI; empty if it has opened none. Of several, the first.
 std::string findFolder(const Json& initializeParams);
 

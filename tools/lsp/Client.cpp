@@ -63,6 +63,7 @@ Client readClient(const Json& json) {
                                      isTrue(json, "/textDocument/diagnostic/relatedInformation");
     client.showsSymbolTrees = isTrue(json, "/textDocument/documentSymbol/hierarchicalDocumentSymbolSupport");
     client.registersWatchers = isTrue(json, "/workspace/didChangeWatchedFiles/dynamicRegistration");
+    client.registersSettings = isTrue(json, "/workspace/didChangeConfiguration/dynamicRegistration");
     client.hasConfiguration = isTrue(json, "/workspace/configuration");
     client.showsProgress = isTrue(json, "/window/workDoneProgress");
     client.hasActionLiterals = isThere(json, "/textDocument/codeAction/codeActionLiteralSupport");

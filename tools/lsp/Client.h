@@ -13,6 +13,7 @@ struct Client {
     bool showsRelatedInformation = false;
     bool showsSymbolTrees = false;
     bool registersWatchers = false;
+    bool registersSettings = false;
     bool hasConfiguration = false; ///< answers workspace/configuration
     bool showsProgress = false;
     bool hasActionLiterals = false; ///< code actions instead of mere commands

@@ -43,7 +43,8 @@ void Connection::handleResponse(const Json& message) {
         waiting.erase(found);
     }
     if (answer) {
-        answer(message.contains("result") ? message["result"] : Json());
+        const auto result = message.find("result");
+        answer(result == message.end() ? nullptr : &*result);
     }
 }
 

@@ -19,8 +19,8 @@ public:
     /// Takes the body of one message. Is never called on two threads at once.
     using Send = std::function<void(std::string_view body)>;
 
-    /// Called with what the client answered, null for an error.
-    using Answer = std::function<void(const Json& result)>;
+    /// Called with the result that the client answered; a null pointer stands for an error.
+    using Answer = std::function<void(const Json* result)>;
 
     explicit Connection(Send send) : send(std::move(send)) {}
 

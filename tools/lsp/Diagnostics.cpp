@@ -66,22 +66,13 @@ public:
     }
 
     Json takeOptionsFile() {
-        for (const Problem& problem : question.workspace.checkOptionsFile(document)) {
-            const TextSpan span = findFaultyText(document.text, findPlace(problem.line, problem.column));
+        for (const auto& [span, problem] : findOptionsProblems(question)) {
             add(span.begin, span.end, problem);
         }
         return std::move(list);
     }
 
 private:
-    /// The offset of a line and column from 1, or the nearest that there is.
-    std::size_t findPlace(std::uint32_t line, std::uint32_t column) const {
-        const std::size_t index =
-            std::min<std::size_t>(std::max(line, 1U), document.lines.getLineCount()) - 1;
-        return std::min(document.lines.getStart(index) + std::max(column, 1U) - 1,
-                        document.lines.getEnd(document.text, index));
-    }
-
     void add(std::size_t begin, std::size_t end, const Problem& problem) {
         list.push_back(
             makeDiagnostic(finder.writeRange(begin, end), problem.code, problem.severity, problem.text));
@@ -89,7 +80,7 @@ private:
 
     /// A problem of which only the start is known: it is shown to the end of its line.
     void addLine(const Problem& problem) {
-        const std::size_t begin = findPlace(problem.line, problem.column);
+        const std::size_t begin = document.findPlace(problem.line, problem.column);
         add(begin, std::max(begin, document.lines.getEnd(document.text, document.lines.findLine(begin))),
             problem);
     }
@@ -130,6 +121,16 @@ private:
 };
 
 } // namespace
+
+std::vector<PlacedProblem> findOptionsProblems(const Question& question) {
+    const Document& document = question.getDocument();
+    std::vector<PlacedProblem> problems;
+    for (Problem& problem : question.workspace.checkOptionsFile(document)) {
+        const std::size_t place = document.findPlace(problem.line, problem.column);
+        problems.push_back({findFaultyText(document.text, place), std::move(problem)});
+    }
+    return problems;
+}
 
 Json makeDiagnostics(const Question& question) {
     switch (question.getDocument().kind) {

@@ -1,8 +1,19 @@
 #pragma once
 
+#include "diagnostics/Problem.h"
 #include "lsp/Feature.h"
 
+#include <vector>
+
 namespace ombrel::lsp {
+
+struct PlacedProblem {
+    TextSpan span;
+    Problem problem;
+};
+
+/// What is wrong with an options file, as it is in the editor.
+std::vector<PlacedProblem> findOptionsProblems(const Question& question);
 
 /// The diagnostics of a document, in the order of the text:
 ///

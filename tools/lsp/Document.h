@@ -32,6 +32,10 @@ struct Document {
         return lsp::findOffset(text, lines, position, encoding);
     }
 
+    /// The offset of a line and a column of the program, both from 1, as problems have them. What is beyond
+    /// an end means that end.
+    std::size_t findPlace(std::size_t line, std::size_t column) const;
+
     PositionFinder makeFinder() const { return {text, lines, encoding}; }
 };
 

@@ -9,6 +9,8 @@
 
 namespace ombrel::lsp {
 
+class TokenHistory;
+
 /// What a feature answers a question about a document with. A feature is a function from this to a result of
 /// the protocol; it throws RequestError if there is none, and Json::exception for malformed parameters. It
 /// runs on any thread.
@@ -18,6 +20,7 @@ struct Question {
     const Client& client;
     const Workspace& workspace;
     AnalysisCache& analyses;
+    TokenHistory& tokenHistory;
 
     const Document& getDocument() const { return *pointer; }
     bool isAboutSource() const { return pointer->kind == DocumentKind::Source; }

@@ -145,6 +145,10 @@ std::uint32_t measure(std::u16string_view text, PositionEncoding encoding) {
 }
 
 Position PositionFinder::find(std::size_t offset) {
+    if (encoding != PositionEncoding::Utf16 && offset > 0 && offset < text.size() &&
+        isHighSurrogate(text[offset - 1]) && isLowSurrogate(text[offset])) {
+        --offset; // only UTF-16 has a place inside of a character
+    }
     const std::size_t line = lines.findLine(offset);
     if (line != lastLine || offset < lastOffset) {
         lastLine = line;

@@ -1,8 +1,14 @@
 #include "lsp/Server.h"
 
 #include "lsp/Capabilities.h"
+#include "lsp/CodeActions.h"
 #include "lsp/Diagnostics.h"
+#include "lsp/FoldingRanges.h"
 #include "lsp/Formatting.h"
+#include "lsp/OnTypeFormatting.h"
+#include "lsp/OptionsFileSupport.h"
+#include "lsp/SemanticTokens.h"
+#include "lsp/Symbols.h"
 #include "lsp/Uri.h"
 #include "text/TextEncoding.h"
 
@@ -29,6 +35,17 @@ const Json& getParams(const Json& message) {
     return params == message.end() || params->is_null() ? none : *params;
 }
 
+/// ombrel/options: the options that apply to a document, and where each comes from, as text for people.
+Json explainOptions(const Question& question) {
+    const Json options = question.params.value("options", Json::object());
+    return {{"text", question.workspace.explain(question.getDocument(), readFormattingOptions(options))}};
+}
+
+std::string getTitle(const Document& document) {
+    const std::size_t slash = document.uri.rfind('/');
+    return "Ombrel: " + document.uri.substr(slash == std::string::npos ? 0 : slash + 1);
+}
+
 std::string getUri(const Json& params) {
     return params.at("textDocument").at("uri");
 }
@@ -41,7 +58,8 @@ Json showText(const Question& question) {
 } // namespace
 
 Server::Server(Connection::Send send, FileSystem& files, std::unique_ptr<Worker> worker, Hooks hooks)
-    : connection(std::move(send)), hooks(std::move(hooks)), workspace(files), worker(std::move(worker)) {
+    : connection(std::move(send)), hooks(std::move(hooks)), workspace(files), watch(connection),
+      progress(connection, this->hooks.progressDelay), worker(std::move(worker)) {
     addLifeCycle();
     addSynchronization();
     addFeatures();
@@ -58,6 +76,14 @@ void Server::step(std::string body) {
         reportFault(ErrorCode::InvalidRequest, "batches are not supported");
     } else {
         handleMessage(*message);
+    }
+}
+
+void Server::trace(const std::string& method, std::chrono::steady_clock::time_point start) {
+    if (isTracing) {
+        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
+        connection.notify("$/logTrace",
+                          {{"message", fmt::format("{} took {:.1f} ms", method, time.count())}});
     }
 }
 
@@ -138,6 +164,8 @@ void Server::addLifeCycle() {
             connection.refuse(id, ErrorCode::RequestCancelled, "cancelled");
         }
     });
+    dispatcher.onNotification("$/setTrace",
+                              [this](const Json& params) { isTracing = params.at("value") != "off"; });
     dispatcher.onNotification("workspace/didChangeConfiguration", [this](const Json& params) {
         const Json settings = params.value("settings", Json());
         if (settings.is_object() && settings.contains("ombrel")) {
@@ -153,6 +181,8 @@ void Server::addLifeCycle() {
 Json Server::initialize(const Json& params) {
     client = readClient(params.value("capabilities", Json()));
     documents.setEncoding(client.encoding);
+    progress.setClientCanCreate(client.showsProgress);
+    isTracing = params.value("trace", "off") != "off";
     if (const auto folder = getPath(findFolder(params))) {
         workspace.setFolder(*folder);
     }
@@ -167,9 +197,7 @@ Json Server::initialize(const Json& params) {
 
 void Server::startWork() {
     showProblems(*workspace.getSettings());
-    if (client.registersWatchers) {
-        connection.request("client/registerCapability", describeWatchers());
-    }
+    watch.start(client);
     requestConfiguration();
 }
 
@@ -178,9 +206,9 @@ void Server::requestConfiguration() {
         return;
     }
     const Json items = Json::array({{{"section", "ombrel"}}});
-    connection.request("workspace/configuration", {{"items", items}}, [this](const Json& result) {
-        if (result.is_array() && !result.empty() && !result[0].is_null()) {
-            applySettings(result[0]);
+    connection.request("workspace/configuration", {{"items", items}}, [this](const Json* result) {
+        if (result != nullptr && result->is_array() && !result->empty() && !result->at(0).is_null()) {
+            applySettings(result->at(0));
         }
     });
 }
@@ -221,13 +249,23 @@ void Server::addFeatures() {
     addFeature("textDocument/formatting", formatDocument);
     addFeature("textDocument/rangeFormatting", formatRange);
     addFeature("textDocument/rangesFormatting", formatRanges);
+    addFeature("textDocument/onTypeFormatting", formatOnType);
     addFeature("textDocument/willSaveWaitUntil", formatBeforeSaving);
     addFeature("ombrel/text", showText);
     addFeature("textDocument/diagnostic", reportDiagnostics);
+    addFeature("textDocument/semanticTokens/full", findTokens);
+    addFeature("textDocument/semanticTokens/full/delta", findTokenChanges);
+    addFeature("textDocument/semanticTokens/range", findTokensInRange);
+    addFeature("textDocument/foldingRange", findFoldingRanges);
+    addFeature("textDocument/documentSymbol", findSymbols);
+    addFeature("textDocument/codeAction", findActions);
+    addFeature("textDocument/completion", completeOptions);
+    addFeature("textDocument/hover", describeOption);
+    addFeature("ombrel/options", explainOptions);
 }
 
 void Server::addFeature(const std::string& method, Feature feature) {
-    dispatcher.onRequest(method, [this, feature](const Json& id, const Json& params) {
+    dispatcher.onRequest(method, [this, method, feature](const Json& id, const Json& params) {
         const DocumentPointer document = documents.find(getUri(params));
         if (!document) {
             throw RequestError(ErrorCode::InvalidParams,
@@ -238,14 +276,21 @@ void Server::addFeature(const std::string& method, Feature feature) {
             throw RequestError(ErrorCode::InvalidRequest, "a request with this id has no answer yet");
         }
         worker->post(chooseLane(*document), Urgency::Request,
-                     [this, id, feature, params, document, ticket = *ticket] {
+                     [this, id, method, feature, params, document, ticket = *ticket] {
+                         const auto start = std::chrono::steady_clock::now();
                          answer(id, feature, params, document, ticket);
+                         trace(method, start);
                      });
+        watch.add(client, workspace.getOptionsFiles());
     });
 }
 
 Lane Server::chooseLane(const Document& document) {
     return document.text.size() <= largestQuickText ? Lane::Quick : Lane::Large;
+}
+
+Question Server::ask(const DocumentPointer& document, const Json& params) {
+    return {document, params, client, workspace, analyses, tokenHistory};
 }
 
 void Server::answer(const Json& id, Feature feature, const Json& params, const DocumentPointer& document,
@@ -258,10 +303,9 @@ void Server::answer(const Json& id, Feature feature, const Json& params, const D
     if (!pending.isPending(id, ticket)) {
         return;
     }
+    const auto work = progress.start(getTitle(*document), params.value("workDoneToken", Json()));
     try {
-        Json result = documents.isCurrent(*document)
-                          ? feature({document, params, client, workspace, analyses})
-                          : Json();
+        Json result = documents.isCurrent(*document) ? feature(ask(document, params)) : Json();
         if (!documents.isCurrent(*document)) {
             refuse(ErrorCode::ContentModified, "the document has changed");
         } else if (pending.finish(id, ticket)) {
@@ -304,7 +348,7 @@ void Server::publish(const std::string& uri) {
     }
     try {
         static const Json none = Json::object();
-        Json list = makeDiagnostics({document, none, client, workspace, analyses});
+        Json list = makeDiagnostics(ask(document, none));
         const std::lock_guard guard(publishing);
         if (documents.isCurrent(*document)) {
             sendDiagnostics(uri, document->version, std::move(list));
@@ -342,6 +386,7 @@ void Server::closeDocument(const std::string& uri) {
         return;
     }
     analyses.forget(*document);
+    tokenHistory.forget(uri);
     if (!client.pullsDiagnostics) {
         sendDiagnostics(uri, Json(), Json::array());
     }

@@ -8,9 +8,14 @@
 #include "lsp/DocumentStore.h"
 #include "lsp/Feature.h"
 #include "lsp/PendingRequests.h"
+#include "lsp/Progress.h"
+#include "lsp/TokenHistory.h"
+#include "lsp/Watch.h"
 #include "lsp/Worker.h"
 #include "lsp/Workspace.h"
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -31,6 +36,7 @@ public:
     struct Hooks {
         std::function<void(std::int64_t processId)> watchParent; ///< of the editor, as initialize tells it
         std::function<void()> releaseMemory;                     ///< much of it is unused now
+        std::chrono::milliseconds progressDelay = std::chrono::seconds(1); ///< of what the editor shows
     };
 
     /// `files` has to outlive the server. `send` is called by any thread, but not by two at once.
@@ -74,6 +80,8 @@ private:
 
     void answer(const Json& id, Feature feature, const Json& params, const DocumentPointer& document,
                 PendingRequests::Ticket ticket);
+    Question ask(const DocumentPointer& document, const Json& params);
+    void trace(const std::string& method, std::chrono::steady_clock::time_point start);
     static Lane chooseLane(const Document& document);
 
     void publishLater(const Document& document);
@@ -91,6 +99,10 @@ private:
     DocumentStore documents;
     Workspace workspace;
     AnalysisCache analyses;
+    TokenHistory tokenHistory;
+    Watch watch;
+    Progress progress;
+    std::atomic<bool> isTracing = false;
     PendingRequests pending;
     std::size_t closedCharacters = 0; ///< of documents, since memory was released
     std::mutex publishing;            ///< held while diagnostics of a document that is open are sent

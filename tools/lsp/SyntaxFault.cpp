@@ -8,14 +8,6 @@ namespace ombrel::lsp {
 
 namespace {
 
-/// Lines and columns from 1, as far as there are any.
-std::size_t findPlace(const Document& document, std::size_t line, std::size_t column) {
-    const std::size_t index = std::clamp<std::size_t>(line, 1, document.lines.getLineCount()) - 1;
-    const std::size_t markLength = index == 0 && document.text.starts_with(u'\uFEFF') ? 1 : 0;
-    return std::min(document.lines.getStart(index) + markLength + std::max<std::size_t>(column, 1) - 1,
-                    document.lines.getEnd(document.text, index));
-}
-
 /// The number after a phrase of a message.
 std::optional<std::size_t> findNumber(std::u16string_view message, std::u16string_view phrase) {
     const std::size_t place = message.find(phrase);
@@ -48,7 +40,7 @@ std::u16string_view findQuoted(std::u16string_view message, std::size_t place) {
 } // namespace
 
 TextSpan findSpan(const Analysis& analysis, const ca::SyntaxError& error) {
-    const std::size_t begin = findPlace(*analysis.document, error.line, error.column);
+    const std::size_t begin = analysis.document->findPlace(error.line, error.column);
     return {begin, std::min(begin + error.length, analysis.document->text.size())};
 }
 
@@ -57,7 +49,7 @@ std::optional<TextSpan> findPartner(const Analysis& analysis, const ca::SyntaxEr
     const Document& document = *analysis.document;
     const std::u16string_view message = error.message;
     if (const auto column = findNumber(message, u" in column ")) {
-        const std::size_t begin = findPlace(document, error.line, *column);
+        const std::size_t begin = document.findPlace(error.line, *column);
         return TextSpan{begin, std::min(begin + 1, document.text.size())};
     }
     const auto line = findNumber(message, u"' on line ");

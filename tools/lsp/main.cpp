@@ -77,7 +77,8 @@ void handleFrames(FrameReader& reader, Server& server, Log& log) {
             leave(1);
         }
     };
-    Server server(send, files, std::make_unique<ThreadedWorker>(), {watchProcess, releaseMemory});
+    Server server(send, files, std::make_unique<ThreadedWorker>(),
+                  {.watchParent = watchProcess, .releaseMemory = releaseMemory});
     if (arguments.processId) {
         watchProcess(*arguments.processId);
     }
