@@ -1,0 +1,222 @@
+// The language server as its client sees it. The input is read as steps: raw bodies, requests about two
+// documents, and edits of them, of which a simple model keeps the text. Every request has one answer, edits
+// of answers are sorted and inside the document, and after formatting the model is still the server's text.
+
+#include "FuzzText.h"
+
+#include "lsp/Server.h"
+#include "text/TextEncoding.h"
+
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using namespace ombrel;
+using namespace ombrel::lsp;
+
+/// No file is there.
+class NoFiles : public FileSystem {
+public:
+    std::string read(const std::string&, std::uint64_t) override {
+        throw FileError(FileError::Kind::Unreadable, "no file");
+    }
+    void replace(const std::string&, const std::string&, const std::string&) override {}
+    void write(const std::string&, const std::string&) override {}
+};
+
+class ImmediateWorker : public Worker {
+public:
+    void post(Lane, Urgency, std::function<void()> job) override { job(); }
+};
+
+class Bytes {
+public:
+    Bytes(const std::uint8_t* data, std::size_t size) : data(data), size(size) {}
+
+    bool isEmpty() const { return size == 0; }
+
+    std::uint8_t take() {
+        if (size == 0) {
+            return 0;
+        }
+        --size;
+        return *data++;
+    }
+
+    std::string takeText() {
+        std::string text;
+        for (std::size_t length = take() % 64; length > 0 && size > 0; --length) {
+            text += static_cast<char>(take());
+        }
+        return encodeLossy(decodeLossy(text)); // a client sends UTF-8
+    }
+
+private:
+    const std::uint8_t* data;
+    std::size_t size;
+};
+
+constexpr const char* methods[] = {"textDocument/formatting",
+                                   "textDocument/rangeFormatting",
+                                   "textDocument/rangesFormatting",
+                                   "textDocument/onTypeFormatting",
+                                   "textDocument/willSaveWaitUntil",
+                                   "textDocument/diagnostic",
+                                   "textDocument/semanticTokens/full",
+                                   "textDocument/semanticTokens/full/delta",
+                                   "textDocument/semanticTokens/range",
+                                   "textDocument/foldingRange",
+                                   "textDocument/documentSymbol",
+                                   "textDocument/codeAction",
+                                   "textDocument/completion",
+                                   "textDocument/hover",
+                                   "ombrel/options"};
+
+class Session {
+public:
+    explicit Session(Bytes bytes)
+        : bytes(bytes), server([this](std::string_view body) { receive(body); }, files,
+                               std::make_unique<ImmediateWorker>()) {}
+
+    void run() {
+        const Json capabilities = {{"textDocument", {{"codeAction", {{"codeActionLiteralSupport", Json::object()}}}}}};
+        request("initialize", {{"capabilities", capabilities}});
+        while (!bytes.isEmpty()) {
+            step();
+        }
+    }
+
+private:
+    void receive(std::string_view body) {
+        const Json message = Json::parse(body);
+        if (message.contains("id") && !message.contains("method")) {
+            ++answers;
+            answer = message;
+        }
+    }
+
+    void send(Json message) {
+        message["jsonrpc"] = "2.0";
+        server.step(message.dump());
+    }
+
+    const Json& request(const std::string& method, const Json& params) {
+        answers = 0;
+        send({{"id", ++lastId}, {"method", method}, {"params", params}});
+        if (answers != 1 || answer["id"] != lastId) {
+            fail(method + " doesn't have one answer");
+        }
+        return answer;
+    }
+
+    void step() {
+        const std::uint8_t kind = bytes.take();
+        const std::string uri = kind % 2 == 0 ? "file:///none/a.omb" : "file:///none/.ombrel-format.json";
+        switch (kind / 2 % 5) {
+        case 0:
+            open(uri);
+            break;
+        case 1:
+        case 2:
+            edit(uri);
+            break;
+        case 3:
+            ask(uri);
+            break;
+        default:
+            server.step(bytes.takeText());
+            texts.clear(); // it may have lost the texts, or opened others
+            break;
+        }
+    }
+
+    void open(const std::string& uri) {
+        const std::string text = bytes.takeText();
+        texts[uri] = decodeLossy(text);
+        send({{"method", "textDocument/didOpen"},
+              {"params", {{"textDocument", {{"uri", uri}, {"languageId", "ombrel"}, {"version", ++version}, {"text", text}}}}}});
+    }
+
+    Json takePosition() { return {{"line", bytes.take() % 8}, {"character", bytes.take() % 16}}; }
+
+    Json takeRange() {
+        Json start = takePosition();
+        return {{"start", start}, {"end", takePosition()}};
+    }
+
+    void edit(const std::string& uri) {
+        const Json range = takeRange();
+        const std::string text = bytes.takeText();
+        if (const auto known = texts.find(uri); known != texts.end()) {
+            known->second = replace(known->second, readRange(range), decodeLossy(text));
+        }
+        const Json change = {{"range", range}, {"text", text}};
+        send({{"method", "textDocument/didChange"},
+              {"params", {{"textDocument", {{"uri", uri}, {"version", ++version}}}, {"contentChanges", Json::array({change})}}}});
+    }
+
+    static std::u16string replace(std::u16string text, const Range& range, const std::u16string& inserted) {
+        const LineIndex lines(text);
+        const auto [begin, end] = std::minmax({findOffset(text, lines, range.start, PositionEncoding::Utf16),
+                                               findOffset(text, lines, range.end, PositionEncoding::Utf16)});
+        return text.replace(begin, end - begin, inserted);
+    }
+
+    void ask(const std::string& uri) {
+        const std::string method = methods[bytes.take() % std::size(methods)];
+        const Json range = takeRange();
+        const Json params = {{"textDocument", {{"uri", uri}}},
+                             {"range", range},
+                             {"ranges", {range, takeRange()}},
+                             {"position", range["start"]},
+                             {"ch", bytes.take() % 2 == 0 ? "\n" : "d"},
+                             {"previousResultId", "1"},
+                             {"options", {{"tabSize", bytes.take()}, {"insertSpaces", true}}}};
+        const Json& reply = request(method, params);
+        if (reply.contains("error") && reply["error"]["code"] == static_cast<int>(ErrorCode::InternalError)) {
+            fail(method + ": " + reply.dump());
+        }
+        const auto known = texts.find(uri);
+        if (known != texts.end() && method.ends_with("ormatting") && reply.contains("result") &&
+            reply["result"].is_array()) {
+            checkEdits(known->second, reply["result"]);
+        }
+    }
+
+    static void checkEdits(const std::u16string& text, const Json& edits) {
+        const LineIndex lines(text);
+        std::size_t last = 0;
+        for (const Json& edit : edits) {
+            const Range range = readRange(edit["range"]);
+            for (const Position place : {range.start, range.end}) {
+                const std::size_t offset = findOffset(text, lines, place, PositionEncoding::Utf16);
+                PositionFinder finder(text, lines, PositionEncoding::Utf16);
+                const Position again = finder.find(offset);
+                const bool splitsLineEnd =
+                    offset > 0 && offset < text.size() && text[offset - 1] == u'\r' && text[offset] == u'\n';
+                if (offset < last || splitsLineEnd || again.line != place.line || again.character != place.character) {
+                    fail("an edit is where it must not be: " + edits.dump());
+                }
+                last = offset;
+            }
+        }
+    }
+
+    Bytes bytes;
+    NoFiles files;
+    Server server;
+    std::map<std::string, std::u16string> texts; ///< that the server has to know, by URI
+    Json answer;
+    int answers = 0;
+    int lastId = 0;
+    int version = 0;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Session(Bytes(data, size)).run();
+    return 0;
+}
