@@ -1,5 +1,7 @@
 #include "reports/JsonReporter.h"
 
+#include "reports/JsonList.h"
+
 #include <cstdint>
 #include <ostream>
 
@@ -48,20 +50,20 @@ private:
     void increment(const char* total);
 
     std::ostream& stream;
-    Json files;
+    JsonList files{"files", 2};
     Json failures; ///< null if there are none
     Json totals;
 };
 
 JsonReporter::JsonReporter(std::ostream& stream)
-    : stream(stream), files(Json::array()), totals({{"files", 0},
-                                                    {"unchanged", 0},
-                                                    {"formatted", 0},
-                                                    {"would-change", 0},
-                                                    {"failed", 0},
-                                                    {"errors", 0},
-                                                    {"warnings", 0},
-                                                    {"notes", 0}}) {}
+    : stream(stream), totals({{"files", 0},
+                              {"unchanged", 0},
+                              {"formatted", 0},
+                              {"would-change", 0},
+                              {"failed", 0},
+                              {"errors", 0},
+                              {"warnings", 0},
+                              {"notes", 0}}) {}
 
 Json JsonReporter::countMessage(const Problem& problem) {
     increment(getTotal(problem.severity));
@@ -83,7 +85,7 @@ void JsonReporter::add(const FileOutcome& outcome) {
         messages.push_back(countMessage(message.problem));
     }
     file["messages"] = std::move(messages);
-    files.push_back(std::move(file));
+    files.add(file);
     increment("files");
     increment(getWord(outcome.status));
 }
@@ -93,11 +95,11 @@ void JsonReporter::addFailure(const Problem& problem) {
 }
 
 void JsonReporter::finish() {
-    Json document = {{"files", std::move(files)}, {"totals", std::move(totals)}};
+    Json document = {{"files", Json::array()}, {"totals", std::move(totals)}};
     if (!failures.is_null()) {
         document["messages"] = std::move(failures);
     }
-    stream << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    files.write(stream, document);
 }
 
 } // namespace

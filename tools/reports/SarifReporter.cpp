@@ -1,5 +1,7 @@
 #include "reports/SarifReporter.h"
 
+#include "reports/JsonList.h"
+
 #include <algorithm>
 #include <cctype>
 #include <ostream>
@@ -95,8 +97,7 @@ Json makeResult(const std::string& uri, const Problem& problem, RuleList& rules)
 
 class SarifReporter : public Reporter {
 public:
-    SarifReporter(std::ostream& stream, std::string version)
-        : stream(stream), version(std::move(version)), results(Json::array()) {}
+    SarifReporter(std::ostream& stream, std::string version) : stream(stream), version(std::move(version)) {}
 
     void add(const FileOutcome& outcome) override;
     void addFailure(const Problem& problem) override;
@@ -105,7 +106,7 @@ public:
 private:
     std::ostream& stream;
     std::string version;
-    Json results;
+    JsonList results{"results", 4};
     RuleList rules;
     Json notifications; ///< what kept the run from formatting files; null if nothing did
 };
@@ -113,7 +114,7 @@ private:
 void SarifReporter::add(const FileOutcome& outcome) {
     const std::string uri = makeUri(outcome.path);
     for (const Problem& problem : getFindings(outcome)) {
-        results.push_back(makeResult(uri, problem, rules));
+        results.add(makeResult(uri, problem, rules));
     }
 }
 
@@ -128,7 +129,7 @@ void SarifReporter::finish() {
     Json run = {{"tool", {{"driver", driver}}},
                 {"columnKind", "utf16CodeUnits"},
                 {"newlineSequences", {"\r\n", "\n", "\r"}},
-                {"results", std::move(results)}};
+                {"results", Json::array()}};
     if (!notifications.is_null()) {
         run["invocations"] = Json::array(
             {{{"executionSuccessful", false}, {"toolConfigurationNotifications", std::move(notifications)}}});
@@ -136,7 +137,7 @@ void SarifReporter::finish() {
     const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                       {"version", "2.1.0"},
                       {"runs", Json::array({std::move(run)})}};
-    stream << log.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    results.write(stream, log);
 }
 
 } // namespace
