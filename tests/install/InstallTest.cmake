@@ -3,7 +3,7 @@
 # Then builds the library anew, with the installed host in the place of the project's own, and the first program
 # has to print the same with that.
 #
-#   cmake -D sourceDir=... -D buildDir=... -D workDir=... -D compiler=... [-D flags=...] -P InstallTest.cmake
+#   cmake -D sourceDir=... -D buildDir=... -D workDir=... -D compiler=... -P InstallTest.cmake
 cmake_minimum_required(VERSION 3.25)
 
 set(prefix ${workDir}/prefix)
@@ -30,7 +30,7 @@ run(${CMAKE_COMMAND} --install ${buildDir} --prefix ${workDir}/staged)
 file(RENAME ${workDir}/staged ${prefix})
 
 run(${CMAKE_COMMAND} -G Ninja -S ${embed} -B ${workDir}/cmake -D CMAKE_PREFIX_PATH=${prefix}
-    -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_CXX_FLAGS=${flags})
+    -D CMAKE_CXX_COMPILER=${compiler})
 run(${CMAKE_COMMAND} --build ${workDir}/cmake)
 expect_output(${workDir}/cmake/embed)
 expect_output(${workDir}/cmake/embed ${CMAKE_CURRENT_LIST_DIR}/expected.omb)
@@ -48,11 +48,11 @@ set(ENV{PKG_CONFIG_PATH} ${pkgConfigDir})
 execute_process(COMMAND pkg-config --cflags --libs ca_formatting OUTPUT_VARIABLE usage
     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 separate_arguments(usage UNIX_COMMAND "${usage}")
-run(${compiler} -std=c++20 ${flags} ${embed}/main.cpp -o ${workDir}/embed ${usage} -Wl,-rpath,${libraryDir})
+run(${compiler} -std=c++20 ${embed}/main.cpp -o ${workDir}/embed ${usage} -Wl,-rpath,${libraryDir})
 expect_output(${workDir}/embed)
 
 run(${CMAKE_COMMAND} -G Ninja -S ${sourceDir} -B ${workDir}/other-host -D OMBREL_HOST=ombrel_host
-    -D CMAKE_PREFIX_PATH=${prefix} -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_CXX_FLAGS=${flags} -D BUILD_TESTING=OFF
+    -D CMAKE_PREFIX_PATH=${prefix} -D CMAKE_CXX_COMPILER=${compiler} -D BUILD_TESTING=OFF
     -D OMBREL_BENCH=OFF -D CMAKE_BUILD_TYPE=Debug)
 run(${CMAKE_COMMAND} --build ${workDir}/other-host --target ca_formatting ca_formatting_devtools)
 set(ENV{LD_LIBRARY_PATH} ${workDir}/other-host/lib)
