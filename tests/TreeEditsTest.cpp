@@ -185,11 +185,16 @@ void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptio
     }
 }
 
-/// Lists in which separators and comments come before a line start, which must not move with each run.
-constexpr const char16_t* listsWithComments[] = {
-    u"v=[;, % e\n1];\n",          u"v={;,% e\n1;;2};\n",
-    u"x = [1 % c\n, ...\n2];\n",  u"x=[1,...\n% c\n2 3\n% o\n , ...\n 4];\n",
+/// Lists in which separators and comments come before a line start, which must not move with each run, and a
+/// separator that takes the place of a continuation on the line before.
+constexpr const char16_t* oddSeparators[] = {
+    u"v=[;, % e\n1];\n",
+    u"v={;,% e\n1;;2};\n",
+    u"x = [1 % c\n, ...\n2];\n",
+    u"x=[1,...\n% c\n2 3\n% o\n , ...\n 4];\n",
     u"x = [1, % a\n2, % b\n];\n",
+    u"x ...\n;,f ...\n(1);\n",
+    u"x=[1\t, ...\n% c\n  \n  2 % d\n3];\n",
 };
 
 std::vector<std::u16string> makePrograms(std::uint32_t count) {
@@ -197,7 +202,7 @@ std::vector<std::u16string> makePrograms(std::uint32_t count) {
     for (const ExampleFile& example : readExamples()) {
         programs.push_back(example.text);
     }
-    for (const char16_t* list : listsWithComments) {
+    for (const char16_t* list : oddSeparators) {
         programs.emplace_back(list);
     }
     for (std::uint32_t seed = 1; seed <= count; ++seed) {

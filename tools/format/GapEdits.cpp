@@ -2,6 +2,7 @@
 
 #include "format/GapEditor.h"
 #include "text/LineSplitter.h"
+#include "text/Whitespace.h"
 
 #include <algorithm>
 #include <span>
@@ -44,6 +45,24 @@ std::vector<SectionLine> splitLines(std::u16string_view text) {
         offset += line->content.size() + line->end.size();
     }
     return lines;
+}
+
+/// Whether the second text is the first one without some of its commas and semicolons, whitespace aside.
+bool losesOnlySeparators(std::u16string_view before, std::u16string_view after) {
+    std::size_t i = 0;
+    for (const char16_t c : after) {
+        if (isWhitespace(c)) {
+            continue;
+        }
+        while (i < before.size() && before[i] != c && before[i] != u'.') {
+            ++i;
+        }
+        if (i == before.size() || before[i] != c) {
+            return false;
+        }
+        ++i;
+    }
+    return before.find(u'.', i) == before.npos;
 }
 
 /// A block comment in the source, whose lines are edited together.
@@ -111,7 +130,7 @@ private:
         }
         const std::vector<SectionLine> before = splitLines(section.before);
         const std::vector<SectionLine> after = splitLines(section.after);
-        if (before.size() != after.size()) {
+        if (!isLineByLine(before, after)) {
             writeWhole(section, before, after);
             return;
         }
@@ -120,6 +139,16 @@ private:
                 add(section.offset + before[i].offset, before[i].content, std::u16string(after[i].content));
             }
         }
+    }
+
+    /// Whether each line changes for itself: whitespace may come and go, and separators may go. One that
+    /// comes may be what takes the place of another line's.
+    static bool isLineByLine(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after) {
+        return before.size() == after.size() &&
+               std::equal(before.begin(), before.end(), after.begin(),
+                          [](const SectionLine& a, const SectionLine& b) {
+                              return losesOnlySeparators(a.content, b.content);
+                          });
     }
 
     static bool joinsLineEnds(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after,

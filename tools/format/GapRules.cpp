@@ -247,15 +247,15 @@ private:
 
     /// The formatter takes a row's last comma and what follows it for one gap, and the end of the row for
     /// another one, which trimming makes a space. After a comment that is the start of a line, and the row
-    /// would move right each time.
+    /// would move right each time. Without indentation, keepLineStart() sees to that.
     void dropSpaceAfterComment(std::size_t gap, std::u16string_view source, std::u16string_view separators) {
         const std::size_t comma = std::min(separators.find_first_of(u",;"), separators.size());
         const bool endsRow = separators.substr(comma).starts_with(u',') && !syntax.hasElement(gap) &&
                              (separators.find(u'\n', comma) != separators.npos ||
                               getNext(gap).type == TokenType::CloseSquareBracket);
         const std::u16string_view text = choices.getText(gap);
-        if (input.isTrimming && endsRow && source.find(u'%') != source.npos && text.ends_with(u' ') &&
-            getNext(gap).type != TokenType::CloseBrace) {
+        if (input.isTrimming && input.isIndenting && endsRow && source.find(u'%') != source.npos &&
+            text.ends_with(u' ') && getNext(gap).type != TokenType::CloseBrace) {
             choices.choose(gap, std::u16string(text.substr(0, text.size() - 1)));
         }
     }
