@@ -21,7 +21,9 @@ std::vector<FileOutcome> makeOutcomes() {
     FileOutcome fine{"fine.omb", FileStatus::Unchanged, 0, {}};
     FileOutcome ugly{"a b/100%,c:d\n.omb", FileStatus::WouldChange, 3, {}};
     FileOutcome warned{"/tmp/\xFF.omb", FileStatus::Formatted, 0, {}};
-    warned.messages = makeMessages({{Code::UselessSuppression, "odd", 1, 2}}, u"x;");
+    Problem kept(Code::KeptStatement, "kept", 2, 1);
+    kept.lastLine = 3;
+    warned.messages = makeMessages({{Code::UselessSuppression, "odd", 1, 2}, kept}, u"x;\n[1\n2]");
     FileOutcome bad{"bad.omb", FileStatus::Failed, 0, {}};
     bad.messages = makeMessages({{Code::UnclosedString, "50% of \"'\xC3\xA4'\",\r\n: lost", 2, 5},
                                  {Code::WriteFailed, "the disk is full"}},

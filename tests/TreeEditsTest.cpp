@@ -9,8 +9,10 @@
 #include "support/SyntaxSketch.h"
 
 #include "format/EditAdoption.h"
+#include "format/Escalation.h"
 #include "format/Gap.h"
 #include "format/GapEditor.h"
+#include "format/GapEdits.h"
 #include "format/TreeEngine.h"
 #include "format/TreeSafetyCheck.h"
 #include "text/LineSplitter.h"
@@ -256,6 +258,33 @@ TEST(TreeEdits, AreNotMadeOfAFaultyText) {
         ASSERT_FALSE(outcome) << showGoldenText(std::u16string(fault));
         EXPECT_EQ(outcome.error().front().code, Code::UnsafeResult);
     }
+}
+
+/// Where no rule helps: the statement keeps its text, and in the end its neighbours do.
+TEST(TreeEdits, AreTakenBackStepByStep) {
+    const std::u16string source = u"a = 1;\nb = [2\n3];\nc = 4;\n";
+    const ParsedText parsed(source);
+    const GapList gaps(source, *parsed.parsed.tokens);
+    const auto alignment = GapAlignment::make(gaps, u"a=1;\n\nb= [ 2\n3];\n\nc=4;\n");
+    ASSERT_TRUE(alignment);
+    GapChoices choices(gaps, *alignment);
+    const SyntaxContext syntax(gaps, *parsed.parsed.analysis->getProgramFile());
+    const GapRuleInput input{gaps, syntax, true, true, [] { return nullptr; }};
+    Escalation escalation(input, choices);
+    const EditSelection all(source, {}, {});
+    const std::pair<std::u16string, std::size_t> steps[] = {
+        {u"a=1;\nb = [2\n3];\nc=4;\n", 0},
+        {u"a=1;\nb = [2\n3];\nc=4;\n", 1},
+        {u"a=1;\nb = [2\n3];\nc=4;\n", 1},
+        {source, 3},
+    };
+    for (const auto& [text, keptCount] : steps) {
+        EXPECT_TRUE(escalation.raise({source.find(u'2')}));
+        EXPECT_EQ(showGoldenText(applyEdits(source, makeEdits(gaps, choices, all))), showGoldenText(text));
+        EXPECT_EQ(escalation.getKeptLines().size(), keptCount);
+    }
+    EXPECT_EQ(escalation.getKeptLines()[1].last, 3u);
+    EXPECT_FALSE(escalation.raise({source.find(u'2')}));
 }
 
 Edits makeGapEdits(const GapList& gaps, const std::vector<Edit>& edits) {

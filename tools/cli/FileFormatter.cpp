@@ -97,9 +97,7 @@ private:
         if (!formatted) {
             return fail(std::move(formatted.error()));
         }
-        if (arguments.verbose) {
-            report(formatted->notes, text);
-        }
+        report(formatted->notes, text);
         return std::move(formatted->edits);
     }
 

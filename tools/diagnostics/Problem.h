@@ -20,6 +20,7 @@ struct Problem {
     std::string text;     ///< UTF-8, one line, no full stop
     std::uint32_t line;   ///< from 1; 0 if the problem has no place in the text
     std::uint32_t column; ///< 16-bit characters, from 1; 0 if only the line is known
+    std::uint32_t lastLine = 0; ///< of a problem about a run of lines that starts at `line`; 0 for all others
 
     bool isError() const { return severity == Severity::Error; }
 };

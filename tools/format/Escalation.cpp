@@ -10,7 +10,7 @@ namespace ombrel {
 
 namespace {
 
-constexpr int firstKeepingStep = 2;
+constexpr int keepingStep = 2;
 constexpr int lastStep = 4;
 
 } // namespace
@@ -43,8 +43,9 @@ bool Escalation::raiseUnit(std::size_t unit) {
             simplify(gap);
         }
         break;
-    case firstKeepingStep:
+    case keepingStep:
         keepInside(unit);
+        kept.insert(unit);
         break;
     case lastStep:
         if (unit > 0) {
@@ -81,7 +82,10 @@ void Escalation::simplify(std::size_t gap) {
 void Escalation::keepInside(std::size_t unit) {
     const std::size_t end = input.syntax.getUnitEnd(unit);
     for (std::size_t gap = unit + 1; gap < end; ++gap) {
-        choices.chooseSource(gap);
+        if (choices.isChanged(gap)) {
+            choices.chooseSource(gap);
+            kept.insert(unit);
+        }
     }
 }
 
@@ -95,11 +99,9 @@ void Escalation::keepEdges(std::size_t unit) {
 
 std::vector<LineRange> Escalation::getKeptLines() const {
     std::vector<LineRange> lines;
-    for (const auto& [unit, step] : steps) {
-        if (step >= firstKeepingStep) {
-            const auto& last = input.gaps.getToken(input.syntax.getUnitEnd(unit) - 1);
-            lines.push_back({input.gaps.getToken(unit).line, last.line});
-        }
+    for (const std::size_t unit : kept) {
+        const auto& last = input.gaps.getToken(input.syntax.getUnitEnd(unit) - 1);
+        lines.push_back({input.gaps.getToken(unit).line, last.line});
     }
     return lines;
 }

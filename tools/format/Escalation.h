@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace ombrel {
@@ -26,7 +27,8 @@ public:
     /// no unit has a step left.
     bool raise(const std::vector<std::size_t>& places);
 
-    /// The lines of the units that have kept their text, ascending.
+    /// The lines of the units that have kept the text of their gaps, ascending. Units next to them count too if
+    /// they would have changed.
     std::vector<LineRange> getKeptLines() const;
 
 private:
@@ -38,6 +40,7 @@ private:
     const GapRuleInput& input;
     GapChoices& choices;
     std::map<std::size_t, int> steps; ///< of the units that have been raised
+    std::set<std::size_t> kept;       ///< the units whose gaps stay as they are in the source
 };
 
 } // namespace ombrel

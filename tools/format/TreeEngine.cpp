@@ -127,8 +127,9 @@ private:
                 lines.first == lines.last
                     ? "this line keeps its text"
                     : fmt::format("lines {} to {} keep their text", lines.first, lines.last);
-            notes.push_back(
-                {Code::KeptStatement, place + ": formatting it would change the program", lines.first, 1});
+            notes.emplace_back(Code::KeptStatement, place + ": formatting it would change the program",
+                               lines.first, 1);
+            notes.back().lastLine = lines.last;
         }
         return notes;
     }

@@ -18,7 +18,7 @@ std::string getReadableWord(FileStatus status) {
 
 void HumanReporter::add(const FileOutcome& outcome) {
     for (const Message& message : outcome.messages) {
-        if (style.printsWarnings || message.problem.isError()) {
+        if (isPrinted(message.problem)) {
             printMessage(err, outcome.path, message, style.color);
         }
     }
@@ -28,6 +28,18 @@ void HumanReporter::add(const FileOutcome& outcome) {
     if (style.printsNames && outcome.status == FileStatus::WouldChange) {
         out << getQuotedName(outcome.path) << '\n';
     }
+}
+
+bool HumanReporter::isPrinted(const Problem& problem) const {
+    switch (problem.severity) {
+    case Severity::Note:
+        return style.printsStatus;
+    case Severity::Warning:
+        return style.printsWarnings;
+    case Severity::Error:
+        break;
+    }
+    return true;
 }
 
 void HumanReporter::addFailure(const Problem& problem) {

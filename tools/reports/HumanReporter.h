@@ -9,7 +9,7 @@ namespace ombrel {
 struct HumanStyle {
     Color color = Color::Off;
     bool printsNames = false;    ///< names of files that would change, on standard output
-    bool printsStatus = false;   ///< what was done with each file
+    bool printsStatus = false;   ///< what was done with each file, and notes
     bool printsWarnings = false; ///< errors are always printed
 };
 
@@ -23,6 +23,8 @@ public:
     void addFailure(const Problem& problem) override;
 
 private:
+    bool isPrinted(const Problem& problem) const;
+
     std::ostream& out;
     std::ostream& err;
     HumanStyle style;

@@ -30,11 +30,15 @@ const char* getTotal(Severity severity) {
 }
 
 Json makeMessage(const Problem& problem) {
-    return {{"severity", getWord(problem.severity)},
-            {"code", getInfo(problem.code).name},
-            {"line", toNumberOrNull(problem.line)},
-            {"column", toNumberOrNull(problem.column)},
-            {"text", problem.text}};
+    Json message = {{"severity", getWord(problem.severity)},
+                    {"code", getInfo(problem.code).name},
+                    {"line", toNumberOrNull(problem.line)},
+                    {"column", toNumberOrNull(problem.column)},
+                    {"text", problem.text}};
+    if (problem.lastLine != 0) {
+        message["lines"] = {problem.line, problem.lastLine};
+    }
+    return message;
 }
 
 class JsonReporter : public Reporter {
