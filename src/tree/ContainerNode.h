@@ -42,6 +42,8 @@ public:
     /// The children themselves. Valid as long as the container.
     std::span<TextNode* const> viewChildren() const { return {children, childCount}; }
 
+    FormattingConfig::ContainerKind getKind() const { return kind; }
+
     /// The leftmost leaf under this node.
     LeafNode* getFirstLeaf() const;
 

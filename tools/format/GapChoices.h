@@ -26,8 +26,11 @@ public:
 
     bool isAnyChanged() const;
 
+    /// The gaps whose choice isn't the formatter's text, ascending.
+    std::vector<std::size_t> getExceptions() const;
+
     void choose(std::size_t gap, std::u16string text);
-    void chooseSource(std::size_t gap) { choices[gap] = source; }
+    void chooseSource(std::size_t gap);
 
 private:
     static constexpr std::uint32_t source = 0;
@@ -38,6 +41,7 @@ private:
     const GapAlignment& formatted;
     std::vector<std::uint32_t> choices; ///< from firstOwn: a place in `texts`
     std::vector<std::u16string> texts;
+    std::vector<std::size_t> chosen; ///< the gaps that a choice was made for, one for each time
 };
 
 } // namespace ombrel

@@ -107,17 +107,25 @@ private:
         for (int round = 1;; ++round) {
             Edits edits = makeEdits(gaps, choices, selection);
             if (edits.empty()) {
-                return TreeResult{{}, makeNotes(escalation)};
+                return TreeResult{{}, listExceptions(choices), makeNotes(escalation)};
             }
             const ProgramDifferences differences =
                 findDifferences(source, applyEdits(source.text, edits), edits);
             if (differences.places.empty()) {
-                return TreeResult{std::move(edits), makeNotes(escalation)};
+                return TreeResult{std::move(edits), listExceptions(choices), makeNotes(escalation)};
             }
             if (round == lastRound || !escalation.raise(differences.places)) {
                 return fail(*differences.first);
             }
         }
+    }
+
+    std::vector<ExceptionalGap> listExceptions(const GapChoices& choices) const {
+        std::vector<ExceptionalGap> exceptions;
+        for (const std::size_t gap : choices.getExceptions()) {
+            exceptions.push_back({gaps.getBegin(gap), gaps.getEnd(gap), !choices.isChanged(gap)});
+        }
+        return exceptions;
     }
 
     static Problems makeNotes(const Escalation& escalation) {

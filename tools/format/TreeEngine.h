@@ -7,6 +7,7 @@
 
 #include <ca/formatting/TreeFormat.h>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -32,9 +33,17 @@ struct TreeOptions {
 /// is read once. May be called on several threads at once.
 TreeOptions getTreeOptions(const std::u16string& json);
 
+/// A gap of the source that doesn't get the formatter's text, because that would change the program.
+struct ExceptionalGap {
+    std::size_t begin; ///< offset in 16-bit characters
+    std::size_t end;
+    bool isKept; ///< it has the source's text, and otherwise one that was made for it
+};
+
 /// What the tree engine makes of a text.
 struct TreeResult {
     Edits edits;
+    std::vector<ExceptionalGap> exceptions; ///< in order; also where nothing may be edited
     Problems notes; ///< the statements that keep their text, in order
 };
 

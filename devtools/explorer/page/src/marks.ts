@@ -1,0 +1,168 @@
+// Marks in a text: the colors of its tokens, what is selected in another pane, changed gaps and problems.
+
+import { RangeSetBuilder, StateEffect, StateField, type Extension, type Text } from "@codemirror/state";
+import { Decoration, EditorView, WidgetType, type DecorationSet } from "@codemirror/view";
+import type { Row } from "./api";
+import type { Range } from "./offsets";
+
+/** A part of a text with a CSS class. */
+export interface Mark extends Range {
+  className: string;
+}
+
+/** A set of marks that can be replaced as a whole, and that moves with the text while it is edited. */
+export class MarkLayer {
+  private readonly setMarks = StateEffect.define<DecorationSet>();
+  private readonly field = StateField.define<DecorationSet>({
+    create: () => Decoration.none,
+    update: (marks, transaction) => {
+      const effect = transaction.effects.find((one) => one.is(this.setMarks));
+      return effect !== undefined ? effect.value : marks.map(transaction.changes);
+    },
+    provide: (field) => EditorView.decorations.from(field),
+  });
+
+  get extension(): Extension {
+    return this.field;
+  }
+
+  /** The marks are in order. What is outside of the text is cut off. */
+  show(view: EditorView, marks: Mark[]): void {
+    const builder = new RangeSetBuilder<Decoration>();
+    const { length } = view.state.doc;
+    for (const { begin, end, className } of marks) {
+      if (end <= length && begin < end) {
+        builder.add(begin, end, getDecoration(className));
+      } else if (begin === end && end <= length) {
+        builder.add(begin, begin, getPoint(className));
+      }
+    }
+    view.dispatch({ effects: this.setMarks.of(builder.finish()) });
+  }
+}
+
+const decorations = new Map<string, Decoration>();
+
+function getDecoration(className: string): Decoration {
+  const known = decorations.get(className) ?? Decoration.mark({ class: className });
+  decorations.set(className, known);
+  return known;
+}
+
+/** A place without length that is marked all the same. */
+class Point extends WidgetType {
+  constructor(private readonly className: string) {
+    super();
+  }
+
+  override eq(other: Point): boolean {
+    return other.className === this.className;
+  }
+
+  toDOM(): HTMLElement {
+    const point = document.createElement("span");
+    point.className = `point ${this.className}`;
+    point.ariaHidden = "true";
+    return point;
+  }
+}
+
+const points = new Map<string, Decoration>();
+
+function getPoint(className: string): Decoration {
+  const known = points.get(className) ?? Decoration.widget({ widget: new Point(className), side: 1 });
+  points.set(className, known);
+  return known;
+}
+
+/** Empty lines after a line, so that the lines of two texts side by side stay beside each other. */
+class Spacer extends WidgetType {
+  constructor(private readonly lines: number) {
+    super();
+  }
+
+  override eq(other: Spacer): boolean {
+    return other.lines === this.lines;
+  }
+
+  override get estimatedHeight(): number {
+    return this.lines * 20;
+  }
+
+  toDOM(view: EditorView): HTMLElement {
+    const spacer = document.createElement("div");
+    spacer.className = "spacer";
+    spacer.ariaHidden = "true";
+    spacer.style.height = `${this.lines * view.defaultLineHeight}px`;
+    return spacer;
+  }
+}
+
+/** Spacers after lines; replaced as a whole. */
+export class SpacerLayer {
+  private readonly setSpacers = StateEffect.define<DecorationSet>();
+  private readonly field = StateField.define<DecorationSet>({
+    create: () => Decoration.none,
+    update: (spacers, transaction) => {
+      const effect = transaction.effects.find((one) => one.is(this.setSpacers));
+      return effect !== undefined ? effect.value : spacers.map(transaction.changes);
+    },
+    provide: (field) => EditorView.decorations.from(field),
+  });
+
+  get extension(): Extension {
+    return this.field;
+  }
+
+  /** By the numbers of the lines that they come after, from 1. */
+  show(view: EditorView, spacers: Map<number, number>): void {
+    const builder = new RangeSetBuilder<Decoration>();
+    for (const [line, count] of [...spacers].sort((a, b) => a[0] - b[0])) {
+      if (line <= view.state.doc.lines) {
+        const { to } = view.state.doc.line(line);
+        builder.add(to, to, Decoration.widget({ widget: new Spacer(count), block: true, side: 1 }));
+      }
+    }
+    view.dispatch({ effects: this.setSpacers.of(builder.finish()) });
+  }
+}
+
+/** The color of a token by the tokenizer's name for it; null if it has none of its own. */
+function getTokenClass(label: string): string | null {
+  if (/Keyword|^(Function|End|Break|Continue|Global|Persistent|Return|Import)$/.test(label)) {
+    return "tok-keyword";
+  }
+  if (/Comment|^LineTail|^Continuation/.test(label)) {
+    return "tok-comment";
+  }
+  if (/Literal/.test(label)) {
+    return "tok-string";
+  }
+  if (/^Number/.test(label)) {
+    return "tok-number";
+  }
+  if (/^(CommandWord|Unmeasured)/.test(label)) {
+    return "tok-command";
+  }
+  if (/Operator|^(Assign|Colon|At)$/.test(label)) {
+    return "tok-operator";
+  }
+  return label === "Unrecognized" ? "tok-invalid" : null;
+}
+
+export function makeTokenMarks(rows: Row[]): Mark[] {
+  const marks: Mark[] = [];
+  for (const { begin, end, label } of rows) {
+    const className = getTokenClass(label);
+    if (className !== null) {
+      marks.push({ begin, end, className });
+    }
+  }
+  return marks;
+}
+
+/** The offset of a line and column, both from 1, as far as the text has it. */
+export function getOffset(text: Text, line: number, column: number): number {
+  const { from, to } = text.line(Math.max(1, Math.min(line, text.lines)));
+  return Math.min(to, from + Math.max(column, 1) - 1);
+}
