@@ -118,7 +118,8 @@ private:
                                      : "All parts fit on one line";
             break;
         case Behavior::AllowMultiplePerLine:
-            decision.reason = breaks ? "What follows doesn't fit on the line" : "What follows fits on the line";
+            decision.reason =
+                breaks ? "What follows doesn't fit on the line" : "What follows fits on the line";
         }
         add(makeConstructOption("lineBreakBehavior", kind, behavior));
         if (behavior != Behavior::SeparateLines) {
@@ -142,7 +143,8 @@ private:
     }
 
     void explainComment() {
-        decision.reason = "Nothing is moved across a comment: its lines stay, and only their starts are indented";
+        decision.reason =
+            "Nothing is moved across a comment: its lines stay, and only their starts are indented";
         addLayoutOptions();
     }
 

@@ -18,8 +18,9 @@ struct DecidingOption {
 
 /// What the tree formatter makes of one gap, and why.
 struct GapDecision {
-    std::string gapClass;  ///< "BinaryOperationWhitespace"
-    std::string construct; ///< whose gap it is, as options call it: "Logical"; empty if options have no name for it
+    std::string gapClass; ///< "BinaryOperationWhitespace"
+    std::string
+        construct; ///< whose gap it is, as options call it: "Logical"; empty if options have no name for it
     std::string level;     ///< the name of its level of indentation
     std::uint32_t depth;   ///< levels that add indentation, from the outermost to this one
     std::string decision;  ///< "Preserve", "LineBreak", "NoLineBreak"

@@ -1,8 +1,9 @@
 // The parser tells where a node starts, and not where it ends. So the nodes are listed first, each before its
-// children, and their ends are found backwards through the list: a node ends where its last child ends, or where the
-// last bracket or block that it opens between its children is closed:
+// children, and their ends are found backwards through the list: a node ends where its last child ends, or
+// where the last bracket or block that it opens between its children is closed:
 //
-//     f(a, [b c])          the children of the call end after f, a and ]; the ( between f and a is closed by )
+//     f(a, [b c])          the children of the call end after f, a and ]; the ( between f and a is closed by
+//     )
 
 #include "stages/SyntaxRows.h"
 
@@ -123,7 +124,8 @@ private:
             const std::size_t place = entries.size();
             NodeFields fields;
             lf::astapi::visitFields(*next.child.node, fields);
-            entries.push_back({next.child.node, next.child.field, next.depth, none, none, 0, std::move(fields.facts)});
+            entries.push_back(
+                {next.child.node, next.child.field, next.depth, none, none, 0, std::move(fields.facts)});
             lastChildren.push_back(none);
             if (next.parent != none) {
                 std::size_t& last = lastChildren[next.parent];
@@ -204,7 +206,8 @@ void visitTokenRows(const ca::formatting::ParsedSource& source, const RowVisitor
     }
 }
 
-void visitSyntaxRows(const std::u16string& text, const ca::formatting::ParsedSource& source, const RowVisitor& visit) {
+void visitSyntaxRows(const std::u16string& text, const ca::formatting::ParsedSource& source,
+                     const RowVisitor& visit) {
     const TokenPlaces places(*source.tokens);
     NodeExtents(text, *source.analysis->getProgramFile(), places).visit(visit);
 }

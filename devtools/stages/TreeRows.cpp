@@ -48,7 +48,8 @@ public:
     /// Of a level that nothing belongs to: no text, at the start.
     Extent get(const FormatNode& node) const {
         const auto found = extents.find(&node);
-        return found == extents.end() || found->second.begin > found->second.end ? Extent{0, 0} : found->second;
+        return found == extents.end() || found->second.begin > found->second.end ? Extent{0, 0}
+                                                                                 : found->second;
     }
 
     void includeInParent(const FormatNode& parent, const FormatNode& node) {

@@ -8,8 +8,8 @@
 
 namespace ombrel {
 
-// The tree formatter's own stages. All need a text that parses. Comment lines are aligned, as they are where files are
-// formatted.
+// The tree formatter's own stages. All need a text that parses. Comment lines are aligned, as they are where
+// files are formatted.
 
 /// Tokens and the gaps between them, a row for each.
 void visitLeafRows(const ca::formatting::ParsedSource& source, const RowVisitor& visit);
@@ -20,7 +20,8 @@ void visitTextTreeRows(const ca::formatting::ParsedSource& source, const RowVisi
 /// The leaves in their levels of indentation, likewise.
 void visitIndentTreeRows(const ca::formatting::ParsedSource& source, const RowVisitor& visit);
 
-/// A row for each gap with what the formatter makes of it under the configuration, which has to be free of issues.
+/// A row for each gap with what the formatter makes of it under the configuration, which has to be free of
+/// issues.
 void visitDecisionRows(const ca::formatting::ParsedSource& source,
                        const std::shared_ptr<const ca::config::Config>& config, const RowVisitor& visit);
 

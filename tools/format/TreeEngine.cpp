@@ -107,12 +107,12 @@ private:
         for (int round = 1;; ++round) {
             Edits edits = makeEdits(gaps, choices, selection);
             if (edits.empty()) {
-                return TreeResult{{}, listExceptions(choices), makeNotes(escalation)};
+                return TreeResult{{}, makeNotes(escalation), listExceptions(choices)};
             }
             const ProgramDifferences differences =
                 findDifferences(source, applyEdits(source.text, edits), edits);
             if (differences.places.empty()) {
-                return TreeResult{std::move(edits), listExceptions(choices), makeNotes(escalation)};
+                return TreeResult{std::move(edits), makeNotes(escalation), listExceptions(choices)};
             }
             if (round == lastRound || !escalation.raise(differences.places)) {
                 return fail(*differences.first);

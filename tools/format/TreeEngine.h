@@ -43,8 +43,8 @@ struct ExceptionalGap {
 /// What the tree engine makes of a text.
 struct TreeResult {
     Edits edits;
-    std::vector<ExceptionalGap> exceptions; ///< in order; also where nothing may be edited
-    Problems notes; ///< the statements that keep their text, in order
+    Problems notes;                              ///< the statements that keep their text, in order
+    std::vector<ExceptionalGap> exceptions = {}; ///< in order; also where nothing may be edited
 };
 
 /// Formats a text with the tree formatter: all of it or, if there are ranges, these lines only. Ranges may be

@@ -27,7 +27,8 @@ bool isSameToken(std::string_view a, std::string_view b) {
 
 bool isJson(std::string_view contentType) {
     return contentType == "application/json" || contentType == "application/json;charset=utf-8" ||
-           contentType == "application/json; charset=utf-8" || contentType == "application/json;charset=UTF-8" ||
+           contentType == "application/json; charset=utf-8" ||
+           contentType == "application/json;charset=UTF-8" ||
            contentType == "application/json; charset=UTF-8";
 }
 
@@ -46,7 +47,9 @@ std::optional<Refusal> checkNames(const RequestHead& head, const AccessRules& ru
     }
     const std::string_view site = head.get("sec-fetch-site");
     if (head.count("sec-fetch-site") == 1 && site != "same-origin" && site != "none") {
-        return Refusal{403, "open the address that ombrel-explorer printed by hand: links of other pages don't lead here"};
+        return Refusal{
+            403,
+            "open the address that ombrel-explorer printed by hand: links of other pages don't lead here"};
     }
     return std::nullopt;
 }

@@ -115,8 +115,10 @@ private:
 
     std::optional<std::size_t> readSize(const char* key) {
         const Json* size = find(key);
-        expect(size == nullptr || size->is_number_unsigned(), "\"around\" and \"limit\" have to be numbers from 0");
-        return size != nullptr && size->is_number_unsigned() ? std::optional(size->get<std::size_t>()) : std::nullopt;
+        expect(size == nullptr || size->is_number_unsigned(),
+               "\"around\" and \"limit\" have to be numbers from 0");
+        return size != nullptr && size->is_number_unsigned() ? std::optional(size->get<std::size_t>())
+                                                             : std::nullopt;
     }
 
     const Json& json;

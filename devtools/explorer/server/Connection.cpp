@@ -17,7 +17,8 @@ namespace {
 bool waitFor(int socket, short events, Connection::Clock::time_point deadline) {
     while (true) {
         const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Connection::Clock::now()).count();
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Connection::Clock::now())
+                .count();
         pollfd polled{socket, events, 0};
         const int count = poll(&polled, 1, static_cast<int>(std::max<long>(left, 0)));
         if (count > 0) {
@@ -32,7 +33,8 @@ bool waitFor(int socket, short events, Connection::Clock::time_point deadline) {
 } // namespace
 
 Connection::Connection(int descriptor, ConnectionTable& table)
-    : descriptor(descriptor), table(table), waitingSince(Clock::now()), deadline(waitingSince + requestTime) {}
+    : descriptor(descriptor), table(table), waitingSince(Clock::now()), deadline(waitingSince + requestTime) {
+}
 
 Connection::~Connection() {
     ::close(descriptor);

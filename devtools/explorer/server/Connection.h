@@ -12,13 +12,14 @@
 
 namespace ombrel {
 
-/// One client's socket. Reads and writes have deadlines that a slow client can't put off, and while it waits the
-/// connection can be shut down for another one.
+/// One client's socket. Reads and writes have deadlines that a slow client can't put off, and while it waits
+/// the connection can be shut down for another one.
 class Connection : public httplib::Stream {
 public:
     using Clock = ConnectionTable::Clock;
 
-    /// Seconds from the first byte of a request to its last, and those that a connection may be idle before it.
+    /// Seconds from the first byte of a request to its last, and those that a connection may be idle before
+    /// it.
     static constexpr std::chrono::seconds requestTime{8};
     static constexpr std::chrono::seconds idleTime{30};
     static constexpr std::chrono::seconds writeTime{10};
@@ -27,15 +28,15 @@ public:
     Connection(int descriptor, ConnectionTable& table);
     ~Connection() override;
 
-    /// The bytes of the next request up to and with the empty line after its head. Nothing if the client has closed
-    /// the connection or sent nothing. Fails if they are too many or too slow.
+    /// The bytes of the next request up to and with the empty line after its head. Nothing if the client has
+    /// closed the connection or sent nothing. Fails if they are too many or too slow.
     tl::expected<std::optional<std::string>, Refusal> readHead();
 
     /// What read() returns before the bytes that follow.
     void putBack(std::string bytes) { replay = std::move(bytes); }
 
-    /// Takes what the client still sends for a moment, so that it reads an answer that came before the end of its
-    /// request.
+    /// Takes what the client still sends for a moment, so that it reads an answer that came before the end of
+    /// its request.
     void drain();
 
     /// Whether read() has reached a deadline.

@@ -8,16 +8,18 @@
 
 namespace ombrel {
 
-/// The open connections, each of which has a thread. There is room for a fixed number. When it is needed, the connection
-/// that has been waiting longest for its client is shut down: one that sends slowly or not at all never keeps another
-/// one out. Those that are being answered stay. All operations may be called on any thread.
+/// The open connections, each of which has a thread. There is room for a fixed number. When it is needed, the
+/// connection that has been waiting longest for its client is shut down: one that sends slowly or not at all
+/// never keeps another one out. Those that are being answered stay. All operations may be called on any
+/// thread.
 class ConnectionTable {
 public:
     using Clock = std::chrono::steady_clock;
 
     explicit ConnectionTable(std::size_t capacity) : capacity(capacity) {}
 
-    /// Waits until there is room for one more connection and takes it. False once everything has been shut down.
+    /// Waits until there is room for one more connection and takes it. False once everything has been shut
+    /// down.
     bool reserve();
 
     /// Gives the room back.

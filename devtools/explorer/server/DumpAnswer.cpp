@@ -36,7 +36,9 @@ constexpr Stage stages[] = {
     {"tokens", false, false,
      [](const StageSource& source, const RowVisitor& visit) { visitTokenRows(source.parsed, visit); }},
     {"syntax", true, false,
-     [](const StageSource& source, const RowVisitor& visit) { visitSyntaxRows(source.text, source.parsed, visit); }},
+     [](const StageSource& source, const RowVisitor& visit) {
+         visitSyntaxRows(source.text, source.parsed, visit);
+     }},
     {"leaves", true, false,
      [](const StageSource& source, const RowVisitor& visit) { visitLeafRows(source.parsed, visit); }},
     {"text-tree", true, false,
@@ -86,9 +88,15 @@ Json makeJson(const GapDecision& gap) {
     for (const DecidingOption& option : gap.options) {
         options.push_back({{"name", option.name}, {"value", Json::parse(option.value)}});
     }
-    return {{"class", gap.gapClass},       {"construct", gap.construct},         {"level", gap.level},
-            {"depth", gap.depth},          {"decision", gap.decision},           {"isCandidate", gap.isCandidate},
-            {"before", encodeLossy(gap.before)}, {"after", encodeLossy(gap.after)}, {"reason", gap.reason},
+    return {{"class", gap.gapClass},
+            {"construct", gap.construct},
+            {"level", gap.level},
+            {"depth", gap.depth},
+            {"decision", gap.decision},
+            {"isCandidate", gap.isCandidate},
+            {"before", encodeLossy(gap.before)},
+            {"after", encodeLossy(gap.after)},
+            {"reason", gap.reason},
             {"options", std::move(options)}};
 }
 
@@ -128,7 +136,8 @@ std::string makeAnswer(const Stage& stage, const ApiRequest& request) {
                                     : std::nullopt,
                      request.limit);
     if (errors.empty()) {
-        stage.visit({source.text, parsed, options.values.formattingJson}, [&](const Row& row) { window.add(row); });
+        stage.visit({source.text, parsed, options.values.formattingJson},
+                    [&](const Row& row) { window.add(row); });
     }
     std::string rows;
     for (const Row& row : window.getRows()) {

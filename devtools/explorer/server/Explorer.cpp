@@ -18,21 +18,22 @@ constexpr std::ptrdiff_t workerCount = 6;
 
 constexpr std::string_view noncePlace = "@nonce@";
 
-/// No script, style or image but the program's own, no other page around this one, no text that becomes an element.
-/// The nonce is for the style sheets that the editor component makes.
+/// No script, style or image but the program's own, no other page around this one, no text that becomes an
+/// element. The nonce is for the style sheets that the editor component makes.
 HeaderFields makeHeaderFields(const std::string& nonce) {
-    return {{"Content-Security-Policy",
-             fmt::format("default-src 'none'; script-src 'self'; style-src 'self' 'nonce-{}'; img-src 'self'; "
-                         "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'; "
-                         "require-trusted-types-for 'script'; trusted-types 'none'",
-                         nonce)},
-            {"X-Content-Type-Options", "nosniff"},
-            {"X-Frame-Options", "DENY"},
-            {"Referrer-Policy", "no-referrer"},
-            {"Cross-Origin-Resource-Policy", "same-origin"},
-            {"Cross-Origin-Opener-Policy", "same-origin"},
-            {"Cross-Origin-Embedder-Policy", "require-corp"},
-            {"Cache-Control", "no-store"}};
+    return {
+        {"Content-Security-Policy",
+         fmt::format("default-src 'none'; script-src 'self'; style-src 'self' 'nonce-{}'; img-src 'self'; "
+                     "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'; "
+                     "require-trusted-types-for 'script'; trusted-types 'none'",
+                     nonce)},
+        {"X-Content-Type-Options", "nosniff"},
+        {"X-Frame-Options", "DENY"},
+        {"Referrer-Policy", "no-referrer"},
+        {"Cross-Origin-Resource-Policy", "same-origin"},
+        {"Cross-Origin-Opener-Policy", "same-origin"},
+        {"Cross-Origin-Embedder-Policy", "require-corp"},
+        {"Cache-Control", "no-store"}};
 }
 
 HttpAnswer makeError(int status, const std::string& text) {
@@ -49,8 +50,8 @@ HttpAnswer makeAnswer(WorkerResult result) {
     case WorkerResult::Kind::TooSlow:
         return makeError(503, fmt::format("this takes longer than {} seconds", maximalSeconds));
     case WorkerResult::Kind::TooLarge:
-        return makeError(503, fmt::format("this needs more memory than the {} MiB of one request",
-                                          maximalMemory >> 20));
+        return makeError(
+            503, fmt::format("this needs more memory than the {} MiB of one request", maximalMemory >> 20));
     case WorkerResult::Kind::Abandoned:
         return makeError(503, "nobody waits for this any more");
     case WorkerResult::Kind::Failed:

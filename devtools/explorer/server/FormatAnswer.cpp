@@ -2,12 +2,9 @@
 #include "explorer/server/Answers.h"
 #include "explorer/server/RequestOptions.h"
 
-#include "format/LineEngine.h"
+#include "format/Formatter.h"
 #include "format/Suppression.h"
-#include "format/TreeEngine.h"
 #include "text/TextEncoding.h"
-
-#include <entry/FormattingExplorerBridgeImpl.h>
 
 #include <algorithm>
 #include <chrono>
@@ -20,28 +17,18 @@ using Clock = std::chrono::steady_clock;
 
 /// What one run makes of a text.
 struct Formatted {
-    TreeResult result; ///< of the line engine: edits only
+    TreeResult result;
     Problems warnings;
 };
 
-Result<Formatted> format(const std::u16string& text, const FileOptions& options, const std::vector<LineRange>& lines) {
+Result<Formatted> run(const std::u16string& text, const FileOptions& options,
+                      const std::vector<LineRange>& lines) {
     const Suppression suppression = findSuppression(text);
     Formatted formatted{{}, suppression.warnings};
     if (suppression.isWholeFile) {
         return formatted;
     }
-    if (options.engine == Engine::Line) {
-        auto edits = formatLines(text, options.line, lines, suppression);
-        if (!edits) {
-            return fail(std::move(edits.error()));
-        }
-        formatted.result.edits = *std::move(edits);
-        return formatted;
-    }
-    const auto formatter = [](const ca::formatting::TreeFormatRequest& request) {
-        return FormattingExplorerBridgeImpl().formatParsed(request);
-    };
-    auto result = formatTree(text, getTreeOptions(options.formattingJson), formatter, lines, suppression);
+    auto result = formatText(text, options, lines, suppression);
     if (!result) {
         return fail(std::move(result.error()));
     }
@@ -49,8 +36,8 @@ Result<Formatted> format(const std::u16string& text, const FileOptions& options,
     return formatted;
 }
 
-/// Where a line of the source ends up in the result. The first line of a range stays: edits in the range start after
-/// what is before it.
+/// Where a line of the source ends up in the result. The first line of a range stays: edits in the range
+/// start after what is before it.
 class LineMap {
 public:
     LineMap(std::u16string_view text, const Edits& edits) : text(text), edits(edits) {}
@@ -93,14 +80,15 @@ bool isStable(const std::u16string& text, const Edits& edits, const FileOptions&
     for (const LineRange& range : lines) {
         resultLines.push_back(LineMap(text, edits).map(range));
     }
-    const auto again = format(result, options, resultLines);
+    const auto again = run(result, options, resultLines);
     return again && again->result.edits.empty();
 }
 
 Json makeJson(const Edits& edits, std::size_t shift) {
     Json json = Json::array();
     for (const Edit& edit : edits) {
-        json.push_back({{"offset", edit.offset + shift}, {"length", edit.length}, {"text", encodeLossy(edit.text)}});
+        json.push_back(
+            {{"offset", edit.offset + shift}, {"length", edit.length}, {"text", encodeLossy(edit.text)}});
     }
     return json;
 }
@@ -115,9 +103,9 @@ Json makeJson(const std::vector<ExceptionalGap>& gaps, std::size_t shift) {
     return json;
 }
 
-class FormatAnswer {
+class AnswerMaker {
 public:
-    explicit FormatAnswer(const ApiRequest& request) : request(request) {}
+    explicit AnswerMaker(const ApiRequest& request) : request(request) {}
 
     std::string make() {
         answer = {{"text", request.text},      {"edits", Json::array()}, {"errors", Json::array()},
@@ -142,7 +130,7 @@ private:
 
     void formatText(const RequestText& source, const FileOptions& options) {
         const auto start = Clock::now();
-        const auto formatted = format(source.text, options, request.lines);
+        const auto formatted = run(source.text, options, request.lines);
         const std::chrono::duration<double, std::milli> duration = Clock::now() - start;
         answer["milliseconds"] = duration.count();
         if (!formatted) {
@@ -165,7 +153,7 @@ private:
 } // namespace
 
 std::string makeFormatAnswer(const ApiRequest& request) {
-    return FormatAnswer(request).make();
+    return AnswerMaker(request).make();
 }
 
 } // namespace ombrel

@@ -1,7 +1,7 @@
-// cpp-httplib listens, reads requests, calls handlers and writes answers. It accepts more than this server wants to, has
-// no limit for the length of a head, and its threads can all be made to wait by clients that send nothing. So a
-// connection is read here up to the end of a head, which is checked first. What goes on to the library is a head that is
-// written anew from what was understood, followed by a body of known length.
+// cpp-httplib listens, reads requests, calls handlers and writes answers. It accepts more than this server
+// wants to, has no limit for the length of a head, and its threads can all be made to wait by clients that
+// send nothing. So a connection is read here up to the end of a head, which is checked first. What goes on to
+// the library is a head that is written anew from what was understood, followed by a body of known length.
 
 #include "explorer/server/HttpServer.h"
 
@@ -58,9 +58,9 @@ std::string makeErrorBody(const std::string& text) {
 
 void write(Connection& connection, const Refusal& refusal, const HeaderFields& fields) {
     const std::string body = makeErrorBody(refusal.text);
-    std::string answer =
-        fmt::format("HTTP/1.1 {} {}\r\nContent-Type: application/json\r\nContent-Length: {}\r\nConnection: close\r\n",
-                    refusal.status, getStatusWords(refusal.status), body.size());
+    std::string answer = fmt::format(
+        "HTTP/1.1 {} {}\r\nContent-Type: application/json\r\nContent-Length: {}\r\nConnection: close\r\n",
+        refusal.status, getStatusWords(refusal.status), body.size());
     for (const auto& [name, value] : fields) {
         answer += fmt::format("{}: {}\r\n", name, value);
     }
@@ -134,7 +134,8 @@ public:
         set_keep_alive_timeout(static_cast<time_t>(Connection::idleTime.count()));
     }
 
-    /// The library's own queue of connections that nobody has accepted yet is shorter than a page with its assets.
+    /// The library's own queue of connections that nobody has accepted yet is shorter than a page with its
+    /// assets.
     void lengthenBacklog() { ::listen(svr_sock_, listenBacklog); }
 
     void addEntry(const std::string& path, const Entry& entry) {
@@ -194,8 +195,9 @@ void HttpServer::bind(std::uint16_t port) {
     const int bound = port == 0 ? first->bind_to_any_port("127.0.0.1")
                                 : (first->bind_to_port("127.0.0.1", port) ? port : -1);
     if (bound <= 0) {
-        throw std::runtime_error(port == 0 ? std::string("can't listen on 127.0.0.1")
-                                           : fmt::format("can't listen on port {} of 127.0.0.1: is it in use?", port));
+        throw std::runtime_error(
+            port == 0 ? std::string("can't listen on 127.0.0.1")
+                      : fmt::format("can't listen on port {} of 127.0.0.1: is it in use?", port));
     }
     rules.port = static_cast<std::uint16_t>(bound);
     auto second = std::make_unique<Listener>(*this);
@@ -236,7 +238,8 @@ bool HttpServer::serveRequest(Connection& connection, Listener& listener, std::s
     } else {
         const auto entry = entries.find(head->target);
         const bool isKnown = entry != entries.end();
-        const Route route = isKnown ? Route{entry->second.method, entry->second.needsToken} : Route{"", false};
+        const Route route =
+            isKnown ? Route{entry->second.method, entry->second.needsToken} : Route{"", false};
         refusal = checkAccess(*head, isKnown ? &route : nullptr, rules);
     }
     if (refusal) {

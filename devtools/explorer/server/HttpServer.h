@@ -23,8 +23,8 @@ struct HttpAnswer {
 /// Header fields that every answer has.
 using HeaderFields = std::vector<std::pair<std::string, std::string>>;
 
-/// A server for one page on the loopback interface. It serves a fixed table of paths and nothing else, and checks each
-/// request's head before it reads a body or looks at the path.
+/// A server for one page on the loopback interface. It serves a fixed table of paths and nothing else, and
+/// checks each request's head before it reads a body or looks at the path.
 ///
 /// Each connection has a thread; see ConnectionTable for what happens when there are many.
 class HttpServer {
@@ -39,8 +39,8 @@ public:
     void addResource(const std::string& path, HttpAnswer answer);
     void addOperation(const std::string& method, const std::string& path, Handler handler);
 
-    /// Listens on 127.0.0.1 and, where there is IPv6, on ::1. 0 is any free port. Throws std::runtime_error if that
-    /// fails.
+    /// Listens on 127.0.0.1 and, where there is IPv6, on ::1. 0 is any free port. Throws std::runtime_error
+    /// if that fails.
     void bind(std::uint16_t port);
     std::uint16_t getPort() const { return rules.port; }
 

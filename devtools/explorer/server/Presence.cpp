@@ -19,8 +19,8 @@ bool Presence::report(const std::string& body) {
         return false;
     }
     const auto json = nlohmann::json::parse(body, nullptr, false);
-    if (!json.is_object() || !json.contains("page") || !json["page"].is_string() || !json.contains("isOpen") ||
-        !json["isOpen"].is_boolean()) {
+    if (!json.is_object() || !json.contains("page") || !json["page"].is_string() ||
+        !json.contains("isOpen") || !json["isOpen"].is_boolean()) {
         return false;
     }
     const std::lock_guard guard(lock);

@@ -7,8 +7,8 @@
 
 namespace ombrel {
 
-/// Which pages are open. A page says so from time to time, and says when it is closed. One that says nothing for long,
-/// because its browser has crashed, counts as closed. May be used on several threads at once.
+/// Which pages are open. A page says so from time to time, and says when it is closed. One that says nothing
+/// for long, because its browser has crashed, counts as closed. May be used on several threads at once.
 class Presence {
 public:
     using Clock = std::chrono::steady_clock;

@@ -25,7 +25,8 @@ bool isVisible(char c) {
 /// What names of methods and fields consist of.
 bool isTokenCharacter(char c) {
     const bool isAlphanumeric = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    return isAlphanumeric || (isVisible(c) && std::string_view("!#$%&'*+-.^_`|~").find(c) != std::string_view::npos);
+    return isAlphanumeric ||
+           (isVisible(c) && std::string_view("!#$%&'*+-.^_`|~").find(c) != std::string_view::npos);
 }
 
 bool isToken(std::string_view text) {
@@ -93,8 +94,8 @@ private:
         if (head.target.size() > maximalTargetLength) {
             return fail(414, "the path is too long");
         }
-        const bool isPath = head.target.starts_with('/') &&
-                            std::all_of(head.target.begin(), head.target.end(), isVisible);
+        const bool isPath =
+            head.target.starts_with('/') && std::all_of(head.target.begin(), head.target.end(), isVisible);
         return isPath || fail(400, "the target of the request has to be a path");
     }
 
@@ -148,8 +149,8 @@ private:
     }
 
     bool parseLength(std::string_view text) {
-        const bool isNumber =
-            !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+        const bool isNumber = !text.empty() && std::all_of(text.begin(), text.end(),
+                                                           [](char c) { return c >= '0' && c <= '9'; });
         if (!isNumber) {
             return fail(400, "Content-Length has to be a number");
         }

@@ -38,9 +38,9 @@ struct RequestHead {
     std::string_view get(std::string_view name) const;
 };
 
-/// Reads a head up to and with its empty line. Stricter than HTTP has to be, so that nothing about a request can be
-/// understood in two ways: every line ends in CR LF, a field is on one line, a body has one Content-Length and no other
-/// framing, and the target is a path.
+/// Reads a head up to and with its empty line. Stricter than HTTP has to be, so that nothing about a request
+/// can be understood in two ways: every line ends in CR LF, a field is on one line, a body has one
+/// Content-Length and no other framing, and the target is a path.
 tl::expected<RequestHead, Refusal> parseHead(std::string_view bytes);
 
 } // namespace ombrel

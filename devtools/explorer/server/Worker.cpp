@@ -155,7 +155,8 @@ public:
         const auto deadline = Clock::now() + std::chrono::seconds(maximalSeconds);
         rest = body;
         while (isOpen) {
-            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+            const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
             if (left <= 0) {
                 return {Kind::TooSlow, {}};
             }

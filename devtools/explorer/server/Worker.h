@@ -5,8 +5,8 @@
 
 namespace ombrel {
 
-// Every text is formatted in a process of its own, this program started again, with limits on its time and memory.
-// Whatever a text does to the formatter, the server and its other requests never notice.
+// Every text is formatted in a process of its own, this program started again, with limits on its time and
+// memory. Whatever a text does to the formatter, the server and its other requests never notice.
 
 /// Wall-clock seconds, and processor seconds, that one request may take.
 constexpr int maximalSeconds = 5;
@@ -29,12 +29,12 @@ struct WorkerResult {
     std::string text;
 };
 
-/// Has a process do the operation ("format", "dump") on a request's body. Ends it early if the client closes its
-/// socket; -1 is no client.
+/// Has a process do the operation ("format", "dump") on a request's body. Ends it early if the client closes
+/// its socket; -1 is no client.
 WorkerResult runWorker(const char* operation, std::string_view body, int clientSocket);
 
-/// The other side: limits this process, reads a body from standard input and writes the answer to standard output.
-/// Returns the exit status.
+/// The other side: limits this process, reads a body from standard input and writes the answer to standard
+/// output. Returns the exit status.
 int workOnce(std::string_view operation);
 
 /// The same for a body in memory and without limits.

@@ -82,7 +82,8 @@ void openBrowser(const std::string& url) {
     std::thread([process] { waitpid(process, nullptr, 0); }).detach();
 }
 
-/// Returns when a signal arrives or, if the program opened the page itself, when the page has been closed for a while.
+/// Returns when a signal arrives or, if the program opened the page itself, when the page has been closed for
+/// a while.
 void waitForEnd(const sigset_t& signals, Presence* presence) {
     const timespec second{1, 0};
     while (sigtimedwait(&signals, nullptr, &second) < 0) {
@@ -111,11 +112,13 @@ int serve(const Arguments& arguments, const StartText& start) {
 }
 
 int runProgram(int argc, char** argv) {
-    CLI::App app("Opens a local page on which to try the options of the Ombrel formatter and see every stage.",
-                 "ombrel-explorer");
+    CLI::App app(
+        "Opens a local page on which to try the options of the Ombrel formatter and see every stage.",
+        "ombrel-explorer");
     Arguments arguments;
     app.add_option("FILE", arguments.file, "the text to start with")->type_name("");
-    app.add_option("--port", arguments.port, "the port to listen on; 0 or nothing is any free one")->type_name("N");
+    app.add_option("--port", arguments.port, "the port to listen on; 0 or nothing is any free one")
+        ->type_name("N");
     app.add_flag("--no-browser", arguments.noBrowser, "only print the address of the page");
     app.set_version_flag("--version", "ombrel-explorer " OMBREL_VERSION, "print the version");
     try {

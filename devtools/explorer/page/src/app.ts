@@ -5,6 +5,9 @@ import { el } from "./dom";
 import { Explorer } from "./explorer";
 import examples from "project:examples";
 
+/** What most people want first, so that there is something to see. */
+const startOptions = JSON.stringify({ formatting: { indentationEnabled: true, lineBreakingEnabled: true } }, null, 4) + "\n";
+
 const reportInterval = 30_000;
 
 /** Tells the server that the page is open for as long as it is. */
@@ -26,7 +29,7 @@ async function findStart(api: Api, packed: string): Promise<Shared> {
     name: file.name,
     text: file.text,
     engine: "tree",
-    options: "{}\n",
+    options: startOptions,
     stage: "decisions",
     view: "result",
   };

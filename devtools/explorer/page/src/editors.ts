@@ -36,7 +36,7 @@ const theme = EditorView.theme({
   ".cm-content": { caretColor: "var(--accent)", paddingBlock: "6px" },
   "&.cm-focused": { outline: "2px solid var(--focus)", outlineOffset: "-2px" },
   ".cm-cursor": { borderLeftColor: "var(--accent)", borderLeftWidth: "2px" },
-  ".cm-gutters": { backgroundColor: "var(--surface)", color: "var(--faint)", border: "none" },
+  ".cm-gutters": { backgroundColor: "var(--surface)", color: "var(--faint)", border: "none", borderRight: "1px solid var(--border)" },
   ".cm-activeLine, .cm-activeLineGutter": { backgroundColor: "var(--line)" },
   "&.cm-focused > .cm-scroller > .cm-selectionLayer .cm-selectionBackground, .cm-selectionBackground": {
     background: "var(--selection)",

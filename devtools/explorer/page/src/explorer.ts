@@ -1,6 +1,6 @@
 // The page: its panes, and what happens when one of them changes.
 
-import { EditorView, hoverTooltip, type Tooltip } from "@codemirror/view";
+import { hoverTooltip, type EditorView, type Tooltip } from "@codemirror/view";
 import examples from "project:examples";
 import { ServerError, type Api, type DumpAnswer, type FormatAnswer, type KeptGap, type Problem, type Stage } from "./api";
 import { button, el, makeId } from "./dom";
@@ -58,6 +58,7 @@ export class Explorer {
   private shared: Shared = { name: "", text: "", engine: "tree", options: "{}\n", stage: "decisions", view: "result" };
   private answer: FormatAnswer | null = null;
   private changes: Change[] = [];
+  private tokenMarks: Mark[] = [];
   private colored: Range = { begin: 0, end: 0 };
   private timer = 0;
   private placeTimer = 0;
@@ -80,7 +81,7 @@ export class Explorer {
       label: "Source",
       isReadOnly: false,
       nonce,
-      extensions: [...this.getLayers("source"), this.makeHover(), EditorView.domEventHandlers({ scroll: () => this.onScroll("source") })],
+      extensions: [...this.getLayers("source"), this.makeHover()],
       events: {
         onEdit: () => {
           this.shared = { ...this.shared, text: this.source.state.doc.toString() };
@@ -93,7 +94,7 @@ export class Explorer {
       label: "Result",
       isReadOnly: true,
       nonce,
-      extensions: [...this.getLayers("result"), EditorView.domEventHandlers({ scroll: () => this.onScroll("result") })],
+      extensions: this.getLayers("result"),
       events: { onSelect: (selection) => this.select(mapRange(this.changes, "result", selection), "result") },
     });
     for (const editor of [this.source, this.result]) {
@@ -332,6 +333,7 @@ export class Explorer {
     this.answer = answer;
     this.changes = makeChanges(answer.edits);
     setText(this.result, answer.text);
+    this.colorResult();
     this.showView();
     this.showFacts(answer);
     this.showProblems(answer);
@@ -451,10 +453,15 @@ export class Explorer {
     const { text, engine } = this.shared;
     const around = this.source.viewport.from;
     const answer = await this.context.api.dump({ text, engine, options: "{}", stage: "tokens", around, limit: colorRows }, signal);
-    const marks = makeTokenMarks(answer.rows);
+    this.tokenMarks = makeTokenMarks(answer.rows);
     this.colored = { begin: answer.first === 0 ? 0 : (answer.rows[0]?.begin ?? 0), end: answer.rows.at(-1)?.end ?? 0 };
-    this.sourceMarks.tokens.show(this.source, marks);
-    const mapped = marks.map((mark) => ({ ...mapRange(this.changes, "source", mark), className: mark.className }));
+    this.sourceMarks.tokens.show(this.source, this.tokenMarks);
+    this.colorResult();
+  }
+
+  /** Tokens are the same in the result, but elsewhere. */
+  private colorResult(): void {
+    const mapped = this.tokenMarks.map((mark) => ({ ...mapRange(this.changes, "source", mark), className: mark.className }));
     this.resultMarks.tokens.show(this.result, mapped.filter(({ begin, end }) => begin < end));
   }
 
