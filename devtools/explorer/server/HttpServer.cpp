@@ -7,7 +7,6 @@
 
 #include "explorer/server/Connection.h"
 
-#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -190,14 +189,13 @@ void HttpServer::addOperation(const std::string& method, const std::string& path
     entries[path] = {method, true, std::move(handler)};
 }
 
-void HttpServer::bind(std::uint16_t port) {
+std::string HttpServer::bind(std::uint16_t port) {
     auto first = std::make_unique<Listener>(*this);
     const int bound = port == 0 ? first->bind_to_any_port("127.0.0.1")
                                 : (first->bind_to_port("127.0.0.1", port) ? port : -1);
     if (bound <= 0) {
-        throw std::runtime_error(
-            port == 0 ? std::string("can't listen on 127.0.0.1")
-                      : fmt::format("can't listen on port {} of 127.0.0.1: is it in use?", port));
+        return port == 0 ? std::string("can't listen on 127.0.0.1")
+                         : fmt::format("can't listen on port {} of 127.0.0.1: is it in use?", port);
     }
     rules.port = static_cast<std::uint16_t>(bound);
     auto second = std::make_unique<Listener>(*this);
@@ -205,6 +203,7 @@ void HttpServer::bind(std::uint16_t port) {
     if (second->bind_to_port("::1", bound)) {
         listeners.push_back(std::move(second));
     }
+    return {};
 }
 
 void HttpServer::run() {

@@ -39,9 +39,9 @@ public:
     void addResource(const std::string& path, HttpAnswer answer);
     void addOperation(const std::string& method, const std::string& path, Handler handler);
 
-    /// Listens on 127.0.0.1 and, where there is IPv6, on ::1. 0 is any free port. Throws std::runtime_error
-    /// if that fails.
-    void bind(std::uint16_t port);
+    /// Listens on 127.0.0.1 and, where there is IPv6, on ::1. 0 is any free port. Returns a sentence if that
+    /// fails, and nothing otherwise.
+    std::string bind(std::uint16_t port);
     std::uint16_t getPort() const { return rules.port; }
 
     /// Serves until stop() is called. Not to be called twice.

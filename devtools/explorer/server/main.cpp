@@ -24,7 +24,7 @@ namespace {
 
 using namespace ombrel;
 
-constexpr std::chrono::seconds maximalLoneliness{60};
+constexpr std::chrono::seconds maximalLoneliness{20};
 
 struct Arguments {
     std::string file;
@@ -98,7 +98,10 @@ int serve(const Arguments& arguments, const StartText& start) {
     const std::string token = makeToken();
     Explorer explorer(token, start);
     HttpServer& server = explorer.getServer();
-    server.bind(arguments.port);
+    if (const std::string fault = server.bind(arguments.port); !fault.empty()) {
+        printRunProblem(std::cerr, "ombrel-explorer", {Code::UsageError, fault}, Color::Off);
+        return 2;
+    }
     const std::string url = fmt::format("http://127.0.0.1:{}/#{}", server.getPort(), token);
     std::cout << url << std::endl;
     std::thread thread([&server] { server.run(); });

@@ -20,8 +20,13 @@ function keepPresent(api: Api): void {
   addEventListener("pagehide", () => void api.reportPresence(page, false));
 }
 
+interface Start {
+  shared: Shared;
+  isLinkDamaged: boolean;
+}
+
 /** What the page starts with: a link's state, what the tab had, the file of the command line, or an example. */
-async function findStart(api: Api, packed: string): Promise<Shared> {
+async function findStart(api: Api, packed: string): Promise<Start> {
   const first = examples[0] ?? { name: "untitled.omb", text: "" };
   const start = await api.start();
   const file = start.name === "" ? first : start;
@@ -34,17 +39,17 @@ async function findStart(api: Api, packed: string): Promise<Shared> {
     view: "result",
   };
   const restored = packed === "" ? getFromTab() : await unpackState(packed);
-  return { ...standard, ...restored };
+  return { shared: { ...standard, ...restored }, isLinkDamaged: packed !== "" && restored === null };
 }
 
 async function open(): Promise<void> {
   const { token, packed } = splitFragment(location.hash);
   const api = new Api(token);
   const nonce = document.querySelector<HTMLMetaElement>("meta[name=style-nonce]")?.content ?? "";
-  const start = await findStart(api, packed);
-  const sections = readSections(await api.schema());
+  const [start, schema] = await Promise.all([findStart(api, packed), api.schema()]);
   history.replaceState(null, "", `#${token}`);
-  new Explorer({ api, sections, nonce, token }).start(start);
+  const notice = start.isLinkDamaged ? "This link is damaged: it can't be read" : "";
+  new Explorer({ api, sections: readSections(schema), nonce, token }).start(start.shared, notice);
   keepPresent(api);
 }
 

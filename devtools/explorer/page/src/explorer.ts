@@ -103,14 +103,20 @@ export class Explorer {
     this.acceptFiles();
   }
 
-  start(shared: Shared): void {
+  /** `notice` is said in place of the first result. */
+  start(shared: Shared, notice: string): void {
     this.shared = { ...shared, text: normalize(shared.text) };
     setText(this.source, this.shared.text);
     this.optionsPane.show(shared.options, shared.engine);
     this.stagePane.showStage(shared.stage);
     this.showName();
     this.showView();
-    void this.run();
+    void this.run().then(() => {
+      if (notice !== "") {
+        this.say(notice, true);
+      }
+      performance.mark("formatted");
+    });
   }
 
   private getLayers(side: "source" | "result") {
