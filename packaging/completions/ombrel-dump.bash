@@ -1,4 +1,4 @@
-# Completion in bash for the programs whose help lists all that they accept: ombrel-dump, ombrel-lsp, ombrel-explorer.
+# Completion in bash for the programs whose help lists all that they accept: ombrel-dump and ombrel-explorer.
 
 _ombrel_program() {
     local word=${COMP_WORDS[COMP_CWORD]} help words
@@ -16,4 +16,4 @@ _ombrel_program() {
     fi
 }
 
-complete -F _ombrel_program ombrel-dump ombrel-lsp ombrel-explorer
+complete -F _ombrel_program ombrel-dump ombrel-explorer

@@ -1,4 +1,4 @@
-#compdef ombrel-dump ombrel-lsp ombrel-explorer
+#compdef ombrel-dump ombrel-explorer
 
 # Completion in zsh for the programs whose help lists all that they accept.
 
