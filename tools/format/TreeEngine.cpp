@@ -6,6 +6,7 @@
 #include "format/GapEdits.h"
 #include "format/GapRules.h"
 #include "format/LineRanges.h"
+#include "format/RowIndentation.h"
 #include "format/SyntaxCheck.h"
 #include "format/SyntaxContext.h"
 #include "format/TreeSafetyCheck.h"
@@ -103,6 +104,9 @@ private:
         const GapRuleInput input{gaps, syntax, options.isTrimming, options.isIndenting,
                                  [&] { return getUnbroken(alignment); }};
         repairGaps(input, choices);
+        if (options.config == options.unbrokenConfig) { // else lines would be broken in another way next time
+            moveRows(input, makeEdits(gaps, choices, selection), choices);
+        }
         Escalation escalation(input, choices);
         for (int round = 1;; ++round) {
             Edits edits = makeEdits(gaps, choices, selection);
