@@ -27,8 +27,8 @@ public:
     /// no unit has a step left.
     bool raise(const std::vector<std::size_t>& places);
 
-    /// The lines of the units that have kept the text of their gaps, ascending. Units next to them count too if
-    /// they would have changed.
+    /// The lines of the units that have kept the text of their gaps, ascending. Units next to them count too
+    /// if they would have changed.
     std::vector<LineRange> getKeptLines() const;
 
 private:

@@ -1,6 +1,7 @@
 #include "format/GapRules.h"
 
 #include "format/GapText.h"
+#include "format/TokenKinds.h"
 #include "text/Whitespace.h"
 
 #include <algorithm>
@@ -16,47 +17,6 @@ namespace {
 
 using ca::lexer::Token;
 using ca::lexer::TokenType;
-
-bool isName(const Token& token) {
-    return token.type == TokenType::NameToken27 || token.type == TokenType::NameToken28;
-}
-
-bool isNumber(const Token& token) {
-    return token.type == TokenType::NumberToken29 || token.type == TokenType::NumberToken30 ||
-           token.type == TokenType::NumberToken99 || token.type == TokenType::NumberToken100;
-}
-
-bool isLiteral(const Token& token) {
-    return token.type == TokenType::CharacterLiteral || token.type == TokenType::StringLiteral;
-}
-
-bool isClosing(const Token& token) {
-    return token.type == TokenType::CloseParenthesis || token.type == TokenType::CloseSquareBracket ||
-           token.type == TokenType::CloseBrace;
-}
-
-bool isOpening(const Token& token) {
-    return token.type == TokenType::OpenParenthesis || token.type == TokenType::OpenSquareBracket ||
-           token.type == TokenType::OpenBrace;
-}
-
-bool isTranspose(const Token& token) {
-    return token.type == TokenType::PostfixOperator43 || token.type == TokenType::PostfixOperator44;
-}
-
-/// Whether an operand can end in a token.
-bool endsOperand(const Token& token) {
-    return isName(token) || isNumber(token) || isLiteral(token) || isClosing(token) || isTranspose(token) ||
-           token.type == TokenType::EndIndex;
-}
-
-bool isSign(const Token& token) {
-    return token.type == TokenType::PlusMinusOperator51 || token.type == TokenType::PlusMinusOperator52;
-}
-
-bool isShellLine(const Token& token) {
-    return token.type == TokenType::Unmeasured33;
-}
 
 bool isWordCharacter(char16_t c) {
     return (u'a' <= c && c <= u'z') || (u'A' <= c && c <= u'Z') || (u'0' <= c && c <= u'9') || c == u'_';

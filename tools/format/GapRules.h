@@ -26,8 +26,10 @@ struct GapRuleInput {
 ///     x = [1; 2];      the formatter writes [1 2 ], and the gap gets `;` back
 ///     else c           the formatter writes elsec, and the gap gets its space back
 ///
-/// Each rule looks at one gap, at the code tokens next to it and at the syntax tree, and never at the
-/// whitespace of the source: it has to decide in the same way when the result is formatted again.
+/// Each rule has to decide in the same way when the result is formatted again. So it looks at the code tokens
+/// next to a gap, at the syntax tree, and at what the result keeps of the source: separators, line ends,
+/// comments and continuations. Of the source's whitespace it asks only whether there is some, where a
+/// repaired gap has some too, and without indentation where a line starts, which stays.
 ///
 /// The rules know what the formatter is known to do. Whether the program stays the same is not theirs to say.
 void repairGaps(const GapRuleInput& input, GapChoices& choices);

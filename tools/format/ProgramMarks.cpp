@@ -1,0 +1,63 @@
+#include "format/ProgramMarks.h"
+
+#include "text/Whitespace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+
+bool isMark(const Token& token) {
+    const bool isSeparator = token.type == TokenType::Semicolon || token.type == TokenType::Comma;
+    return token.isComment() || (!token.isWhitespace() && !isSeparator);
+}
+
+TokenType getCommentType(const Token& token) {
+    return token.type == TokenType::TrailingComment ? TokenType::LineComment : token.type;
+}
+
+} // namespace
+
+std::u16string_view getCommentText(const Token& token) {
+    return trim(removeLineEnds(token.lexeme));
+}
+
+std::size_t getIndentation(const Token& token) {
+    return token.isComment() ? countLeadingWhitespace(token.lexeme) : 0;
+}
+
+bool isSame(const Token& a, const Token& b) {
+    if (a.isComment() && b.isComment()) {
+        return getCommentType(a) == getCommentType(b) && getCommentText(a) == getCommentText(b);
+    }
+    return a.isComment() == b.isComment() && a.lexeme == b.lexeme;
+}
+
+Marks::Marks(const std::vector<Token>& tokens) {
+    std::size_t position = 0;
+    for (const Token& token : tokens) {
+        if (isMark(token)) {
+            marks.push_back({&token, position + getIndentation(token)});
+        }
+        position += token.lexeme.size();
+    }
+}
+
+std::size_t Marks::find(const SyntaxNode& node) const {
+    return getNumber(std::partition_point(marks.begin(), marks.end(),
+                                          [&](const Mark& mark) { return mark.position < node.position; }));
+}
+
+std::size_t Marks::find(const ca::SyntaxError& error) const {
+    const auto isBefore = [&](const Mark& mark) {
+        return std::pair(mark.token->line, mark.token->column) < std::pair(error.line, error.column);
+    };
+    return getNumber(std::partition_point(marks.begin(), marks.end(), isBefore));
+}
+
+} // namespace ombrel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <ca/SyntaxError.h>
+#include <ca/astapi/CA.h>
+#include <ca/lexer/Token.h>
+#include <lf/astapi/Nodes.h>
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace ombrel {
+
+using SyntaxNode = lf::astapi::Node<ca::astapi::CA>;
+
+/// The characters of whitespace that a comment's token starts with; 0 for other tokens.
+std::size_t getIndentation(const ca::lexer::Token& token);
+
+/// A comment without its indentation, and a line of a block without its line end.
+std::u16string_view getCommentText(const ca::lexer::Token& token);
+
+/// Whether two tokens are the same code, or comments with the same text. A comment may move after code or to
+/// a line of its own; a block comment's lines stay what they are.
+bool isSame(const ca::lexer::Token& a, const ca::lexer::Token& b);
+
+/// The tokens that formatting has to leave alone, comments among them, so that a comment can't change places
+/// with code. The last one is the end of the text. Keeps the tokens by reference.
+class Marks {
+public:
+    explicit Marks(const std::vector<ca::lexer::Token>& tokens);
+
+    std::size_t getCount() const { return marks.size(); }
+    const ca::lexer::Token& operator[](std::size_t i) const { return *marks[i].token; }
+
+    /// Offset in the text, 16-bit characters from 0.
+    std::size_t getPosition(std::size_t i) const { return marks[i].position; }
+
+    /// The first mark at a node's first character or after it.
+    std::size_t find(const SyntaxNode& node) const;
+
+    /// The first mark at the place of an error or after it.
+    std::size_t find(const ca::SyntaxError& error) const;
+
+private:
+    struct Mark {
+        const ca::lexer::Token* token;
+        std::size_t position;
+    };
+
+    std::size_t getNumber(std::vector<Mark>::const_iterator mark) const {
+        return static_cast<std::size_t>(mark - marks.begin());
+    }
+
+    std::vector<Mark> marks;
+};
+
+} // namespace ombrel
