@@ -72,8 +72,8 @@ std::optional<std::u16string> moveLines(std::u16string_view source, std::u16stri
 
 class RowMover {
 public:
-    RowMover(const GapRuleInput& input, const Edits& edits, GapChoices& choices)
-        : gaps(input.gaps), syntax(input.syntax), edits(edits), choices(choices) {}
+    RowMover(const GapRuleInput& input, const std::function<Edits()>& makeEdits, GapChoices& choices)
+        : gaps(input.gaps), syntax(input.syntax), makeEdits(makeEdits), choices(choices) {}
 
     void run() {
         std::size_t unit = gaps.getCount();
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    std::optional<Move> findMove(std::size_t unit) const {
+    std::optional<Move> findMove(std::size_t unit) {
         const auto before = getLineStart(gaps.getText(unit), unit == 0);
         const auto after = getLineStart(choices.getText(unit), unit == 0);
         if (!before || !after || *before == *after || !isEdited(gaps.getEnd(unit), before->size())) {
@@ -103,10 +103,13 @@ private:
     }
 
     /// Whether an edit changes the line's start of this length before a token.
-    bool isEdited(std::size_t token, std::size_t length) const {
-        const auto next = std::partition_point(edits.begin(), edits.end(),
+    bool isEdited(std::size_t token, std::size_t length) {
+        if (!edits) {
+            edits = makeEdits();
+        }
+        const auto next = std::partition_point(edits->begin(), edits->end(),
                                                [&](const Edit& edit) { return edit.offset <= token; });
-        return next != edits.begin() && (next - 1)->getEnd() + length >= token;
+        return next != edits->begin() && (next - 1)->getEnd() + length >= token;
     }
 
     void moveGap(std::size_t gap, const Move& move) {
@@ -120,14 +123,15 @@ private:
 
     const GapList& gaps;
     const SyntaxContext& syntax;
-    const Edits& edits;
+    const std::function<Edits()>& makeEdits;
+    std::optional<Edits> edits; ///< without any row moved
     GapChoices& choices;
 };
 
 } // namespace
 
-void moveRows(const GapRuleInput& input, const Edits& edits, GapChoices& choices) {
-    RowMover(input, edits, choices).run();
+void moveRows(const GapRuleInput& input, const std::function<Edits()>& makeEdits, GapChoices& choices) {
+    RowMover(input, makeEdits, choices).run();
 }
 
 } // namespace ombrel
