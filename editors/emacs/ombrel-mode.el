@@ -42,17 +42,26 @@
      1 font-lock-keyword-face)
     ("^[ \t]*\\(import\\)[ \t]+[[:alpha:]]" 1 font-lock-keyword-face)))
 
+(defun ombrel--is-transpose (place)
+  "Whether the quote at PLACE, outside of strings, is directly after an operand."
+  (let ((before (char-before place)))
+    (and before
+         (string-match-p "[])}'\".[:alnum:]_]" (string before))
+         ;; A quote after the one that closed a string opens it again.
+         (not (and (eq before ?\') (equal (syntax-after (1- place)) (string-to-syntax "\""))))
+         (not (save-excursion
+                (goto-char place)
+                (looking-back "\\_<\\(?:if\\|elseif\\|while\\|switch\\|case\\)" (line-beginning-position)))))))
+
 (defun ombrel--propertize-quote ()
-  "The syntax of the quote that was just matched.
-After an operand it is a transpose, and that is punctuation."
-  (let ((start (match-beginning 1)))
-    (unless (nth 8 (save-excursion (syntax-ppss start)))
-      (if (and (string-match-p "[])}'\".[:alnum:]_]" (string (or (char-before start) ?\s)))
-               (not (save-excursion
-                      (goto-char start)
-                      (looking-back "\\_<\\(?:if\\|elseif\\|while\\|switch\\|case\\)" (line-beginning-position)))))
-          (string-to-syntax ".")
-        (string-to-syntax "\"")))))
+  "The syntax of the quote that was just matched."
+  (let* ((place (match-beginning 1))
+         (state (save-excursion (syntax-ppss place))))
+    (cond
+     ((eq (nth 3 state) ?\') (string-to-syntax "\""))
+     ((nth 8 state) nil)
+     ((ombrel--is-transpose place) (string-to-syntax "."))
+     (t (string-to-syntax "\"")))))
 
 (defconst ombrel--syntax-propertize
   (syntax-propertize-rules
