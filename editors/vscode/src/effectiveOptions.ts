@@ -1,61 +1,59 @@
-import { execFile } from 'node:child_process';
-import * as path from 'node:path';
-import { promisify } from 'node:util';
 import * as vscode from 'vscode';
 
-import { findFormatter, findServer } from './serverProgram';
-import { readSettings } from './settings';
-
 const scheme = 'ombrel-options';
-const run = promisify(execFile);
+const suffix = '.options';
 
-/** Whatever a failed program said. */
-function describe(error: unknown): string {
-    const { stderr, message } = error as { stderr?: string; message?: string };
-    return stderr?.trim() ?? message ?? String(error);
+/** What the server is asked with: a file that is open, and what the editor would send to format it. */
+export interface OptionsRequest {
+    textDocument: { uri: string };
+    options: { tabSize: number; insertSpaces: boolean };
 }
 
 /** Shows the options of a file and where each comes from, in a read-only document beside it. */
 export class EffectiveOptions implements vscode.TextDocumentContentProvider, vscode.Disposable {
+    readonly #explain: (request: OptionsRequest) => Promise<string>;
     readonly #registration = vscode.workspace.registerTextDocumentContentProvider(scheme, this);
     readonly #changes = new vscode.EventEmitter<vscode.Uri>();
+    /** By what is shown: the questions that were asked last. */
+    readonly #requests = new Map<string, OptionsRequest>();
     readonly onDidChange = this.#changes.event;
 
+    constructor(explain: (request: OptionsRequest) => Promise<string>) {
+        this.#explain = explain;
+    }
+
     async show(): Promise<void> {
-        const document = vscode.window.activeTextEditor?.document;
-        if (document?.languageId !== 'ombrel' || document.uri.scheme !== 'file') {
+        const editor = vscode.window.activeTextEditor;
+        if (editor?.document.languageId !== 'ombrel') {
             void vscode.window.showInformationMessage('Ombrel: open an Ombrel file to see its options.');
             return;
         }
-        const uri = document.uri.with({ scheme, path: `${document.uri.path}.options` });
+        const source = editor.document.uri;
+        const uri = source.with({ scheme, path: source.path + suffix });
+        const { tabSize, insertSpaces } = editor.options;
+        this.#requests.set(uri.toString(), {
+            textDocument: { uri: source.toString() },
+            options: { tabSize: Number(tabSize ?? 4), insertSpaces: insertSpaces !== false },
+        });
         this.#changes.fire(uri);
         const shown = await vscode.workspace.openTextDocument(uri);
         await vscode.window.showTextDocument(shown, { viewColumn: vscode.ViewColumn.Beside, preview: true });
     }
 
     async provideTextDocumentContent(uri: vscode.Uri): Promise<string> {
-        const file = uri.with({ scheme: 'file', path: uri.path.slice(0, -'.options'.length) }).fsPath;
+        const request = this.#requests.get(uri.toString());
+        if (!request) {
+            return 'Run "Ombrel: Show the Options That Apply to This File" again.\n';
+        }
         try {
-            return await this.#print(file);
+            return await this.#explain(request);
         } catch (error) {
-            return `The options of ${file} can't be shown.\n\n${describe(error)}\n`;
+            return `The options can't be shown: ${error instanceof Error ? error.message : String(error)}\n`;
         }
     }
 
     dispose(): void {
         this.#registration.dispose();
         this.#changes.dispose();
-    }
-
-    async #print(file: string): Promise<string> {
-        const settings = readSettings();
-        const formatter = findFormatter(findServer(settings.serverPath));
-        if (formatter === undefined) {
-            throw new Error("ombrel-format is neither beside the server nor on the PATH.");
-        }
-        const { stdout } = await run(formatter, ['--print-config', '--', file], { cwd: path.dirname(file) });
-        const { engine, options } = settings.server;
-        const own = JSON.stringify({ ...(engine !== '' && { engine }), ...options });
-        return own === '{}' ? stdout : `${stdout}\nSettings of the editor, which replace what is "default" above: ${own}\n`;
     }
 }

@@ -4,7 +4,7 @@
 import * as vscode from 'vscode';
 import { LanguageClient, type LanguageClientOptions } from 'vscode-languageclient/node';
 
-import { EffectiveOptions } from './effectiveOptions';
+import { EffectiveOptions, type OptionsRequest } from './effectiveOptions';
 import { findServer, ServerNotFound } from './serverProgram';
 import { needsRestart, readSettings } from './settings';
 import { ServerStatus } from './status';
@@ -38,6 +38,16 @@ class Connection implements vscode.Disposable {
 
     showOutput(): void {
         this.#output.show();
+    }
+
+    /** The options that apply to a file, and where each comes from, as text. */
+    async explainOptions(request: OptionsRequest): Promise<string> {
+        await this.#queue;
+        if (!this.#client?.isRunning()) {
+            throw new Error('The language server is not running.');
+        }
+        const answer = await this.#client.sendRequest<{ text: string }>('ombrel/options', request);
+        return answer.text;
     }
 
     dispose(): void {
@@ -99,7 +109,7 @@ let connection: Connection | undefined;
 export async function activate(context: vscode.ExtensionContext): Promise<void> {
     const started = new Connection();
     connection = started;
-    const options = new EffectiveOptions();
+    const options = new EffectiveOptions((request) => started.explainOptions(request));
     context.subscriptions.push(
         started,
         options,

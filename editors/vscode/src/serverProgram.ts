@@ -53,9 +53,3 @@ export function findServer(setting: string, searchPath: string = process.env['PA
     }
     return file;
 }
-
-/** The command line tool that is installed beside the server, or the one on the PATH. */
-export function findFormatter(server: string, searchPath: string = process.env['PATH'] ?? ''): string | undefined {
-    const sibling = path.join(path.dirname(server), `ombrel-format${extension}`);
-    return isProgram(sibling) ? sibling : findOnPath('ombrel-format', searchPath);
-}

@@ -2,7 +2,8 @@ import * as vscode from 'vscode';
 
 /** What the server gets when it starts. It asks for the rest, and hears of changes, by the section `ombrel`. */
 export interface ServerSettings {
-    readonly engine: string;
+    /** Null: the server's default. */
+    readonly engine: string | null;
     readonly options: object;
 }
 
@@ -19,7 +20,7 @@ export function readSettings(): Settings {
     return {
         serverPath: section.get('server.path', ''),
         logFile: section.get('server.log', ''),
-        server: { engine: section.get('engine', ''), options: section.get('options', {}) },
+        server: { engine: section.get<string | null>('engine', null), options: section.get('options', {}) },
     };
 }
 
