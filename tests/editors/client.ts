@@ -31,8 +31,19 @@ import { DocumentModel, type Encoding } from './documentModel';
 export const sources = path.resolve(__dirname, '../../..');
 export const programs = process.env['OMBREL_PROGRAMS'] ?? path.join(sources, 'build/release/bin');
 
+const servers: ChildProcessWithoutNullStreams[] = [];
+
 export function startServer(args: string[] = []): ChildProcessWithoutNullStreams {
-    return spawn(path.join(programs, 'ombrel-lsp'), args);
+    const server = spawn(path.join(programs, 'ombrel-lsp'), args);
+    servers.push(server);
+    return server;
+}
+
+/** Ends what failed tests have left running, which would keep the test program alive. */
+export function killServers(): void {
+    for (const server of servers) {
+        server.kill('SIGKILL');
+    }
 }
 
 export interface ClientOptions {

@@ -6,7 +6,7 @@ import { spawnSync } from 'node:child_process';
 import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import * as path from 'node:path';
-import { test } from 'node:test';
+import { after, test } from 'node:test';
 import {
     CancellationTokenSource,
     DidChangeConfigurationNotification,
@@ -21,7 +21,9 @@ import {
     type TextEdit,
 } from 'vscode-languageserver-protocol';
 
-import { Client, programs, sources } from './client';
+import { Client, killServers, programs, sources } from './client';
+
+after(killServers);
 
 const examples = path.join(sources, 'examples');
 const format = { tabSize: 4, insertSpaces: true };

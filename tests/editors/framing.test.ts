@@ -2,9 +2,12 @@
 
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
-import { test } from 'node:test';
+import { after, test } from 'node:test';
 
+import { killServers } from './client';
 import { frame, initialize, RawSession, type Message } from './rawSession';
+
+after(killServers);
 
 const parseError = -32700;
 const invalidRequest = -32600;
