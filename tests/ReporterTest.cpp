@@ -2,6 +2,7 @@
 
 #include "reports/GithubReporter.h"
 #include "reports/HumanReporter.h"
+#include "reports/JsonReport.h"
 #include "reports/JsonReporter.h"
 #include "reports/SarifReporter.h"
 
@@ -31,8 +32,9 @@ std::vector<FileOutcome> makeOutcomes() {
     return {fine, ugly, warned, bad};
 }
 
-std::string report(Reporter& reporter, const std::ostringstream& stream) {
-    for (const FileOutcome& outcome : makeOutcomes()) {
+std::string report(Reporter& reporter, const std::ostringstream& stream,
+                   const std::vector<FileOutcome>& outcomes = makeOutcomes()) {
+    for (const FileOutcome& outcome : outcomes) {
         reporter.add(outcome);
     }
     reporter.finish();
@@ -59,6 +61,42 @@ TEST(Reporter, WritesEveryForm) {
     std::ostringstream human;
     HumanReporter reporter(human, human, {Color::Off, true, true, true});
     expectGolden("report.human", report(reporter, human));
+}
+
+/// Reports are merged by way of JSON, so JSON has to have all that is in any other form.
+TEST(Reporter, JsonIsEnoughForTheOthers) {
+    std::vector<FileOutcome> outcomes = makeOutcomes();
+    outcomes[2].path = "/tmp/readable.omb"; // bytes that aren't UTF-8 don't survive
+    std::ostringstream json;
+    const auto read = readJsonReport(report(*makeJsonReporter(json), json, outcomes));
+    ASSERT_TRUE(read) << read.error().front().text;
+    const auto expectSame = [&](auto make) {
+        std::ostringstream direct;
+        std::ostringstream again;
+        EXPECT_EQ(report(*make(again), again, read->files), report(*make(direct), direct, outcomes));
+    };
+    expectSame([](std::ostream& stream) { return makeJsonReporter(stream); });
+    expectSame([](std::ostream& stream) { return makeGithubReporter(stream); });
+    expectSame([](std::ostream& stream) { return makeSarifReporter(stream, "1.2.3"); });
+}
+
+TEST(Reporter, JsonOfOthersIsRefusedWithAReason) {
+    const std::string start = R"({"files": [{"path": "a", "status": )";
+    for (const auto& [document, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"{", "this is not a JSON document"},
+             {"[]", "expected an object"},
+             {R"({"files": {}})", R"("files": expected an array)"},
+             {R"({"files": [{}]})", R"(file 1 of the report: "path" is missing)"},
+             {start + "1}]}", R"(file 1 of the report: "status": expected a string)"},
+             {start + R"("done", "messages": []}]})",
+              R"(file 1 of the report: "status": unknown word "done")"},
+             {start + R"("would-change", "firstChangedLine": -1}]})",
+              R"(file 1 of the report: "firstChangedLine": expected a number from 1 to 4294967295)"},
+             {R"({"files": [], "messages": [{"code": "new"}]})",
+              R"(unknown code "new": another version wrote this report)"}}) {
+        const auto read = readJsonReport(document);
+        EXPECT_EQ(read ? "" : read.error().front().text, reason) << document;
+    }
 }
 
 } // namespace

@@ -24,7 +24,7 @@ bool comesBefore(const FileOutcome& a, const FileOutcome& b) {
 
 bool isSame(const Problem& a, const Problem& b) {
     return a.code == b.code && a.severity == b.severity && a.text == b.text && a.line == b.line &&
-           a.column == b.column;
+           a.column == b.column && a.lastLine == b.lastLine;
 }
 
 bool isSame(const FileOutcome& a, const FileOutcome& b) {

@@ -48,9 +48,8 @@ const Json& getList(const Json& object, const char* key) {
     return value;
 }
 
-/// 0 for null.
-std::uint32_t getPlace(const Json& object, const char* key) {
-    const Json& value = getValue(object, key);
+/// `key` is where it was found. 0 for null.
+std::uint32_t getNumber(const Json& value, const char* key) {
     if (value.is_null()) {
         return 0;
     }
@@ -59,6 +58,22 @@ std::uint32_t getPlace(const Json& object, const char* key) {
         throw InvalidReport(fmt::format("\"{}\": expected a number from 1 to 4294967295", key));
     }
     return value.get<std::uint32_t>();
+}
+
+std::uint32_t getPlace(const Json& object, const char* key) {
+    return getNumber(getValue(object, key), key);
+}
+
+/// The second of "lines", which only problems about several lines have; 0 for all others.
+std::uint32_t getLastLine(const Json& message) {
+    if (!message.contains("lines")) {
+        return 0;
+    }
+    const Json& lines = getList(message, "lines");
+    if (lines.size() != 2) {
+        throw InvalidReport("\"lines\": expected the first and the last line");
+    }
+    return getNumber(lines[1], "lines");
 }
 
 /// The one of the values that has this word.
@@ -81,6 +96,7 @@ Problem readProblem(const Json& object) {
     Problem problem(*code, getText(object, "text"), getPlace(object, "line"), getPlace(object, "column"));
     problem.severity = findWord(getText(object, "severity"), "severity",
                                 {Severity::Note, Severity::Warning, Severity::Error});
+    problem.lastLine = getLastLine(object);
     return problem;
 }
 
