@@ -40,13 +40,13 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
          u"invalid functionIndentStyle\n  line: 1\n  column: 40\n"},
         {"an issue of the source before one of the section", u"x",
          uR"({"formatting": {}, "formatting": {"enabled": 1}})",
-         u"\"formatting\" is there twice, and only the last one counts\n  line: 1\n  column: 20\n"
+         u"\"formatting\" is there twice; remove one of the two\n  line: 1\n  column: 20\n"
          u"enabled: expected true or false, found 1\n  line: 1\n  column: 46\n"},
         {"an issue of the source", u"x", uR"({"extends": "base.json"})",
          u"extends: paths count from the file that they stand in, and this text is in none\n"
          u"  line: 1\n  column: 13\n"},
         {"a warning, which stops it like an error", u"x", uR"({"formatting": {}, "formatting": {}})",
-         u"\"formatting\" is there twice, and only the last one counts\n  line: 1\n  column: 20\n"},
+         u"\"formatting\" is there twice; remove one of the two\n  line: 1\n  column: 20\n"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(row.wanted, callBridge(row.source, row.json)) << row.what;

@@ -70,6 +70,14 @@ TEST(Progress, ShowsALineAfterASecondAndErasesIt) {
         EXPECT_EQ(stream.str(), "\r\033[K1,234 of 2,140 files");
     }
     EXPECT_EQ(stream.str(), "\r\033[K1,234 of 2,140 files\r\033[K");
+
+    stream.str("");
+    Progress progress(&stream, 2, [&] { return now; });
+    now += 1s;
+    progress.show(1);
+    progress.erase();
+    progress.show(2);
+    EXPECT_EQ(stream.str(), "\r\033[K1 of 2 files\r\033[K\r\033[K2 of 2 files");
 }
 
 TEST(Summary, GroupsDigits) {

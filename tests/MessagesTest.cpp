@@ -1,6 +1,6 @@
 #include "support/TemporaryFolder.h"
 
-#include "diagnostics/Code.h"
+#include "diagnostics/CodePage.h"
 
 #include <gtest/gtest.h>
 
@@ -45,8 +45,7 @@ std::string makePage() {
         }
         isFirst = false;
         family = info.family;
-        page << "\n### " << info.name << "\n\n"
-             << info.summary << "\n\n- Cause: " << info.cause << "\n- What to do: " << info.remedy << '\n';
+        page << '\n' << describeCode(info);
     }
     return page.str();
 }

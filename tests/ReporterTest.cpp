@@ -59,7 +59,7 @@ TEST(Reporter, WritesEveryForm) {
     std::ostringstream github;
     expectGolden("report.github", report(*makeGithubReporter(github), github));
     std::ostringstream human;
-    HumanReporter reporter(human, human, {Color::Off, true, true, true});
+    HumanReporter reporter(human, human, {Color::Off, true, false, true, true});
     expectGolden("report.human", report(reporter, human));
 }
 

@@ -39,7 +39,7 @@ constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entr
     {ConfigMessage::TextTooLong, "TextTooLong", u"the text is longer than 16 MB"},
     {ConfigMessage::NestingTooDeep, "NestingTooDeep",
      u"arrays and objects are nested deeper than 256 levels"},
-    {ConfigMessage::DuplicateField, "DuplicateField", u"{0} is there twice, and only the last one counts"},
+    {ConfigMessage::DuplicateField, "DuplicateField", u"{0} is there twice; remove one of the two"},
     {ConfigMessage::NoPath, "NoPath", u"extends: expected a path or a list of paths, found {0}"},
     {ConfigMessage::ExtendsWithoutFile, "ExtendsWithoutFile",
      u"extends: paths count from the file that they stand in, and this text is in none"},

@@ -1,6 +1,8 @@
 #include "cli/Arguments.h"
 
+#include "cli/Help.h"
 #include "cli/OptionFlags.h"
+#include "diagnostics/CodePage.h"
 #include "diagnostics/Message.h"
 #include "diagnostics/Suggestion.h"
 #include "options/OptionsSchema.h"
@@ -22,13 +24,11 @@ namespace {
 
 constexpr std::uint32_t largestLine = std::numeric_limits<std::uint32_t>::max();
 
-constexpr const char* description =
-    "Formats Ombrel source: FILEs and the *.omb files of FOLDERs, or standard input if there is neither, to "
-    "standard output.";
-
-constexpr const char* footer =
-    "Exit status, the largest wins: 0 done; 1 would change (--check, --diff); 2 wrong options or unreadable\n"
-    "input; 3 input refused; 4 doesn't parse; 5 safety check failed, file untouched; 6 writing failed.";
+const char* const whatToDo = "What to do";
+const char* const whatToFormat = "What to format";
+const char* const layout = "Options";
+const char* const changedLines = "Changed lines";
+const char* const reports = "Reports";
 
 Failure refuse(std::string_view message) {
     return fail(Code::UsageError, getPrintableName(message));
@@ -119,11 +119,30 @@ CLI::Option* addChoice(CLI::App& app, const std::string& name, Value& target, co
         ->type_name(list);
 }
 
-/// Ends the reading of the command line, as help does.
-class SchemaCall : public CLI::Success {
+/// Ends the reading of the command line with a text to print, as help does.
+class TextCall : public CLI::Success {
 public:
-    SchemaCall() : Success("SchemaCall", "print the schema", CLI::ExitCodes::Success) {}
+    explicit TextCall(std::string text)
+        : Success("TextCall", "print a text", CLI::ExitCodes::Success), text(std::move(text)) {}
+
+    std::string text;
 };
+
+/// The page of docs/messages.md about a code, which may be in brackets as in messages.
+std::string explainCode(std::string name) {
+    if (name.starts_with('[') && name.ends_with(']')) {
+        name = name.substr(1, name.size() - 2);
+    }
+    if (const auto code = findCode(name)) {
+        return describeCode(getInfo(*code));
+    }
+    std::vector<std::string> names;
+    for (const CodeInfo& info : getCodes()) {
+        names.emplace_back(info.name);
+    }
+    throw CLI::ValidationError(fmt::format("--explain {}: expected the code of a message, such as not-utf8{}",
+                                           name, suggest(name, names)));
+}
 
 CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::string>& target,
                       const std::string& help) {
@@ -133,26 +152,25 @@ CLI::Option* addTexts(CLI::App& app, const std::string& name, std::vector<std::s
 }
 
 void addModes(CLI::App& app, Arguments& arguments) {
+    app.option_defaults()->group(whatToDo);
     app.add_flag("-i,--in-place", arguments.inPlace, "Write changed files back");
     app.add_flag("--check", arguments.check, "Write nothing, name files that would change, exit 1 if any");
     app.add_flag("--diff", arguments.diff, "Write nothing, show what would change, exit 1 if anything");
     app.add_flag("--check-syntax", arguments.checkSyntax,
                  "Format nothing, print every syntax error, exit 4 if any");
-    const auto store = [&arguments](const std::vector<std::string>& texts) {
-        std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
-    };
-    app.add_option_function<std::vector<std::string>>("--lines", store,
-                                                      "Format only lines A to B, from 1; repeatable")
-        ->type_name("A:B")
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    app.add_flag_callback(
-        "--force", [] {}, "Has no effect: no file has to be forced any more");
     app.add_flag("--print-config", arguments.printConfig,
                  "Print the options that apply to the FILEs or this folder and where each comes from");
     app.add_flag("--init", arguments.init, "Write an options file to start with into this folder");
     app.add_flag_callback(
-        "--schema", [] { throw SchemaCall(); }, "Print the JSON Schema of options files");
+        "--schema", [] { throw TextCall(makeOptionsSchema()); }, "Print the JSON Schema of options files");
+    app.add_option_function<std::string>(
+           "--explain", [](const std::string& name) { throw TextCall(explainCode(name)); },
+           "Print cause and remedy of the messages with this code")
+        ->type_name("CODE");
+    app.add_flag("--merge-reports", arguments.mergesReports,
+                 "Report what several runs have reported: PATHs are reports of --reporter json");
+    app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version")->group(whatToDo);
+    app.set_help_flag("-h,--help", "Print this help")->group(whatToDo);
 }
 
 /// Patterns of the command line. The parser keeps each option's, and their common order matters.
@@ -175,10 +193,23 @@ struct PatternOptions {
     }
 };
 
+void addLines(CLI::App& app, Arguments& arguments) {
+    const auto store = [&arguments](const std::vector<std::string>& texts) {
+        std::transform(texts.begin(), texts.end(), std::back_inserter(arguments.lines), parseRange);
+    };
+    app.add_option_function<std::vector<std::string>>("--lines", store,
+                                                      "Format only lines A to B, from 1; repeatable")
+        ->type_name("A:B")
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& patterns) {
+    app.option_defaults()->group(whatToFormat);
     app.add_option("--files-from", options.pathList, "Read more paths, one per line; - is standard input")
         ->type_name("FILE");
-    app.add_flag("-0", options.isPathListNulEnded, "The paths of --files-from end in NUL");
+    app.add_flag("-0", options.isPathListNulEnded,
+                 "The paths of --files-from end in NUL; without it, the names of --check");
     addTexts(app, "--exclude", patterns.excluded,
              "Leave out what matches, as in an ignore file of the current folder; repeatable")
         ->type_name("PATTERN");
@@ -200,6 +231,7 @@ void addSearchOptions(CLI::App& app, SearchOptions& options, PatternOptions& pat
 }
 
 void addChangeOptions(CLI::App& app, ChangeOptions& options) {
+    app.option_defaults()->group(changedLines);
     const auto store = [&options](const std::string& revision) {
         if (revision.empty()) {
             throw CLI::ValidationError("--since needs a revision");
@@ -222,30 +254,30 @@ void addReplacementRules(CLI::App& app, ReplacementRules& rules) {
     app.add_flag("--force-read-only", rules.allowsReadOnly, "Replace read-only files too");
 }
 
-void addGeneralOptions(CLI::App& app, Arguments& arguments) {
+void addStandardInputName(CLI::App& app, Arguments& arguments) {
     app.add_option("--stdin-filename", arguments.stdinName,
                    "Name of standard input in messages; it also decides which options apply")
         ->type_name("NAME");
+}
+
+void addExecutionOptions(CLI::App& app, Arguments& arguments) {
+    app.option_defaults()->group(layout);
+    addReplacementRules(app, arguments.replacement);
+    app.add_flag_callback(
+        "--force", [] {}, "Has no effect: no file has to be forced any more");
+    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
+              "all cores");
+}
+
+void addReportOptions(CLI::App& app, Arguments& arguments) {
+    app.option_defaults()->group(reports);
+    addReporterOption(app, arguments.reporters);
     addChoice<ColorChoice>(
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto: on a terminal, unless NO_COLOR is set");
-    addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
-              "all cores");
-    addReporterOption(app, arguments.reporters);
-    app.add_flag("--merge-reports", arguments.mergesReports,
-                 "Report what several runs have reported: PATHs are reports of --reporter json");
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Report what was done with each file");
-    app.set_version_flag("--version", "ombrel-format " OMBREL_VERSION, "Print the version");
-    app.set_help_flag("-h,--help", "Print this help");
-}
-
-/// The parser would read a path such as [a,b] as a list of two, so paths are what it leaves over, and the
-/// option is there for the help text only.
-std::string makeHelp(CLI::App& app, std::vector<std::string>& paths) {
-    app.add_option("PATH", paths, "Files and folders; - is standard input")->type_name("");
-    return app.help();
 }
 
 std::vector<std::string> getOptionNames(const CLI::App& app) {
@@ -258,8 +290,8 @@ std::vector<std::string> getOptionNames(const CLI::App& app) {
     return names;
 }
 
-/// The words that are no options; after a `--` all words are paths. Fails if one looks like an option and
-/// isn't.
+/// The words that are no options, since the parser would read a path such as [a,b] as a list of two; after a
+/// `--` all words are paths. Fails if one looks like an option and isn't.
 Result<std::vector<std::string>> getPaths(const CLI::App& app) {
     std::vector<std::string> paths;
     bool isAfterDashes = false;
@@ -357,8 +389,8 @@ Result<void> checkCombination(const Arguments& arguments) {
     if (!arguments.lines.empty() && arguments.paths.size() > 1) {
         return refuse("--lines needs exactly one file");
     }
-    if (search.isPathListNulEnded && search.pathList.empty()) {
-        return refuse("-0 needs --files-from");
+    if (search.isPathListNulEnded && search.pathList.empty() && !arguments.check) {
+        return refuse("-0 needs --files-from or --check");
     }
     if (arguments.options.ignoresFiles && !arguments.options.file.empty()) {
         return refuse("--config and --no-config contradict each other");
@@ -390,13 +422,15 @@ std::string getErrorText(const CLI::ParseError& error) {
 void addOptions(CLI::App& app, Arguments& arguments, PatternOptions& patterns) {
     app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.allow_extras();
-    app.footer(footer);
     addModes(app, arguments);
-    addOptionFlags(app, arguments.options);
     addSearchOptions(app, arguments.search, patterns);
+    addStandardInputName(app, arguments);
+    app.option_defaults()->group(layout);
+    addOptionFlags(app, arguments.options);
+    addExecutionOptions(app, arguments);
     addChangeOptions(app, arguments.changes);
-    addReplacementRules(app, arguments.replacement);
-    addGeneralOptions(app, arguments);
+    addLines(app, arguments);
+    addReportOptions(app, arguments);
     refuseFlagValues(app);
 }
 
@@ -410,14 +444,16 @@ OptionDescription makeDescription(const CLI::Option& option) {
     }
     description.value = option.get_expected_min() == 0 ? "" : option.get_type_name();
     description.help = option.get_description();
+    description.group = option.get_group();
     return description;
 }
 
 } // namespace
 
-Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv) {
+Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv,
+                                                            std::size_t helpWidth) {
     Arguments arguments;
-    CLI::App app(description, "ombrel-format");
+    CLI::App app;
     PatternOptions patterns;
     addOptions(app, arguments, patterns);
     if (const auto checked = checkValues(argc, argv); !checked) {
@@ -425,10 +461,10 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
     }
     try {
         app.parse(argc, argv);
-    } catch (const SchemaCall&) {
-        return PrintedText{makeOptionsSchema()};
+    } catch (const TextCall& call) {
+        return PrintedText{call.text};
     } catch (const CLI::CallForHelp&) {
-        return PrintedText{makeHelp(app, arguments.paths)};
+        return PrintedText{makeHelp(describeCommandLine(), helpWidth)};
     } catch (const CLI::CallForVersion& version) {
         return PrintedText{std::string(version.what()) + '\n'};
     } catch (const CLI::ParseError& error) {
@@ -442,8 +478,10 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
     if (arguments.paths.empty() && arguments.search.pathList.empty() && !arguments.changes.isAsked()) {
         const bool isFolderMeant = arguments.printConfig && app.count("--stdin-filename") == 0;
         arguments.paths.emplace_back(isFolderMeant ? "." : "-");
+        arguments.isInputImplied = !isFolderMeant && !arguments.init;
     }
     arguments.search.patterns = patterns.join(app);
+    arguments.search.stdinName = app.count("--stdin-filename") == 0 ? "" : arguments.stdinName;
     if (const auto checked = checkShards(arguments); !checked) {
         return fail(checked.error());
     }
@@ -460,12 +498,18 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
 std::vector<OptionDescription> describeCommandLine() {
     Arguments arguments;
     PatternOptions patterns;
-    CLI::App app(description, "ombrel-format");
+    CLI::App app;
     addOptions(app, arguments, patterns);
     std::vector<OptionDescription> descriptions;
     for (const CLI::Option* option : std::as_const(app).get_options()) {
         descriptions.push_back(makeDescription(*option));
     }
+    const std::vector<std::string> groups = {whatToFormat, whatToDo, layout, changedLines, reports};
+    const auto getRank = [&](const OptionDescription& option) {
+        return std::find(groups.begin(), groups.end(), option.group);
+    };
+    std::stable_sort(descriptions.begin(), descriptions.end(),
+                     [&](const auto& a, const auto& b) { return getRank(a) < getRank(b); });
     return descriptions;
 }
 

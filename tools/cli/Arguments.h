@@ -9,6 +9,7 @@
 #include "options/OptionsResolver.h"
 #include "text/LineRange.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -21,7 +22,8 @@ enum class ColorChoice { Auto, Always, Never };
 /// What the user asked for, checked and with all defaults filled in.
 struct Arguments {
     std::vector<std::string>
-        paths; ///< "-" is standard input; at least one, unless a list or git supplies them
+        paths;                   ///< "-" is standard input; at least one, unless a list or git supplies them
+    bool isInputImplied = false; ///< standard input is read because nothing else was named
     SearchOptions search;
     ChangeOptions changes;
     bool inPlace = false;
@@ -44,6 +46,9 @@ struct Arguments {
     /// The name of an input in messages.
     const std::string& getShownName(const std::string& path) const { return path == "-" ? stdinName : path; }
 
+    /// -0 is about the list of paths if there is one, otherwise about the names of --check.
+    bool endsNamesInNul() const { return search.isPathListNulEnded && search.pathList.empty(); }
+
     bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
 };
 
@@ -53,13 +58,16 @@ struct PrintedText {
 };
 
 /// Reads the command line of the program, `argv[0]` included. Fails with one UsageError.
-Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv);
+/// `helpWidth` is the widest line of the help, in columns.
+Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char* const* argv,
+                                                            std::size_t helpWidth = 100);
 
 /// An option of the command line as users see it.
 struct OptionDescription {
     std::vector<std::string> names; ///< with their dashes, the short one first
     std::string value;              ///< what follows it: "N", "FILE", "line|tree"; empty for a flag
     std::string help;               ///< what it does, with the default in brackets at the end
+    std::string group;              ///< its heading in the help
 };
 
 /// All options, from which manual and completions are made, in the order of the help.

@@ -28,6 +28,7 @@ Arguments nameFiles(Arguments arguments, const std::vector<ChangedFile>& files) 
     const bool isWriting = !arguments.check && !arguments.diff && !arguments.checkSyntax;
     arguments.inPlace = arguments.inPlace || (arguments.changes.isStaged && isWriting);
     arguments.search.forcesExclusion = true;
+    arguments.search.arePathsNamed = false;
     arguments.search.allowsNoFiles = true;
     arguments.changes = {};
     arguments.paths.clear();

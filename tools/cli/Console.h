@@ -15,6 +15,8 @@ struct Console {
     bool isOutTerminal = false;
     bool isErrTerminal = false;
     bool isColorUnwanted = false; ///< the user's NO_COLOR
+    bool isInTerminal = false;
+    bool isOutOnErrTerminal = false; ///< results and messages go to one terminal
 
     Color getOutColor(ColorChoice choice) const { return getColor(choice, isOutTerminal); }
     Color getErrColor(ColorChoice choice) const { return getColor(choice, isErrTerminal); }

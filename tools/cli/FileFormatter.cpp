@@ -39,10 +39,21 @@ public:
         outcome.path = arguments.getShownName(path);
     }
 
-    FileResult run() {
+    FileResult run() { return run(&Task::process); }
+
+    FileResult pass() { return run(&Task::deliverUnchanged); }
+
+    FileResult refuse(const Problem& problem) {
+        report(problem, {});
+        return std::move(result);
+    }
+
+private:
+    /// Reads the input and does something with its bytes.
+    FileResult run(void (Task::*work)(std::string)) {
         try {
-            process(job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
-                                          : readInput(path, job.console.in, job.files));
+            (this->*work)(job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
+                                                : readInput(path, job.console.in, job.files));
         } catch (const FileError& error) {
             report(Problem(getCode(error.kind), error.what()), {});
         } catch (const std::bad_alloc&) {
@@ -53,12 +64,6 @@ public:
         return std::move(result);
     }
 
-    FileResult refuse(const Problem& problem) {
-        report(problem, {});
-        return std::move(result);
-    }
-
-private:
     void process(std::string bytes) {
         const auto source = decodeSource(bytes);
         if (!source) {
@@ -80,6 +85,7 @@ private:
         const auto edits = layOut(source.text, suppression);
         if (!edits) {
             report(edits.error(), source.text);
+            deliverUnchanged(std::move(bytes)); // an editor that replaces its text by this loses nothing
             return;
         }
         if (edits->empty()) {
@@ -151,6 +157,10 @@ private:
 
 FileResult processFile(const FileJob& job, const std::string& path) {
     return Task(job, path).run();
+}
+
+FileResult passFile(const FileJob& job, const std::string& path) {
+    return Task(job, path).pass();
 }
 
 FileResult refuseFile(const FileJob& job, const std::string& path, const Problem& problem) {

@@ -41,6 +41,9 @@ struct FileResult {
 /// so several threads may call it at once. Every failure is part of the result.
 FileResult processFile(const FileJob& job, const std::string& path);
 
+/// The result of an input that isn't to be formatted: what is printed of it is its text as it is.
+FileResult passFile(const FileJob& job, const std::string& path);
+
 /// The result of an input that can't even be read.
 FileResult refuseFile(const FileJob& job, const std::string& path, const Problem& problem);
 

@@ -29,6 +29,7 @@ void Progress::erase() {
         *stream << "\r\033[K" << std::flush;
         setUnfinishedLineShown(false);
         isShown = false;
+        nextTime = clock();
     }
 }
 

@@ -8,7 +8,7 @@
 namespace ombrel {
 
 /// "412 of 2,140 files" on the last line of a terminal, from the first second of a run on. Whoever writes to
-/// the same terminal erases it before.
+/// the same terminal erases it before, and then shows it again.
 class Progress {
 public:
     using Clock = std::function<std::chrono::steady_clock::time_point()>;
@@ -19,8 +19,8 @@ public:
     Progress& operator=(const Progress&) = delete;
     ~Progress() { erase(); }
 
-    /// Shows how many inputs are done if it is time to: not in the first second, and ten times a second at
-    /// most.
+    /// Shows how many inputs are done if it is time to: not in the first second, and then ten times a second
+    /// at most, but at once after it was erased.
     void show(std::size_t done);
 
     void erase();

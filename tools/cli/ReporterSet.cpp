@@ -36,8 +36,8 @@ std::unique_ptr<Reporter> ReporterSet::makeReporter(ReporterKind kind, std::ostr
     case ReporterKind::Human:
         break;
     }
-    const HumanStyle style{errorColor, printsNames(arguments), arguments.verbose && !arguments.checkSyntax,
-                           !arguments.quiet};
+    const HumanStyle style{errorColor, printsNames(arguments), arguments.endsNamesInNul(),
+                           arguments.verbose && !arguments.checkSyntax, !arguments.quiet};
     return std::make_unique<HumanReporter>(console.out, console.err, style);
 }
 

@@ -30,6 +30,10 @@ using Verdict = Candidate::Verdict;
 constexpr const char* nothingToDo =
     "no file to format; --list-files says what was left out and why, --allow-no-files makes this a success";
 
+constexpr const char* foldersAreNotPrinted =
+    "the files of a folder aren't printed: use --in-place to write them back, --check or --diff to see what "
+    "would change, or name one file";
+
 class Run {
 public:
     Run(const Arguments& arguments, const ChangedLines& changedLines, Console& console, FileSystem& files)
@@ -67,18 +71,36 @@ private:
             list(found.candidates);
             return finish();
         }
-        std::erase_if(found.candidates, [](const Candidate& c) { return c.verdict == Verdict::Left; });
+        noteLeftOut(found.candidates);
+        std::erase_if(found.candidates,
+                      [](const Candidate& c) { return c.verdict == Verdict::Left && c.path != "-"; });
         if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
             return refuse({Code::UsageError, "--lines needs exactly one file"});
         }
+        if (found.hasFolder && arguments.isPrinting()) {
+            return refuse({Code::UsageError, foldersAreNotPrinted});
+        }
         if (found.candidates.empty() && !found.hasOtherShards && !arguments.search.allowsNoFiles) {
             return refuse({Code::NoFiles, nothingToDo});
+        }
+        if (arguments.isInputImplied && console.isInTerminal && !arguments.quiet) {
+            console.err << "reading standard input; --help shows how to format files\n" << std::flush;
         }
         const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
         if (isPrepared && !found.candidates.empty()) {
             process(found.candidates, found.hasFolder);
         }
         return finishReports();
+    }
+
+    /// Whoever names a file or folder expects that it is formatted.
+    void noteLeftOut(const std::vector<Candidate>& candidates) {
+        for (const Candidate& candidate : candidates) {
+            if (candidate.isNamed && arguments.search.arePathsNamed && !arguments.quiet) {
+                fail(arguments.getShownName(candidate.path),
+                     {Code::LeftOut, "left out: " + getPrintableName(candidate.reason)});
+            }
+        }
     }
 
     /// The file of a report that is one of the sources too, by whatever path; empty if there is none.
@@ -155,6 +177,9 @@ private:
         } catch (const FileError& error) {
             return fail(path, {Code::WriteFailed, error.what()});
         }
+        if (!arguments.quiet) {
+            console.err << "wrote " << path << '\n';
+        }
         return ExitStatus::Done;
     }
 
@@ -190,7 +215,7 @@ private:
         OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
                                      [&](std::size_t i) { return processOne(inputs[i]); });
         while (const auto result = work.getNext(showProgress)) {
-            if (isShown(*result)) {
+            if (isWrittenToTerminal(*result)) {
                 progress.erase();
             }
             if (!deliver(*result)) {
@@ -209,9 +234,10 @@ private:
     bool isTalking() const { return !arguments.quiet && hasHumanReporter(arguments); }
 
     FileResult processOne(const Candidate& input) const {
-        return input.verdict == Verdict::Unreadable
-                   ? refuseFile(job, input.path, {Code::UnreadableInput, input.reason})
-                   : processFile(job, input.path);
+        if (input.verdict == Verdict::Unreadable) {
+            return refuseFile(job, input.path, {Code::UnreadableInput, input.reason});
+        }
+        return input.verdict == Verdict::Left ? passFile(job, input.path) : processFile(job, input.path);
     }
 
     std::size_t getThreadCount(std::size_t inputCount) const {
@@ -219,9 +245,11 @@ private:
         return std::clamp<std::size_t>(wanted, 1, inputCount);
     }
 
-    bool isShown(const FileResult& result) const {
-        return arguments.verbose || !result.out.empty() || !result.outcome.messages.empty() ||
-               result.outcome.status == FileStatus::WouldChange;
+    /// Whether a result is going to be written where progress is shown.
+    bool isWrittenToTerminal(const FileResult& result) const {
+        const bool hasOutput = !result.out.empty() || result.outcome.status == FileStatus::WouldChange;
+        return arguments.verbose || !result.outcome.messages.empty() ||
+               (hasOutput && console.isOutOnErrTerminal);
     }
 
     /// False if standard output can't be written any more.

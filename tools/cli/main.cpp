@@ -4,6 +4,7 @@
 #include "files/FileSystem.h"
 #include "files/Interruption.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -13,6 +14,8 @@
 #include <string_view>
 
 #include <malloc.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -52,8 +55,35 @@ void tuneMemory() {
 #endif
 }
 
+/// Columns that the help may use: the terminal's, as far as they are readable.
+std::size_t getHelpWidth() {
+    constexpr std::size_t narrowest = 50;
+    constexpr std::size_t widest = 100;
+    winsize size{};
+    const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return isKnown ? std::clamp<std::size_t>(size.ws_col, narrowest, widest) : widest;
+}
+
+bool isOneTerminal(int a, int b) {
+    struct stat first {};
+    struct stat second {};
+    return ::isatty(a) == 1 && ::isatty(b) == 1 && ::fstat(a, &first) == 0 && ::fstat(b, &second) == 0 &&
+           first.st_rdev == second.st_rdev;
+}
+
+Console makeConsole() {
+    return {std::cin,
+            std::cout,
+            std::cerr,
+            ::isatty(STDOUT_FILENO) == 1,
+            ::isatty(STDERR_FILENO) == 1,
+            isSet("NO_COLOR"),
+            ::isatty(STDIN_FILENO) == 1,
+            isOneTerminal(STDOUT_FILENO, STDERR_FILENO)};
+}
+
 ExitStatus runProgram(int argc, char** argv) {
-    const auto parsed = parseArguments(argc, argv);
+    const auto parsed = parseArguments(argc, argv, getHelpWidth());
     if (!parsed) {
         const ExitStatus status = refuse(parsed.error().front());
         std::cerr << "Try ombrel-format --help.\n";
@@ -62,9 +92,7 @@ ExitStatus runProgram(int argc, char** argv) {
     if (const auto* printed = std::get_if<PrintedText>(&*parsed)) {
         return print(*printed);
     }
-    Console console{
-        std::cin,         std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1, ::isatty(STDERR_FILENO) == 1,
-        isSet("NO_COLOR")};
+    Console console = makeConsole();
     const auto& arguments = std::get<Arguments>(*parsed);
     DiskFileSystem files(arguments.replacement);
     return run(arguments, console, files);

@@ -26,6 +26,21 @@ std::string getRealPath(const std::string& path) {
     return error ? path : real.string();
 }
 
+/// The same for a name of which only folders have to exist.
+std::string getRealName(const std::string& name) {
+    std::error_code error;
+    const fs::path real = fs::weakly_canonical(fs::absolute(name, error), error);
+    return error ? name : real.string();
+}
+
+/// Whether a folder is a `.git` or in one, unless the current folder is too: that can't be by mistake.
+bool isInGit(const std::string& real) {
+    std::error_code error;
+    const std::string current = fs::current_path(error).string();
+    const std::string path = isBelow(current, real) ? getShortPath(current, real) : real;
+    return ('/' + path + '/').find("/.git/") != std::string::npos && current != real;
+}
+
 /// What is shown before the names found in a folder; nothing for the current one.
 std::string getShownFolder(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) {
@@ -82,7 +97,16 @@ public:
         : options(options), exclusion(options, files, ignored), shardNames(files),
           folders(std::move(folders)) {}
 
-    void addStandardInput() { add("-", Verdict::Taken, "named"); }
+    void addStandardInput() {
+        const bool isLeft = options.forcesExclusion && !options.stdinName.empty();
+        const auto decision =
+            isLeft ? exclusion.decideFromTop(getRealName(options.stdinName), false) : Exclusion::Decision{};
+        if (decision.isExcluded) {
+            leaveNamed("-", decision.reason);
+        } else {
+            add("-", Verdict::Taken, "named");
+        }
+    }
 
     void addFile(const std::string& path) {
         std::error_code error;
@@ -96,10 +120,14 @@ public:
 
     void addFolder(const std::string& path) {
         result.hasFolder = true;
+        const std::string real = getRealPath(path);
+        if (isInGit(real)) {
+            leaveNamed(path, "it belongs to git");
+            return;
+        }
         if (isForcedOut(path, true)) {
             return;
         }
-        const std::string real = getRealPath(path);
         start = real;
         exclusion.begin(real);
         walk(real, getShownFolder(path));
@@ -117,9 +145,14 @@ private:
         }
         const auto decision = exclusion.decideFromTop(getRealPath(path), isFolder);
         if (decision.isExcluded) {
-            add(path, Verdict::Left, decision.reason);
+            leaveNamed(path, decision.reason);
         }
         return decision.isExcluded;
+    }
+
+    void leaveNamed(const std::string& path, const std::string& reason) {
+        add(path, Verdict::Left, reason);
+        result.candidates.back().isNamed = true;
     }
 
     /// Looks through a folder that the exclusion has just begun with or entered.
@@ -243,6 +276,9 @@ SearchResult findFiles(const std::vector<std::string>& paths, const SearchOption
         if (isFolder.back()) {
             folders.push_back(scope.back());
         }
+    }
+    if (options.forcesExclusion && !options.stdinName.empty()) {
+        scope.push_back(getRealName(options.stdinName));
     }
     ignored.setScope(std::move(scope));
     Search search(options, files, ignored, std::move(folders));

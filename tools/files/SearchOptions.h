@@ -15,6 +15,8 @@ struct SearchOptions {
         patterns; ///< what to leave out, as in ignore files; after a `!`, what to include
     bool honorsGitignore = true;
     bool forcesExclusion = false; ///< paths that are named can be left out too
+    std::string stdinName;        ///< what standard input is called; empty: it has no name
+    bool arePathsNamed = true;    ///< by the user, who has to know if one of them is left out
     bool allowsNoFiles = false;
     Shard shard;            ///< of the files that are found, the run takes those of this shard
     bool listsOnly = false; ///< say what would be taken and why, and stop

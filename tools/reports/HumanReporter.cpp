@@ -26,7 +26,7 @@ void HumanReporter::add(const FileOutcome& outcome) {
         err << getPrintableName(outcome.path) << ": " << getReadableWord(outcome.status) << '\n';
     }
     if (style.printsNames && outcome.status == FileStatus::WouldChange) {
-        out << getQuotedName(outcome.path) << '\n';
+        out << (style.endsNamesInNul ? outcome.path + '\0' : getQuotedName(outcome.path) + '\n');
     }
 }
 

@@ -9,6 +9,7 @@ namespace ombrel {
 struct HumanStyle {
     Color color = Color::Off;
     bool printsNames = false;    ///< names of files that would change, on standard output
+    bool endsNamesInNul = false; ///< as they are, for programs
     bool printsStatus = false;   ///< what was done with each file, and notes
     bool printsWarnings = false; ///< errors are always printed
 };
