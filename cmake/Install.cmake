@@ -31,6 +31,12 @@ endif()
 
 ombrel_install(ombrel-format tool)
 ombrel_install(ombrel-dump devtools)
+if(TARGET ombrel-explorer)
+    ombrel_install(ombrel-explorer devtools)
+    install(FILES packaging/ombrel-explorer.desktop DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/applications COMPONENT devtools)
+    install(FILES devtools/explorer/page/src/icon.svg DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor/scalable/apps
+        RENAME ombrel-explorer.svg COMPONENT devtools)
+endif()
 ombrel_install(ombrel-lsp lsp)
 install(TARGETS ca_formatting_devtools LIBRARY COMPONENT devtools)
 

@@ -58,10 +58,11 @@ in continuous integration. Has a line engine for any text and a tree engine for
 text that parses."
     DEPENDS "libca-formatting0 ${exactly}, ombrel-devtools ${exactly}" SUGGESTS git)
 ombrel_package(devtools ombrel-devtools devel
-    "source-code formatter for Ombrel (tree engine and ombrel-dump)"
-    "The companion library, through which ombrel-format reaches the tree engine, and
-ombrel-dump, which prints what the formatters make of a text at one stage."
-    DEPENDS "libca-formatting0 ${exactly}")
+    "source-code formatter for Ombrel (tree engine, ombrel-dump, ombrel-explorer)"
+    "The companion library, through which ombrel-format reaches the tree engine,
+ombrel-dump, which prints what the formatters make of a text at one stage, and
+ombrel-explorer, a local page to try options and see every stage."
+    DEPENDS "libca-formatting0 ${exactly}" SUGGESTS xdg-utils)
 ombrel_package(lsp ombrel-lsp devel
     "source-code formatter for Ombrel (language server)"
     "Formats documents in editors while they are written, as ombrel-format does, and

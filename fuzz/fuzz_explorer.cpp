@@ -1,5 +1,5 @@
-// Requests to the explorer: any bytes are refused, or are a request that the rules let through, and every body gets an
-// answer that fits its text. The input is a request as it comes from a socket.
+// Requests to the explorer: any bytes are refused, or are a request that the rules let through, and every
+// body gets an answer that fits its text. The input is a request as it comes from a socket.
 
 #include "FuzzText.h"
 
@@ -23,7 +23,8 @@ static bool isOneOf(std::string_view text, std::initializer_list<std::string_vie
 }
 
 static void checkAllowed(const RequestHead& head, const Route& route) {
-    if (!isOneOf(head.get("host"), {"127.0.0.1:8080", "localhost:8080", "[::1]:8080"}) || head.method != route.method) {
+    if (!isOneOf(head.get("host"), {"127.0.0.1:8080", "localhost:8080", "[::1]:8080"}) ||
+        head.method != route.method) {
         fail("a request to another server is let through");
     }
     if (route.needsToken && head.get("x-ombrel-token") != rules.token) {
@@ -75,7 +76,8 @@ static void checkFormatted(const std::string& body) {
     }
     std::u16string text = decodeLossy(json::parse(body).at("text").get<std::string>());
     for (auto edit = answer.at("edits").rbegin(); edit != answer.at("edits").rend(); ++edit) {
-        text.replace(edit->at("offset"), edit->at("length"), decodeLossy(edit->at("text").get<std::string>()));
+        text.replace(edit->at("offset"), edit->at("length"),
+                     decodeLossy(edit->at("text").get<std::string>()));
     }
     if (encodeLossy(text) != answer.at("text")) {
         fail("the edits don't make the text");

@@ -101,6 +101,11 @@ private:
         if (decision.isCandidate) {
             return explainBreak();
         }
+        if (kind == ContainerKind::None) {
+            decision.reason = "No line is broken at this operator: one space";
+            add(makeSwitch("lineBreakingEnabled", true));
+            return;
+        }
         decision.reason = "The line may break on the other side of the operator only: one space";
         addPlacement();
     }
@@ -131,9 +136,7 @@ private:
     }
 
     void addPlacement() {
-        if (kind != ContainerKind::None) {
-            add(makeConstructOption("separatorPlacement", kind, config.getSeparatorPlacement(kind)));
-        }
+        add(makeConstructOption("separatorPlacement", kind, config.getSeparatorPlacement(kind)));
     }
 
     void explainTrimmed(const char* trimmed, const char* kept) {

@@ -68,7 +68,7 @@ describe("Formatting", () => {
     const places = json.errors.map((error) => [error.in, error.line, error.column, error.code]);
     assert.deepEqual(places, [["options", 2, 22, "invalid-value"]]);
     const broken = await explorer.call("/api/format", { text: "x = 1;\nif a\n", engine: "tree" });
-    assert.deepEqual(broken.json.errors.map((error) => [error.in, error.line, error.column, error.code]), [["source", 2, 1, "unclosed-block"]]);
+    assert.deepEqual(broken.json.errors.map((error) => [error.in, error.line, error.column, error.code]), [["source", 3, 1, "unclosed-block"]]);
     assert.equal(broken.json.text, "x = 1;\nif a\n");
     assert.equal(broken.json.isStable, null);
   });
@@ -78,16 +78,20 @@ describe("Formatting", () => {
     assert.doesNotMatch(JSON.stringify(json), /root:/);
   });
   test("ranges of lines, also where the lines move", async () => {
-    const text = "if a\nb = 1;\nc = 2;\nend\n";
+    const text = "if a\n    b = 1;\nc = 2;\n  end\nif d, e, end\n";
     const { json } = await explorer.call("/api/format", { text, lines: [[3, 3]] });
-    assert.equal(json.text, "if a\nb = 1;\n    c = 2;\nend\n");
+    assert.equal(json.text, "if a\n    b = 1;\n    c = 2;\n  end\nif d, e, end\n");
     assert.equal(json.isStable, true);
+    const options = { formatting: { indentationEnabled: true, lineBreakingEnabled: true, lineBreakBehavior: "SeparateLines" } };
+    const tree = await explorer.call("/api/format", { text, lines: [[5, 5]], engine: "tree", options });
+    assert.equal(tree.json.text, "if a\n    b = 1;\nc = 2;\n  end\nif d\n    e\nend\n");
+    assert.equal(tree.json.isStable, true);
     const late = await explorer.call("/api/format", { text, lines: [[9, 9]] });
     assert.deepEqual(late.json.errors.map((error) => error.code), ["range-after-end"]);
   });
   test("gaps whose text keeps the program's meaning are named", async () => {
     const { json } = await explorer.call("/api/format", { text: "x = [1; 2];\n", engine: "tree", options: layout });
-    assert.deepEqual(json.kept, [{ begin: 6, end: 8, kind: "repaired" }]);
+    assert.deepEqual(json.kept, [{ begin: 6, end: 8, kind: "repaired" }, { begin: 9, end: 9, kind: "kept" }]);
     assert.equal(json.text, "x=[1;2];\n");
   });
   test("a byte-order mark and characters beyond 16 bits count in offsets", async () => {

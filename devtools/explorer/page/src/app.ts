@@ -6,7 +6,7 @@ import { Explorer } from "./explorer";
 import examples from "project:examples";
 
 /** What most people want first, so that there is something to see. */
-const startOptions = JSON.stringify({ formatting: { indentationEnabled: true, lineBreakingEnabled: true } }, null, 4) + "\n";
+const startOptions = JSON.stringify({ formatting: { lineBreakingEnabled: true } }, null, 4) + "\n";
 
 const reportInterval = 30_000;
 

@@ -61,7 +61,7 @@ export function makeEditor(parent: HTMLElement, settings: EditorSettings): Edito
       events.onSelect?.({ begin: from, end: to });
     }
   });
-  const attributes: Record<string, string> = { "aria-label": settings.label };
+  const attributes: Record<string, string> = { "aria-label": settings.label, tabindex: "0" };
   if (isReadOnly) {
     attributes["aria-readonly"] = "true";
   }

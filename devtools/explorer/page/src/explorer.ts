@@ -22,6 +22,8 @@ const maximalListed = 100;
 const maximalTextLength = 1_300_000; // JSON in UTF-8 stays below the server's limit, whatever the text is
 const presentableRows = 3;
 
+const placeHint = "Point at a gap between two words, or move the cursor to it, to see what decides about it.";
+
 interface Context {
   api: Api;
   sections: Section[];
@@ -132,8 +134,7 @@ export class Explorer {
       { class: "pane source", id: "pane-source", "aria-labelledby": "source-title" },
       el("div", { class: "pane-head" }, el("h2", { id: "source-title" }, "Source"), this.nameField),
       sourceBox,
-      this.place,
-      this.problemList,
+      el("div", { class: "details", role: "region", "aria-label": "Problems and the gap at the cursor", tabindex: "0" }, this.problemList, this.place),
     );
     const resultPane = el(
       "section",
@@ -305,11 +306,9 @@ export class Explorer {
     }
     const { text, engine, options } = this.shared;
     try {
-      const colors = this.color(controller.signal);
-      const stage = this.loadStage(controller.signal);
-      const answer = await this.context.api.format({ text, engine, options }, controller.signal);
-      this.showAnswer(answer);
-      await Promise.all([colors, stage]);
+      const { signal } = controller;
+      const formatted = this.context.api.format({ text, engine, options }, signal).then((answer) => this.showAnswer(answer));
+      await Promise.all([formatted, this.color(signal), this.loadStage(signal)]);
       this.select(this.selection, "program");
       document.body.dataset.state = "ready";
     } catch (error) {
@@ -540,8 +539,7 @@ export class Explorer {
   /** The same for the keyboard: what is known of the place of the cursor. */
   private async describePlace(offset: number): Promise<void> {
     const found = await this.describeGap(offset);
-    this.place.replaceChildren(...(found === null ? [] : [found.card]));
-    this.place.hidden = found === null;
+    this.place.replaceChildren(found?.card ?? el("p", { class: "hint" }, placeHint));
   }
 
   private async describeGap(offset: number): Promise<(Range & { card: HTMLElement }) | null> {

@@ -26,19 +26,29 @@ export class MarkLayer {
     return this.field;
   }
 
-  /** The marks are in order. What is outside of the text is cut off. */
+  /** What is outside of the text is cut off. A line break that is marked alone shows as a point. */
   show(view: EditorView, marks: Mark[]): void {
-    const builder = new RangeSetBuilder<Decoration>();
-    const { length } = view.state.doc;
-    for (const { begin, end, className } of marks) {
-      if (end <= length && begin < end) {
-        builder.add(begin, end, getDecoration(className));
-      } else if (begin === end && end <= length) {
-        builder.add(begin, begin, getPoint(className));
+    const { doc } = view.state;
+    const ranges = marks.flatMap(({ begin, end, className }): MarkRange[] => {
+      if (begin > end || end > doc.length) {
+        return [];
       }
-    }
-    view.dispatch({ effects: this.setMarks.of(builder.finish()) });
+      const points = begin === end ? [begin] : findLoneBreaks(doc, begin, end);
+      const shown = points.map((place) => getPoint(className).range(place));
+      return begin === end ? shown : [getDecoration(className).range(begin, end), ...shown];
+    });
+    view.dispatch({ effects: this.setMarks.of(Decoration.set(ranges, true)) });
   }
+}
+
+type MarkRange = ReturnType<Decoration["range"]>;
+
+const longestGap = 1000;
+
+/** The line breaks of a part of a text that has nothing else to be seen. */
+function findLoneBreaks(doc: Text, begin: number, end: number): number[] {
+  const text = end - begin > longestGap ? "" : doc.sliceString(begin, end);
+  return /^\s*\n\s*$/.test(text) ? [...text.matchAll(/\n/g)].map((match) => begin + match.index) : [];
 }
 
 const decorations = new Map<string, Decoration>();

@@ -122,16 +122,17 @@ export class OptionsPane {
   }
 
   private changeOption(option: Option, value: OptionValue): void {
-    const values = { ...this.values, [option.name]: value };
-    if (isSameValue(value, option.factory)) {
-      delete values[option.name];
-    }
-    this.change(values);
+    this.change({ ...this.values, [option.name]: value });
   }
 
   private change(values: OptionValues): void {
-    this.values = values;
-    setText(this.file, makeOptionsFile(values, this.sections));
+    const options = new Map(this.sections.flatMap((section) => section.options.map((option) => [option.name, option])));
+    const isChanged = ([name, value]: [string, OptionValue]) => {
+      const option = options.get(name);
+      return option !== undefined && !isSameValue(value, option.factory);
+    };
+    this.values = Object.fromEntries(Object.entries(values).filter(isChanged));
+    setText(this.file, makeOptionsFile(this.values, this.sections));
     this.showValues();
     this.onChange(this.getText(), this.engine);
   }

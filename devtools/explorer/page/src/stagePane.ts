@@ -43,7 +43,7 @@ function findRows(rows: Row[], { begin, end }: Range): number[] {
 export class StagePane {
   readonly element: HTMLElement;
   private readonly select = el("select", { id: makeId("stage"), "aria-label": "Stage" });
-  private readonly note = el("p", { class: "note", role: "note" });
+  private readonly note = el("p", { class: "note", role: "note", hidden: true });
   private readonly layer = new MarkLayer();
   private readonly view: EditorView;
   private answer: DumpAnswer | null = null;
