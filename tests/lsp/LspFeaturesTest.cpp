@@ -160,7 +160,7 @@ TEST(LspFormatting, IndentsWhileTyping) {
         {"if a\n    x = blend|", "if a\n    x = blend"},
         {"switch a\n        case|", "switch a\n    case"},
         {"if a\n|", "if a\n  ", tree},
-        {"if a\n|", "if a\n", R"({"engine": "tree"})"},
+        {"if a\n|", "if a\n", R"({"engine": "tree", "formatting": {"indentationEnabled": false}})"},
         {"% ombrel-format off\nif a\n|", "% ombrel-format off\nif a\n"},
     };
     for (const Row& row : rows) {

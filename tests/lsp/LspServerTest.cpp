@@ -198,6 +198,43 @@ TEST(LspPositions, AreRightAfterEveryEditInEveryEncoding) {
     }
 }
 
+TEST(LspProgress, BeginsWithTheClientsConsentAndEndsWithTheWork) {
+    std::mutex mutex;
+    std::vector<Json> sent;
+    Connection connection([&](std::string_view body) {
+        const std::lock_guard guard(mutex);
+        sent.push_back(Json::parse(body));
+    });
+    const auto waitFor = [&](std::size_t count) {
+        for (bool isDone = false; !isDone; std::this_thread::yield()) {
+            const std::lock_guard guard(mutex);
+            isDone = sent.size() == count;
+        }
+        return sent.back();
+    };
+    Progress progress(connection, std::chrono::milliseconds(0));
+    progress.setClientCanCreate(true);
+    {
+        const auto work = progress.start("title", "token of the client");
+        EXPECT_EQ(waitFor(1)["params"]["value"]["kind"], "begin");
+    }
+    EXPECT_EQ(waitFor(2)["params"], (Json{{"token", "token of the client"}, {"value", {{"kind", "end"}}}}));
+    for (const Json& response : {Json{{"result", nullptr}}, Json{{"error", {{"code", 1}}}}}) {
+        sent.clear();
+        Json answer = response;
+        const bool isAllowed = response.contains("result");
+        {
+            const auto work = progress.start("title", nullptr);
+            const Json request = waitFor(1);
+            EXPECT_EQ(request["method"], "window/workDoneProgress/create");
+            answer["id"] = request["id"];
+            connection.handleResponse(answer);
+            EXPECT_EQ(sent.size(), isAllowed ? 2U : 1U);
+        }
+        EXPECT_EQ(sent.size(), isAllowed ? 3U : 1U);
+    }
+}
+
 /// For the thread sanitizer: real threads, many documents, changes while answers are made.
 TEST(LspServer, WorksOnSeveralThreads) {
     TemporaryFolder folder;

@@ -23,8 +23,8 @@ Json describeServer(const Client& client) {
     const Json capabilities = {
         {"positionEncoding", getName(client.encoding)},
         {"textDocumentSync", describeSynchronization()},
-        {"documentFormattingProvider", true},
-        {"documentRangeFormattingProvider", {{"rangesSupport", true}}},
+        {"documentFormattingProvider", {{"workDoneProgress", true}}},
+        {"documentRangeFormattingProvider", {{"rangesSupport", true}, {"workDoneProgress", true}}},
         {"documentOnTypeFormattingProvider", describeTypeTriggers()},
         {"semanticTokensProvider",
          {{"legend", describeTokenLegend()}, {"range", true}, {"full", {{"delta", true}}}}},

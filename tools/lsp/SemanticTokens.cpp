@@ -138,6 +138,15 @@ Json writeChanges(const Numbers& before, const Numbers& after) {
                          {"data", Numbers(afterFront, afterBack.base())}}});
 }
 
+/// Names a result, so that the client can ask for the difference to it. Large ones aren't kept for that.
+Json writeResult(const Question& question, Json result, Numbers numbers) {
+    constexpr std::size_t mostKept = 1 << 20;
+    if (numbers.size() <= mostKept) {
+        result["resultId"] = question.tokenHistory.keep(question.getDocument().uri, std::move(numbers));
+    }
+    return result;
+}
+
 } // namespace
 
 Json describeTokenLegend() {
@@ -151,8 +160,7 @@ Json findTokens(const Question& question) {
     }
     Numbers numbers = makeAllNumbers(question);
     Json data = numbers;
-    return {{"resultId", question.tokenHistory.keep(question.getDocument().uri, std::move(numbers))},
-            {"data", std::move(data)}};
+    return writeResult(question, {{"data", std::move(data)}}, std::move(numbers));
 }
 
 Json findTokensInRange(const Question& question) {
@@ -174,7 +182,7 @@ Json findTokenChanges(const Question& question) {
     }
     Numbers numbers = makeAllNumbers(question);
     Json edits = writeChanges(before, numbers);
-    return {{"resultId", question.tokenHistory.keep(uri, std::move(numbers))}, {"edits", std::move(edits)}};
+    return writeResult(question, {{"edits", std::move(edits)}}, std::move(numbers));
 }
 
 } // namespace ombrel::lsp
