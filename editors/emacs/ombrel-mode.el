@@ -89,6 +89,16 @@
       (eglot-format (region-beginning) (region-end))
     (eglot-format-buffer)))
 
+(defun ombrel-show-options ()
+  "Show the options that apply to this file, and where each comes from."
+  (interactive)
+  (let ((answer (jsonrpc-request (eglot--current-server-or-lose) :ombrel/options
+                                 (list :textDocument (eglot--TextDocumentIdentifier)
+                                       :options (list :tabSize tab-width
+                                                      :insertSpaces (if indent-tabs-mode :json-false t))))))
+    (with-help-window "*Ombrel options*"
+      (princ (plist-get answer :text)))))
+
 (defun ombrel-indent-line ()
   "Format this line, or indent it like the one before if there is no server."
   (let ((column-from-end (- (line-end-position) (point))))
@@ -122,6 +132,7 @@ A text that doesn't parse is saved as it is."
   (add-hook 'before-save-hook #'ombrel--format-before-save nil t))
 
 (define-key ombrel-mode-map (kbd "C-c C-f") #'ombrel-format-region-or-buffer)
+(define-key ombrel-mode-map (kbd "C-c C-o") #'ombrel-show-options)
 
 (defun ombrel--contact (&optional _interactive)
   "How eglot starts the server."

@@ -80,6 +80,10 @@
             (buffer-substring-no-properties (line-beginning-position 3) (line-end-position 3))
             "saved with changed options"))
   (expect (text-of-buffer) (with-temp-buffer (insert-file-contents "a.omb") (text-of-buffer)) "the file")
+  (ombrel-show-options)
+  (with-current-buffer "*Ombrel options*"
+    (goto-char (point-min))
+    (expect t (and (re-search-forward "^line\\.indentSize +5 +.*ombrel-format\\.json" nil t) t) "options"))
   (open "b.omb" (replace-regexp-in-string "\n" "\r\n" slanted))
   (expect 1 (coding-system-eol-type buffer-file-coding-system) "line ends")
   (set-buffer-modified-p t)

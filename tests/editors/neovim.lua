@@ -78,6 +78,10 @@ local function run()
     expect('     if b', lines()[3], 'saved with changed options')
     expect(lines(), vim.fn.readfile('b.omb'), 'the file')
 
+    vim.cmd('OmbrelOptions')
+    expect('string', type(table.concat(lines(), '\n'):match('line%.indentSize +5 +%S*%.ombrel%-format%.json')), 'options')
+    vim.cmd('close')
+
     open('c.omb', vim.tbl_map(function(line)
         return line .. '\r'
     end, slanted))

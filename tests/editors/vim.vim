@@ -84,6 +84,10 @@ for [s:line, s:column, s:group] in [[1, 6, 'ombrelTranspose'], [1, 10, 'ombrelSt
     call s:Pass()
 endfor
 
+set filetype=none
+call assert_equal(['', '', ''], [&formatexpr, &l:formatprg, maparg('=', 'n')])
+call s:Pass()
+
 enew!
 call setline(1, empty(v:errors) ? '# pass ' . s:passed : v:errors)
 %print

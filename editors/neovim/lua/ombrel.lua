@@ -32,6 +32,7 @@ local function start_old(config, buffer)
     end
     servers[root] = servers[root] or vim.lsp.start_client(config)
     vim.lsp.buf_attach_client(buffer, servers[root])
+    vim.bo[buffer].omnifunc = 'v:lua.vim.lsp.omnifunc'
 end
 
 local function start(config, buffer)
@@ -71,6 +72,21 @@ function M.format(buffer, first, last)
     end
 end
 
+--- Shows the options that apply to a buffer, and where each comes from, in a window of its own.
+function M.show_options(buffer)
+    local params = vim.lsp.util.make_formatting_params()
+    params.textDocument = { uri = vim.uri_from_bufnr(buffer) }
+    local answers, problem = vim.lsp.buf_request_sync(buffer, 'ombrel/options', params, options.timeout)
+    local _, answer = next(answers or {})
+    if not answer or not answer.result then
+        vim.notify('ombrel-lsp: ' .. (problem or 'no answer'), vim.log.levels.WARN)
+        return
+    end
+    vim.cmd('new')
+    vim.bo.buftype, vim.bo.bufhidden, vim.bo.swapfile = 'nofile', 'wipe', false
+    vim.api.nvim_buf_set_lines(0, 0, -1, false, vim.split(answer.result.text, '\n', { trimempty = true }))
+end
+
 --- For 'formatexpr', so that gq formats the lines of a motion or a selection.
 function M.formatexpr()
     if vim.tbl_contains({ 'i', 'R', 'ic', 'ix' }, vim.fn.mode()) then
@@ -100,6 +116,9 @@ function M.attach(buffer)
     }, buffer)
     if vim.bo[buffer].filetype == 'ombrel' then
         vim.bo[buffer].formatexpr = "v:lua.require'ombrel'.formatexpr()"
+        vim.api.nvim_buf_create_user_command(buffer, 'OmbrelOptions', function()
+            M.show_options(buffer)
+        end, { desc = 'Show the options that apply to this file' })
     end
 end
 

@@ -35,4 +35,4 @@ augroup END
 
 let b:undo_ftplugin = 'setlocal commentstring< comments< suffixesadd< iskeyword< formatexpr< formatprg< equalprg<'
     \ . ' | unlet! b:match_words | delcommand -buffer OmbrelFormat | execute "autocmd! ombrel_format * <buffer>"'
-    \ . ' | silent! nunmap <buffer> = | silent! nunmap <buffer> == | silent! xunmap <buffer> ='
+    \ . ' | silent! execute "nunmap <buffer> =" | silent! execute "nunmap <buffer> ==" | silent! execute "xunmap <buffer> ="'
