@@ -35,12 +35,12 @@ public:
 
     void child(const char* name, const SyntaxNode* node) {
         startField(name);
-        add(node);
+        appendValue(node);
     }
 
     void list(const char* name, const SyntaxList& nodes) {
         startField(name);
-        add(nodes);
+        appendValue(nodes);
     }
 
     void words(const char* name, const SyntaxList& nodes) {
@@ -63,7 +63,7 @@ public:
         }
         startField(name);
         pieces.emplace_back("{\"dimensions\": ");
-        add(spec->dimensions);
+        appendValue(spec->dimensions);
         child("classType", spec->classType);
         list("validators", spec->validators);
         pieces.emplace_back("}");
@@ -77,7 +77,7 @@ private:
         pieces.emplace_back(json);
     }
 
-    void add(const SyntaxNode* node) {
+    void appendValue(const SyntaxNode* node) {
         if (node == nullptr) {
             pieces.emplace_back("null");
         } else {
@@ -85,7 +85,7 @@ private:
         }
     }
 
-    void add(const SyntaxList& nodes) {
+    void appendValue(const SyntaxList& nodes) {
         pieces.emplace_back("[");
         for (const SyntaxNode* node : nodes) {
             pieces.emplace_back(node == nodes.front() ? "\n" : ",\n");

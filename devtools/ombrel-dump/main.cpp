@@ -130,7 +130,7 @@ struct Request {
     std::string optionsPath; ///< empty: no options
 };
 
-int run(const Request& request) {
+int printDump(const Request& request) {
     const auto stage = findStage(request.stage);
     if (!stage) {
         return refuse(stage.error().front());
@@ -175,7 +175,7 @@ int runProgram(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return refuse({Code::UsageError, error.what()});
     }
-    return run(request);
+    return printDump(request);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "config/JsonBuilder.h"
 
-#include "config/describe.h"
+#include "config/quote.h"
 
 #include <charconv>
 #include <cmath>

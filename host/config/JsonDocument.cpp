@@ -2,7 +2,7 @@
 
 #include "config/JsonBuilder.h"
 #include "config/JsonInput.h"
-#include "config/describe.h"
+#include "config/quote.h"
 #include "config/rapidjson.h"
 #include "i18n/ConfigMessages.h"
 
@@ -146,7 +146,7 @@ JsonDocument readJson(const std::u16string& text) {
     } else if (const JsonValue& root = builder.getRoot(); root.getKind() == JsonValue::ObjectKind) {
         document.root = root.getObject();
     } else {
-        document.faults.push_back({makeMessage(ConfigMessage::ExpectedObject, {describe(root)}),
+        document.faults.push_back({makeMessage(ConfigMessage::ExpectedObject, {quoteValue(root)}),
                                    root.getSpan()->start, root.getSpan()->end});
     }
     return document;

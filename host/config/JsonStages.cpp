@@ -1,6 +1,6 @@
 #include "ca/utils/JsonStages.h"
 
-#include "config/describe.h"
+#include "config/quote.h"
 #include "i18n/ConfigMessages.h"
 
 #include <cmath>
@@ -24,7 +24,7 @@ JsonReaderValue<T> take(JsonReaderValue<JsonValue> in, ConfigMessage refusal, Ac
     out.value = accessor(*in.value);
     if (!out.value) {
         const std::u16string name = in.reader->getName(in.anchor);
-        in.recordIssue(makeMessage(refusal, {name.empty() ? u"value" : name, describe(*in.value)}));
+        in.recordIssue(makeMessage(refusal, {name.empty() ? u"value" : name, quoteValue(*in.value)}));
     }
     return out;
 }
@@ -41,7 +41,7 @@ JsonReaderValue<JsonValue> operator|(JsonReaderValue<JsonValue> in, const GetOpt
         return out;
     }
     if (in.value->getKind() != JsonValue::ObjectKind) {
-        in.recordIssue(makeMessage(ConfigMessage::ExpectedObject, {describe(*in.value)}));
+        in.recordIssue(makeMessage(ConfigMessage::ExpectedObject, {quoteValue(*in.value)}));
         return out;
     }
     const JsonObject object = in.value->getObject();

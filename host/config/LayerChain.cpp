@@ -2,7 +2,7 @@
 
 #include "ca/config/Config.h"
 #include "ca/config/getIssueSeverity.h"
-#include "config/describe.h"
+#include "config/quote.h"
 
 #include <algorithm>
 #include <utility>
@@ -76,7 +76,7 @@ void LayerChain::extend(std::size_t layer) {
         if (isPath(entry)) {
             extendByName(layer, entry);
         } else {
-            recordIssue(layer, entry, ConfigMessage::NoPath, {ca::utils::describe(entry)});
+            recordIssue(layer, entry, ConfigMessage::NoPath, {ca::utils::quoteValue(entry)});
         }
     }
 }

@@ -12,7 +12,7 @@ namespace {
 
 using Argument = resource_core::BaseMsgID::Argument;
 
-std::u16string describe(const Argument& argument) {
+std::u16string toText(const Argument& argument) {
     if (const auto* text = std::get_if<std::u16string>(&argument)) {
         return *text;
     }
@@ -30,7 +30,7 @@ std::u16string fill(std::u16string_view words, const std::vector<Argument>& argu
         const bool isPlace = words[i] == u'{' && i + 2 < words.size() && words[i + 2] == u'}';
         const std::size_t index = isPlace ? static_cast<std::size_t>(words[i + 1] - u'0') : arguments.size();
         if (index < arguments.size()) {
-            text += describe(arguments[index]);
+            text += toText(arguments[index]);
             i += 2;
         } else {
             text += words[i];
@@ -43,7 +43,7 @@ std::u16string showAsItIs(const resource_core::BaseMsgID& id) {
     std::u16string text = decodeLossy(id.catalog + ':' + id.key);
     const char16_t* separator = u": ";
     for (const Argument& argument : id.arguments) {
-        text += separator + describe(argument);
+        text += separator + toText(argument);
         separator = u", ";
     }
     return text;

@@ -69,7 +69,7 @@ void Parser::reportUnclosed() {
     }
     const Token& keyword = cursor.getToken(block.keyword);
     report(u"UnclosedBlock",
-           describe(keyword) + u" on line " + toText(keyword.line) + u" is not closed by 'end'",
+           quoteToken(keyword) + u" on line " + toText(keyword.line) + u" is not closed by 'end'",
            cursor.get());
 }
 
@@ -83,7 +83,7 @@ NodeList Parser::parseBody(const Node* parent) {
 /// `otherwise`.
 void Parser::rejectMoreBranches(std::u16string_view last) {
     while (getBlockOf(cursor.getType()) == blocks.back().keyword.type) {
-        report(u"MisplacedBranch", describeCurrent() + u" can't come after " + std::u16string(last),
+        report(u"MisplacedBranch", quoteCurrent() + u" can't come after " + std::u16string(last),
                cursor.get());
         cursor.advance();
         parseOrSkip([this] {

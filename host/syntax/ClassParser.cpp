@@ -112,7 +112,7 @@ void Parser::skipMisplacedBlock() {
     const OpenBlock& block = blocks.back();
     const Token& keyword = cursor.getToken(block.keyword);
     report(u"MisplacedBlock",
-           describeCurrent() + u" can't be directly inside the " + describe(keyword) + u" on line " +
+           quoteCurrent() + u" can't be directly inside the " + quoteToken(keyword) + u" on line " +
                toText(keyword.line) + u"; is an 'end' missing?",
            cursor.get());
     blocks.back().isReported = true;

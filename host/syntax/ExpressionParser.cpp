@@ -333,7 +333,7 @@ const Node* Parser::parseNumber() {
                                : cursor.getToken(next).lexeme.front();
     const bool isLetter = (u'a' <= first && first <= u'z') || (u'A' <= first && first <= u'Z');
     if (isLetter || (u'0' <= first && first <= u'9') || first == u'_') {
-        fail(u"MalformedNumber", u"a number can't be followed directly by " + describeCurrent(), next);
+        fail(u"MalformedNumber", u"a number can't be followed directly by " + quoteCurrent(), next);
     }
     return number;
 }

@@ -42,8 +42,8 @@ const Node* Parser::parseFunctionStatement() {
         OpenBlock& block = blocks.back();
         const Token& keyword = cursor.getToken(block.keyword);
         report(u"MisplacedFunction",
-               u"a function can't be inside the " + describe(keyword) + u" on line " + toText(keyword.line) +
-                   u"; is an 'end' missing?",
+               u"a function can't be inside the " + quoteToken(keyword) + u" on line " +
+                   toText(keyword.line) + u"; is an 'end' missing?",
                cursor.get());
         block.isReported = true;
     }

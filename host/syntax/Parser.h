@@ -82,7 +82,7 @@ private:
     bool isInReportedHeader(const CodeToken& at) const;
     void checkUnclosedComment();
     std::u16string describePlace(const CodeToken& partner) const;
-    std::u16string describeCurrent() const { return describe(cursor.getToken(cursor.get())); }
+    std::u16string quoteCurrent() const { return quoteToken(cursor.getToken(cursor.get())); }
     Context getContext() const;
     void restore(const Context& context);
     void skipStatement(const Context& start);

@@ -77,8 +77,7 @@ void Parser::failExpected(std::u16string_view what) {
     if (isAt(lineEnd) && !brackets.empty()) {
         failUnclosed(brackets.back());
     }
-    fail(u"UnexpectedText", u"expected " + std::u16string(what) + u" before " + describeCurrent(),
-         cursor.get());
+    fail(u"UnexpectedText", u"expected " + std::u16string(what) + u" before " + quoteCurrent(), cursor.get());
 }
 
 void Parser::failIfUnrecognized() {
@@ -89,7 +88,7 @@ void Parser::failIfUnrecognized() {
     if (token.lexeme.front() == u'\'' || token.lexeme.front() == u'"') {
         fail(u"UnclosedString", u"this string is not closed on its line", cursor.get());
     }
-    fail(u"UnrecognizedText", u"unrecognised text " + describeCurrent(), cursor.get());
+    fail(u"UnrecognizedText", u"unrecognised text " + quoteCurrent(), cursor.get());
 }
 
 /// The comment reaches to the end of the text, so what else is missing there follows from it.

@@ -129,7 +129,7 @@ void findMissingContinuation(const FaultyText& faulty, const SyntaxError& error,
         found.push_back(
             {std::move(continuations),
              makeError(u"UnclosedBracket",
-                       describe(bracket) + u" is not closed on its line; did you forget '...' at " +
+                       quoteToken(bracket) + u" is not closed on its line; did you forget '...' at " +
                            u"the end of line " + toText(error.line) + u"?",
                        bracket)});
     }
@@ -242,7 +242,7 @@ void findMisspelledKeyword(const FaultyText& faulty, const SyntaxError& error, C
         for (const std::u16string_view keyword : findMeantKeywords(word.lexeme)) {
             found.push_back({{replace(faulty, place, word.lexeme.size(), std::u16string(keyword))},
                              makeError(u"MisspelledKeyword",
-                                       describe(word) + u" is not a keyword: did you mean '" +
+                                       quoteToken(word) + u" is not a keyword: did you mean '" +
                                            std::u16string(keyword) + u"'?",
                                        word)});
         }

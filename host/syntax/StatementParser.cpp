@@ -143,7 +143,7 @@ void Parser::rejectStray() {
 }
 
 void Parser::rejectBranch(std::u16string_view block) {
-    const std::u16string branch = describeCurrent();
+    const std::u16string branch = quoteCurrent();
     const CodeToken& code = cursor.advance();
     fail(u"MisplacedBranch", branch + u" is not inside " + std::u16string(block), code);
 }
@@ -164,7 +164,7 @@ void Parser::rejectClosingBracket() {
         return;
     }
     fail(u"UnmatchedBracket",
-         describeCurrent() + u" closes nothing: no " + std::u16string(open) + u" is open here", cursor.get());
+         quoteCurrent() + u" closes nothing: no " + std::u16string(open) + u" is open here", cursor.get());
 }
 
 const Node* Parser::parseLeafStatement(NodeKind kind) {
@@ -231,7 +231,7 @@ const Node* Parser::parseExpressionStatement() {
 void Parser::checkTarget(const Node* target, const CodeToken& at) {
     if (!isAssignable(target->kind)) {
         fail(u"InvalidTarget",
-             u"the expression that starts with " + describe(cursor.getToken(at)) + u" can't be assigned to",
+             u"the expression that starts with " + quoteToken(cursor.getToken(at)) + u" can't be assigned to",
              at);
     }
 }

@@ -29,7 +29,7 @@ std::vector<SyntaxError> SyntaxErrors::take() {
 }
 
 /// Lexemes are cut before they are escaped, so that no escape sequence is cut.
-std::u16string describe(const Token& token) {
+std::u16string quoteToken(const Token& token) {
     constexpr std::size_t longest = 30;
     if (token.type == TokenType::EndOfInput) {
         return u"the end of the file";

@@ -32,7 +32,7 @@ private:
 };
 
 /// The token as a message shows it: `'lexeme'`, shortened and with escapes, or "the end of the line".
-std::u16string describe(const Token& token);
+std::u16string quoteToken(const Token& token);
 
 std::u16string toText(std::uint32_t number);
 

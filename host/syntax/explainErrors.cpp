@@ -94,12 +94,12 @@ public:
         tokenize(draft);
     }
 
-    std::vector<SyntaxError> run() {
+    std::vector<SyntaxError> collectErrors() {
         for (std::size_t next = 0; next < draft.errors.size() && canGuess();) {
             next += explain(next) ? 0 : 1;
         }
         for (SyntaxError& error : draft.errors) {
-            add(std::move(error));
+            addError(std::move(error));
         }
         std::stable_sort(explained.begin(), explained.end(), isBefore);
         explained.resize(std::min(explained.size(), SyntaxErrors::limit));
@@ -122,7 +122,7 @@ private:
             characters += draft.text.size();
             Draft better = parseDraft(applyTo(draft.text, slip.replacements));
             if (isBetter(better.errors, draft.errors)) {
-                add(std::move(slip.error));
+                addError(std::move(slip.error));
                 draft = std::move(better);
                 corrections.push_back(std::move(slip.replacements));
                 return true;
@@ -131,7 +131,7 @@ private:
         return false;
     }
 
-    void add(SyntaxError error) {
+    void addError(SyntaxError error) {
         for (auto change = corrections.rbegin(); change != corrections.rend(); ++change) {
             translateBack(error, *change);
         }
@@ -151,7 +151,7 @@ std::vector<SyntaxError> explainErrors(const std::u16string& text, std::vector<S
     if (errors.empty() || text.size() > maximalCharacters) {
         return errors;
     }
-    return Explanation(text, std::move(errors)).run();
+    return Explanation(text, std::move(errors)).collectErrors();
 }
 
 } // namespace ca::syntax

@@ -40,7 +40,7 @@ void write(TextStream& stream, const ConfigIssue& issue) {
     }
 }
 
-std::u16string describe(const Issues& sourceIssues, const Issues& sectionIssues) {
+std::u16string listIssues(const Issues& sourceIssues, const Issues& sectionIssues) {
     auto stream = makeDebugStream();
     for (const Issues* issues : {&sourceIssues, &sectionIssues}) {
         for (const ConfigIssue& issue : *issues) {
@@ -50,7 +50,7 @@ std::u16string describe(const Issues& sourceIssues, const Issues& sectionIssues)
     return stream.str();
 }
 
-std::u16string describe(const std::vector<ca::SyntaxError>& errors) {
+std::u16string listSyntaxErrors(const std::vector<ca::SyntaxError>& errors) {
     auto stream = makeDebugStream();
     stream << u"Syntax errors:\n";
     for (const ca::SyntaxError& error : errors) {
@@ -66,7 +66,7 @@ std::optional<std::u16string> findSyntaxErrors(ca::Analyzer& analyzer, const std
         analyzer.parseSourceCode(sourceText);
         return std::nullopt;
     } catch (const ca::SyntaxErrorException& exception) {
-        return describe(exception.getErrors());
+        return listSyntaxErrors(exception.getErrors());
     }
 }
 
@@ -102,7 +102,7 @@ std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& source
     const auto config = std::make_shared<ca::config::Config>(source);
     const auto formattingConfig = config->get<FormattingConfig>();
     if (!config->getSourceIssues().empty() || !formattingConfig->getIssues().empty()) {
-        return describe(config->getSourceIssues(), formattingConfig->getIssues());
+        return listIssues(config->getSourceIssues(), formattingConfig->getIssues());
     }
     return formatTree(std::make_shared<FormatTree>(sourceText), formattingConfig);
 }

@@ -26,7 +26,7 @@ public:
     explicit LineTracker(LegacyFormatter& state)
         : state(state), settings(state.settings), levelWidth(state.settings.indentSize) {}
 
-    void run(const std::vector<Token>& line) {
+    void trackLine(const std::vector<Token>& line) {
         switch (line[0].type) {
         case TokenType::BlockCommentBody:
             return;
@@ -236,7 +236,7 @@ private:
 } // namespace
 
 void LegacyFormatter::trackIndentationCausedByLine(const std::vector<Token>& line) {
-    LineTracker(*this).run(line);
+    LineTracker(*this).trackLine(line);
 }
 
 bool LegacyFormatter::checkForFunctionEnds(const std::vector<Token>& tokens) const {

@@ -67,7 +67,7 @@ void FormatPass::solve(FormatNode* first) {
         missing.resize(top.firstMissing);
         waiting.pop_back();
         if (isSatisfied) {
-            format(top.node);
+            formatNode(top.node);
         }
     }
 }
@@ -84,7 +84,7 @@ void FormatPass::start(FormatNode* node) {
         }
     });
     if (missing.size() == firstMissing) {
-        format(node);
+        formatNode(node);
         return;
     }
     results.setState(*node, State::Pending);
@@ -104,7 +104,7 @@ bool FormatPass::hasRun(const FormatNode* dependency) {
     return results.getState(dependency) == State::HasRun;
 }
 
-void FormatPass::format(FormatNode* node) {
+void FormatPass::formatNode(FormatNode* node) {
     results.setState(*node, State::HasRun);
     ++effort.nodesRun;
     node->format(*this);

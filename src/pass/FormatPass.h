@@ -112,7 +112,7 @@ private:
     void start(FormatNode* node);
     void dropSatisfied(const Waiting& waiting);
     bool hasRun(const FormatNode* dependency);
-    void format(FormatNode* node);
+    void formatNode(FormatNode* node);
     std::u16string joinLeaves();
 
     std::shared_ptr<FormatTree> tree;

@@ -39,9 +39,9 @@ public:
         outcome.path = arguments.getShownName(path);
     }
 
-    FileResult run() { return run(&Task::process); }
+    FileResult formatFile() { return withBytes(&Task::process); }
 
-    FileResult pass() { return run(&Task::deliverUnchanged); }
+    FileResult pass() { return withBytes(&Task::deliverUnchanged); }
 
     FileResult refuse(const Problem& problem) {
         report(problem, {});
@@ -50,7 +50,7 @@ public:
 
 private:
     /// Reads the input and does something with its bytes.
-    FileResult run(void (Task::*work)(std::string)) {
+    FileResult withBytes(void (Task::*work)(std::string)) {
         try {
             (this->*work)(job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
                                                 : readInput(path, job.console.in, job.files));
@@ -71,11 +71,11 @@ private:
         } else if (arguments.checkSyntax) {
             report(findSyntaxErrors(source->text), source->text);
         } else {
-            format(std::move(bytes), *source);
+            formatBytes(std::move(bytes), *source);
         }
     }
 
-    void format(std::string bytes, const DecodedText& source) {
+    void formatBytes(std::string bytes, const DecodedText& source) {
         const Suppression suppression = findSuppression(source.text);
         report(suppression.warnings, source.text);
         if (suppression.isWholeFile) {
@@ -156,7 +156,7 @@ private:
 } // namespace
 
 FileResult processFile(const FileJob& job, const std::string& path) {
-    return Task(job, path).run();
+    return Task(job, path).formatFile();
 }
 
 FileResult passFile(const FileJob& job, const std::string& path) {

@@ -25,7 +25,7 @@ namespace ombrel {
 
 namespace {
 
-using Verdict = Candidate::Verdict;
+using Verdict = FoundFile::Verdict;
 
 constexpr const char* nothingToDo =
     "no file to format; --list-files says what was left out and why, --allow-no-files makes this a success";
@@ -61,56 +61,56 @@ public:
 private:
     ExitStatus processFound(SearchResult found) {
         warn(found.warnings);
-        if (const std::string report = findReportOnSource(found.candidates); !report.empty()) {
+        if (const std::string report = findReportOnSource(found.files); !report.empty()) {
             const Problem problem(Code::UsageError, "a report can't go to " + getPrintableName(report) +
                                                         ", which is a source file");
             printRunProblem(console.err, "ombrel-format", problem, console.getErrColor(arguments.color));
             return ExitStatus::Usage;
         }
         if (arguments.search.listsOnly) {
-            list(found.candidates);
+            list(found.files);
             return finish();
         }
-        noteLeftOut(found.candidates);
-        std::erase_if(found.candidates,
-                      [](const Candidate& c) { return c.verdict == Verdict::Left && c.path != "-"; });
-        if (!arguments.lines.empty() && (found.hasFolder || found.candidates.size() > 1)) {
+        noteLeftOut(found.files);
+        std::erase_if(found.files,
+                      [](const FoundFile& file) { return file.verdict == Verdict::Left && file.path != "-"; });
+        if (!arguments.lines.empty() && (found.hasFolder || found.files.size() > 1)) {
             return refuse({Code::UsageError, "--lines needs exactly one file"});
         }
         if (found.hasFolder && arguments.isPrinting()) {
             return refuse({Code::UsageError, foldersAreNotPrinted});
         }
-        if (found.candidates.empty() && !found.hasOtherShards && !arguments.search.allowsNoFiles) {
+        if (found.files.empty() && !found.hasOtherShards && !arguments.search.allowsNoFiles) {
             return refuse({Code::NoFiles, nothingToDo});
         }
         if (arguments.isInputImplied && console.isInTerminal && !arguments.quiet) {
             console.err << "reading standard input; --help shows how to format files\n" << std::flush;
         }
-        const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.candidates));
-        if (isPrepared && !found.candidates.empty()) {
-            process(found.candidates, found.hasFolder);
+        const bool isPrepared = arguments.checkSyntax || prepareOptions(getNames(found.files));
+        if (isPrepared && !found.files.empty()) {
+            process(found.files, found.hasFolder);
         }
         return finishReports();
     }
 
     /// Whoever names a file or folder expects that it is formatted.
-    void noteLeftOut(const std::vector<Candidate>& candidates) {
-        for (const Candidate& candidate : candidates) {
-            if (candidate.isNamed && arguments.search.arePathsNamed && !arguments.quiet) {
-                fail(arguments.getShownName(candidate.path),
-                     {Code::LeftOut, "left out: " + getPrintableName(candidate.reason)});
+    void noteLeftOut(const std::vector<FoundFile>& found) {
+        for (const FoundFile& file : found) {
+            if (file.isNamed && arguments.search.arePathsNamed && !arguments.quiet) {
+                fail(arguments.getShownName(file.path),
+                     {Code::LeftOut, "left out: " + getPrintableName(file.reason)});
             }
         }
     }
 
     /// The file of a report that is one of the sources too, by whatever path; empty if there is none.
-    std::string findReportOnSource(const std::vector<Candidate>& candidates) const {
+    std::string findReportOnSource(const std::vector<FoundFile>& found) const {
         for (const ReporterChoice& choice : arguments.reporters) {
             const auto identity = choice.file.empty() ? std::nullopt : files.getIdentity(choice.file);
-            const auto isSame = [&](const Candidate& candidate) {
-                return candidate.path != "-" && files.getIdentity(candidate.path) == identity;
+            const auto isSame = [&](const FoundFile& file) {
+                return file.path != "-" && files.getIdentity(file.path) == identity;
             };
-            if (identity && std::any_of(candidates.begin(), candidates.end(), isSame)) {
+            if (identity && std::any_of(found.begin(), found.end(), isSame)) {
                 return choice.file;
             }
         }
@@ -146,11 +146,11 @@ private:
         }
     }
 
-    std::vector<std::string> getNames(const std::vector<Candidate>& candidates) const {
+    std::vector<std::string> getNames(const std::vector<FoundFile>& found) const {
         std::vector<std::string> names;
-        names.reserve(candidates.size());
-        for (const Candidate& candidate : candidates) {
-            names.push_back(arguments.getShownName(candidate.path));
+        names.reserve(found.size());
+        for (const FoundFile& file : found) {
+            names.push_back(arguments.getShownName(file.path));
         }
         return names;
     }
@@ -196,19 +196,19 @@ private:
         return findFiles(paths, options, files, ignored);
     }
 
-    void list(const std::vector<Candidate>& candidates) {
-        for (const Candidate& candidate : candidates) {
-            if (candidate.verdict == Verdict::Unreadable) {
-                status = fail(candidate.path, {Code::UnreadableInput, candidate.reason});
+    void list(const std::vector<FoundFile>& found) {
+        for (const FoundFile& file : found) {
+            if (file.verdict == Verdict::Unreadable) {
+                status = fail(file.path, {Code::UnreadableInput, file.reason});
             } else {
-                const char* verdict = candidate.verdict == Verdict::Taken ? "taken" : "left";
-                print(getQuotedName(candidate.path) + ": " + verdict + ": " +
-                      getPrintableName(candidate.reason) + '\n');
+                const char* verdict = file.verdict == Verdict::Taken ? "taken" : "left";
+                print(getQuotedName(file.path) + ": " + verdict + ": " + getPrintableName(file.reason) +
+                      '\n');
             }
         }
     }
 
-    void process(const std::vector<Candidate>& inputs, bool hasFolder) {
+    void process(const std::vector<FoundFile>& inputs, bool hasFolder) {
         const bool isProgressWanted = console.isErrTerminal && isTalking();
         Progress progress(isProgressWanted ? &console.err : nullptr, inputs.size());
         const auto showProgress = [&] { progress.show(summary.getTotal()); };
@@ -233,7 +233,7 @@ private:
     /// Whether to print more than errors for people.
     bool isTalking() const { return !arguments.quiet && hasHumanReporter(arguments); }
 
-    FileResult processOne(const Candidate& input) const {
+    FileResult processOne(const FoundFile& input) const {
         if (input.verdict == Verdict::Unreadable) {
             return refuseFile(job, input.path, {Code::UnreadableInput, input.reason});
         }

@@ -17,7 +17,7 @@ namespace ombrel {
 namespace {
 
 namespace fs = std::filesystem;
-using Verdict = Candidate::Verdict;
+using Verdict = FoundFile::Verdict;
 
 /// Without symbolic links; as it is if it doesn't exist.
 std::string getRealPath(const std::string& path) {
@@ -104,7 +104,7 @@ public:
         if (decision.isExcluded) {
             leaveNamed("-", decision.reason);
         } else {
-            add("-", Verdict::Taken, "named");
+            record("-", Verdict::Taken, "named");
         }
     }
 
@@ -151,8 +151,8 @@ private:
     }
 
     void leaveNamed(const std::string& path, const std::string& reason) {
-        add(path, Verdict::Left, reason);
-        result.candidates.back().isNamed = true;
+        record(path, Verdict::Left, reason);
+        result.files.back().isNamed = true;
     }
 
     /// Looks through a folder that the exclusion has just begun with or entered.
@@ -172,7 +172,7 @@ private:
         if (entry.kind == Entry::Kind::Folder) {
             visitFolder(real, shown);
         } else if (entry.kind == Entry::Kind::LinkToFolder) {
-            add(shown, Verdict::Left, "a symbolic link to a folder");
+            record(shown, Verdict::Left, "a symbolic link to a folder");
         } else if (entry.name.ends_with(".omb") || !options.patterns.empty()) {
             visitFile(entry, real, shown);
         }
@@ -181,7 +181,7 @@ private:
     void visitFolder(const std::string& real, const std::string& shown) {
         const auto decision = exclusion.decide(real, true);
         if (decision.isExcluded) {
-            add(shown + '/', Verdict::Left, decision.reason);
+            record(shown + '/', Verdict::Left, decision.reason);
             return;
         }
         exclusion.enter(real);
@@ -195,15 +195,15 @@ private:
             return;
         }
         if (decision.isExcluded) {
-            add(shown, Verdict::Left, decision.reason);
+            record(shown, Verdict::Left, decision.reason);
         } else if (entry.kind == Entry::Kind::DeadLink) {
-            add(shown, Verdict::Left, "a symbolic link to nothing");
+            record(shown, Verdict::Left, "a symbolic link to nothing");
         } else if (entry.kind == Entry::Kind::Other) {
-            add(shown, Verdict::Left, "not a regular file");
+            record(shown, Verdict::Left, "not a regular file");
         } else if (const std::string target = entry.isLink ? getRealPath(real) : real; isInNamed(target)) {
             take(shown, target, decision.reason.empty() ? "found" : decision.reason);
         } else {
-            add(shown, Verdict::Left, "a symbolic link to a file outside");
+            record(shown, Verdict::Left, "a symbolic link to a file outside");
         }
     }
 
@@ -218,17 +218,17 @@ private:
 
     void take(const std::string& path, const std::string& real, const std::string& reason) {
         if (!taken.insert(real).second) {
-            add(path, Verdict::Left, "taken before");
+            record(path, Verdict::Left, "taken before");
         } else if (!isForOtherShard(path, real)) {
-            add(path, Verdict::Taken, reason);
+            record(path, Verdict::Taken, reason);
         }
     }
 
     void refuse(const std::string& path, const std::string& real, const std::string& reason) {
         if (!unreadable.insert(real).second) {
-            add(path, Verdict::Left, "reported before");
+            record(path, Verdict::Left, "reported before");
         } else if (!isForOtherShard(path, real)) {
-            add(path, Verdict::Unreadable, reason);
+            record(path, Verdict::Unreadable, reason);
         }
     }
 
@@ -242,12 +242,12 @@ private:
             return false;
         }
         result.hasOtherShards = true;
-        add(path, Verdict::Left, fmt::format("in shard {}/{}", number, shard.count));
+        record(path, Verdict::Left, fmt::format("in shard {}/{}", number, shard.count));
         return true;
     }
 
-    void add(const std::string& path, Verdict verdict, const std::string& reason) {
-        result.candidates.push_back({path, verdict, reason});
+    void record(const std::string& path, Verdict verdict, const std::string& reason) {
+        result.files.push_back({path, verdict, reason});
     }
 
     const SearchOptions& options;

@@ -10,7 +10,7 @@
 namespace ombrel {
 
 /// A file that a search came across, or a folder that it didn't enter.
-struct Candidate {
+struct FoundFile {
     enum class Verdict { Taken, Left, Unreadable };
 
     std::string path; ///< as the user wrote it, or what it was found through; "-" is standard input
@@ -20,7 +20,7 @@ struct Candidate {
 };
 
 struct SearchResult {
-    std::vector<Candidate> candidates; ///< as named, within a folder by name, and no file taken twice
+    std::vector<FoundFile> files;      ///< as named, within a folder by name, and no file taken twice
     bool hasFolder = false;            ///< a folder was among the paths
     bool hasOtherShards = false;       ///< files were left to other shards
     std::vector<std::string> warnings; ///< sentences

@@ -101,7 +101,7 @@ public:
     Rules(const GapRuleInput& input, GapChoices& choices)
         : input(input), gaps(input.gaps), syntax(input.syntax), choices(choices) {}
 
-    void run() {
+    void applyAll() {
         for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
             if (choices.isChanged(gap)) {
                 repair(gap);
@@ -389,7 +389,7 @@ private:
 } // namespace
 
 void repairGaps(const GapRuleInput& input, GapChoices& choices) {
-    Rules(input, choices).run();
+    Rules(input, choices).applyAll();
 }
 
 std::u16string getConservativeText(const GapRuleInput& input, std::size_t gap) {

@@ -35,7 +35,7 @@ class SyntaxContext::Walk {
 public:
     Walk(const GapList& gaps, std::vector<std::uint8_t>& flags) : gaps(gaps), flags(flags) {}
 
-    void run(const SyntaxNode& root) {
+    void visitTree(const SyntaxNode& root) {
         work.push_back(&root);
         while (!work.empty()) {
             const SyntaxNode& node = *work.back();
@@ -102,7 +102,7 @@ private:
 };
 
 SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flags(gaps.getCount()) {
-    Walk(gaps, flags).run(root);
+    Walk(gaps, flags).visitTree(root);
     findLiterals(gaps);
     findUnits(gaps);
 }

@@ -35,7 +35,7 @@ using Config = std::shared_ptr<const ca::config::Config>;
 using Outcome = Result<TreeResult>;
 using Formatted = Result<std::u16string>;
 
-Problem describe(const ca::config::ConfigIssue& issue) {
+Problem makeProblem(const ca::config::ConfigIssue& issue) {
     const std::u16string message =
         issue.message == nullptr
             ? std::u16string()
@@ -50,7 +50,7 @@ Formatted callFormatter(const ParsedText& source, const Config& config, const Tr
     try {
         auto result = formatter({source.parsed, config, ca::formatting::CommentLines::Aligned});
         if (const auto* issues = std::get_if<std::vector<ConfigIssue>>(&result)) {
-            return fail(describe(issues->front()));
+            return fail(makeProblem(issues->front()));
         }
         if (const auto* errors = std::get_if<std::vector<ca::SyntaxError>>(&result)) {
             return fail(makeProblems(*errors));

@@ -139,7 +139,7 @@ public:
     Search(const Git& git, const ChangeOptions& options, const std::vector<std::string>& paths)
         : git(git), options(options), selection(git, paths) {}
 
-    ChangedFiles run() {
+    ChangedFiles findFiles() {
         findUnmerged();
         findDifferent();
         if (!options.isStaged) {
@@ -210,9 +210,9 @@ private:
     void addDifferent(const FileDiff& file) {
         std::vector<LineRange> lines = getNewLines(file);
         if (options.takesWhole) {
-            add(file.path, file.blob, std::nullopt);
+            addFile(file.path, file.blob, std::nullopt);
         } else if (!lines.empty()) {
-            add(file.path, file.blob, std::move(lines));
+            addFile(file.path, file.blob, std::move(lines));
         }
     }
 
@@ -220,7 +220,7 @@ private:
         for (const std::string& path :
              splitList(list({"ls-files", "-z", "--others", "--exclude-standard"}), '\0')) {
             if (selection.contains(path) && selection.isRegular(path)) {
-                add(path, {}, std::nullopt);
+                addFile(path, {}, std::nullopt);
             }
         }
     }
@@ -247,7 +247,8 @@ private:
                       [&](const ChangedFile& file) { return filtered.contains(file.pathInTree); });
     }
 
-    void add(const std::string& path, const std::string& blob, std::optional<std::vector<LineRange>> lines) {
+    void addFile(const std::string& path, const std::string& blob,
+                 std::optional<std::vector<LineRange>> lines) {
         result.files.push_back({selection.getShownPath(path), path, blob, std::move(lines)});
     }
 
@@ -266,7 +267,7 @@ private:
 
 ChangedFiles findChangedFiles(const Git& git, const ChangeOptions& options,
                               const std::vector<std::string>& paths) {
-    return Search(git, options, paths).run();
+    return Search(git, options, paths).findFiles();
 }
 
 std::vector<LineRange> countAllLineEnds(std::u16string_view text, const std::vector<LineRange>& lines) {

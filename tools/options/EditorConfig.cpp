@@ -54,7 +54,7 @@ std::string describeTabs(const Properties& properties) {
 
 class SettingList {
 public:
-    void add(std::string_view name, const std::string& text) {
+    void addSetting(std::string_view name, const std::string& text) {
         const Option& option = *findOption(name);
         if (auto value = parseValue(option, text)) {
             settings.push_back({&option, *std::move(value)});
@@ -68,14 +68,14 @@ std::vector<Setting> makeSettings(const Properties& properties) {
     const std::string style = getProperty(properties, "indent_style");
     const std::string size = getProperty(properties, "indent_size");
     SettingList list;
-    list.add("line.indentSize", size);
-    list.add("line.tabSize", getProperty(properties, "tab_width"));
+    list.addSetting("line.indentSize", size);
+    list.addSetting("line.tabSize", getProperty(properties, "tab_width"));
     if (style == "tab" || style == "space") {
-        list.add("line.useTabs", style == "tab" ? "true" : "false");
-        list.add("formatting.indentCharacter", style == "tab" ? "Tab" : "Space");
+        list.addSetting("line.useTabs", style == "tab" ? "true" : "false");
+        list.addSetting("formatting.indentCharacter", style == "tab" ? "Tab" : "Space");
     }
-    list.add("formatting.indentWidth", style == "tab" ? describeTabs(properties) : size);
-    list.add("formatting.columnLimit", getProperty(properties, "max_line_length"));
+    list.addSetting("formatting.indentWidth", style == "tab" ? describeTabs(properties) : size);
+    list.addSetting("formatting.columnLimit", getProperty(properties, "max_line_length"));
     return std::move(list.settings);
 }
 

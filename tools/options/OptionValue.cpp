@@ -93,13 +93,13 @@ public:
     Problems takeProblems() { return std::move(problems); }
 
 private:
-    void add(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
+    void addProblem(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
         problems.push_back(makeProblem(code, place, std::move(text)));
     }
 
     void expect(bool isGood, const JsonValue& value) {
         if (!isGood) {
-            add(Code::InvalidValue, value.getSpan(), getExpectation(option));
+            addProblem(Code::InvalidValue, value.getSpan(), getExpectation(option));
         }
     }
 
@@ -107,7 +107,7 @@ private:
         const bool isString = value.getKind() == JsonValue::StringKind;
         const std::string text = isString ? encodeLossy(value.getString()) : std::string();
         if (!isWord(option, text)) {
-            add(Code::InvalidValue, value.getSpan(), expectation + suggestWord(option, text));
+            addProblem(Code::InvalidValue, value.getSpan(), expectation + suggestWord(option, text));
         }
     }
 
@@ -128,7 +128,8 @@ private:
             const auto child = std::find_if(group.children.begin(), group.children.end(),
                                             [&name = name](const Construct& c) { return c.name == name; });
             if (child == group.children.end()) {
-                add(Code::UnknownOption, field->nameSpan,
+                addProblem(
+                    Code::UnknownOption, field->nameSpan,
                     fmt::format("unknown construct {}{}", getPrintableName(name), suggestName(group, name)));
             } else {
                 std::erase(missing, name);
@@ -136,9 +137,9 @@ private:
             }
         }
         if (!missing.empty()) {
-            add(Code::InvalidValue, value.getSpan(),
-                fmt::format("this object has to name every part of its group: missing {}",
-                            fmt::join(missing, ", ")));
+            addProblem(Code::InvalidValue, value.getSpan(),
+                       fmt::format("this object has to name every part of its group: missing {}",
+                                   fmt::join(missing, ", ")));
         }
     }
 

@@ -210,9 +210,9 @@ private:
             if (const Option* option = findOption(section.name, key)) {
                 readOption(*option, field->value, settings);
             } else {
-                add(Code::UnknownOption, field->nameSpan,
-                    fmt::format("unknown option {}{}", getPrintableName(key),
-                                suggestKey(key, getKeys(section.name))));
+                addProblem(Code::UnknownOption, field->nameSpan,
+                           fmt::format("unknown option {}{}", getPrintableName(key),
+                                       suggestKey(key, getKeys(section.name))));
             }
         }
     }
@@ -232,18 +232,18 @@ private:
         for (const Section& section : getSections()) {
             known.emplace_back(section.name);
         }
-        add(Code::UnknownOption, field.nameSpan,
-            fmt::format("unknown option {}{}", getPrintableName(name), suggestKey(name, known)));
+        addProblem(Code::UnknownOption, field.nameSpan,
+                   fmt::format("unknown option {}{}", getPrintableName(name), suggestKey(name, known)));
     }
 
     bool expect(bool isGood, const JsonValue& value, std::string text) {
         if (!isGood) {
-            add(Code::InvalidValue, value.getSpan(), std::move(text));
+            addProblem(Code::InvalidValue, value.getSpan(), std::move(text));
         }
         return isGood;
     }
 
-    void add(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
+    void addProblem(Code code, const std::optional<ca::utils::JsonSpan>& place, std::string text) {
         file.problems.push_back(makeProblem(code, place, std::move(text)));
     }
 

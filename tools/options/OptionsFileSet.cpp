@@ -88,7 +88,7 @@ std::vector<std::string> OptionsFileSet::getPaths() const {
 }
 
 /// `tree` is where files may show their text; empty: everywhere.
-OptionsLayer& OptionsFileSet::add(const std::string& path, const std::string& tree) {
+OptionsLayer& OptionsFileSet::addLayer(const std::string& path, const std::string& tree) {
     OptionsLayer& layer = *layers.emplace_back(std::make_unique<OptionsLayer>());
     layersByPath.emplace(path, &layer);
     layer.path = path;
@@ -112,7 +112,7 @@ const OptionsLayer& OptionsFileSet::load(const std::string& path, bool isNamed) 
     };
     const std::size_t firstLayer = layers.size();
     const std::string tree = findTree(files, path);
-    OptionsLayer& top = add(path, isNamed ? std::string() : tree);
+    OptionsLayer& top = addLayer(path, isNamed ? std::string() : tree);
     std::vector<Open> open{{&top, 0}};
     while (!open.empty()) {
         auto& [layer, next] = open.back();
@@ -148,7 +148,7 @@ OptionsLayer* OptionsFileSet::addBase(OptionsLayer& layer, const Extension& exte
     if (layers.size() - firstLayer == maximalCount) {
         return refuse(fmt::format("more than {} files in one chain of \"extends\"", maximalCount));
     }
-    OptionsLayer& base = add(path, tree);
+    OptionsLayer& base = addLayer(path, tree);
     layer.bases.push_back(&base);
     return &base;
 }

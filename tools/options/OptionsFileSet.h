@@ -45,7 +45,7 @@ public:
     std::vector<std::string> getPaths() const;
 
 private:
-    OptionsLayer& add(const std::string& path, const std::string& tree);
+    OptionsLayer& addLayer(const std::string& path, const std::string& tree);
     OptionsLayer* addBase(OptionsLayer& layer, const Extension& extension, const std::string& tree,
                           std::size_t firstLayer);
 

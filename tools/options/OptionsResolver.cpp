@@ -119,7 +119,7 @@ std::vector<OptionInForce> OptionsResolver::explain(const std::string& path) con
     const std::string absolute = getAbsolute(path);
     std::vector<OptionInForce> result;
     for (const SettingInForce& setting : collect(absolute, Sources::All)) {
-        result.push_back({setting.option, setting.value, describe(absolute, setting)});
+        result.push_back({setting.option, setting.value, explainOrigin(absolute, setting)});
     }
     return result;
 }
@@ -310,7 +310,7 @@ void OptionsResolver::visitBase(const std::string& absolutePath, bool hasFallbac
     }
 }
 
-std::string OptionsResolver::describe(const std::string& absolutePath, const SettingInForce& setting) const {
+std::string OptionsResolver::explainOrigin(const std::string& absolutePath, const SettingInForce& setting) const {
     if (setting.isDefault) {
         return "default";
     }

@@ -102,7 +102,7 @@ private:
     static void visitLayer(const OptionsLayer& layer, const std::string& absolutePath, const Visitor& visit);
     SettingsInForce collect(const std::string& absolutePath, Sources sources) const;
     void checkEffects(const std::string& absolutePath);
-    std::string describe(const std::string& absolutePath, const SettingInForce& setting) const;
+    std::string explainOrigin(const std::string& absolutePath, const SettingInForce& setting) const;
     std::string describeEditorConfig(const std::string& absolutePath, const Option& option) const;
 
     const OptionsRequest& request;

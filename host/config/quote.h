@@ -11,6 +11,6 @@ namespace ca::utils {
 std::u16string quote(std::u16string_view text);
 
 /// A value for a message: `true`, `"four"`, `4.5`, `an array`.
-std::u16string describe(const JsonValue& value);
+std::u16string quoteValue(const JsonValue& value);
 
 } // namespace ca::utils

@@ -1,4 +1,4 @@
-#include "config/describe.h"
+#include "config/quote.h"
 
 #include <algorithm>
 #include <array>
@@ -30,7 +30,7 @@ std::u16string quote(std::u16string_view text) {
     return quoted + (size < text.size() ? u"\u2026\"" : u"\"");
 }
 
-std::u16string describe(const JsonValue& value) {
+std::u16string quoteValue(const JsonValue& value) {
     switch (value.getKind()) {
     case JsonValue::BooleanKind:
         return value.getBoolean() ? u"true" : u"false";
