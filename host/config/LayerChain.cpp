@@ -4,7 +4,6 @@
 #include "ca/config/getIssueSeverity.h"
 #include "config/quote.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace ca::config {
@@ -42,26 +41,21 @@ std::vector<ca::utils::JsonValue> getEntries(const ca::utils::JsonValue& extends
 LayerChain::LayerChain(const std::optional<path>& path, const Document& document,
                        AbstractConfigManager* manager)
     : manager(manager) {
-    addLayer(path, document);
+    const std::size_t top = addFile(path, document);
+    LayerSearch(*this, JsonConfigSource::maximalLayerCount).find(top, getTopName());
 }
 
-void LayerChain::addLayer(const std::optional<path>& path, const Document& document) {
-    Layer layer{path, document, {}};
+std::size_t LayerChain::addFile(const std::optional<path>& path, const Document& document) {
+    File& file = files.emplace_back(File{path, document, {}, {}});
     for (const ca::utils::JsonFault& fault : document->faults) {
-        layer.issues.insert(makeIssue(fault.message, path, fault.start, fault.end));
+        file.issues.insert(makeIssue(fault.message, path, fault.start, fault.end));
     }
-    layers.push_back(std::move(layer));
-    if (!path) {
-        return extend(layers.size() - 1);
-    }
-    const std::u16string identity = getIdentity(*path);
-    states[identity] = State::Open;
-    extend(layers.size() - 1);
-    states[identity] = State::Done;
+    readEntries(files.size() - 1);
+    return files.size() - 1;
 }
 
-void LayerChain::extend(std::size_t layer) {
-    const auto& root = layers[layer].document->root;
+void LayerChain::readEntries(std::size_t layer) {
+    const auto& root = files[layer].document->root;
     const ca::utils::JsonField* field = root ? root->find(u"extends") : nullptr;
     if (field == nullptr) {
         return;
@@ -71,96 +65,86 @@ void LayerChain::extend(std::size_t layer) {
         return recordIssue(layer, field->value, ConfigMessage::TooManyLayers,
                            {static_cast<long>(JsonConfigSource::maximalLayerCount)});
     }
-    std::reverse(entries.begin(), entries.end());
-    for (const JsonValue& entry : entries) {
-        if (isPath(entry)) {
-            extendByName(layer, entry);
-        } else {
-            recordIssue(layer, entry, ConfigMessage::NoPath, {ca::utils::quoteValue(entry)});
-        }
+    files[layer].entries = std::move(entries);
+}
+
+/// What the manager makes of a file's own name, for the top layer's path comes from elsewhere.
+std::optional<std::u16string> LayerChain::getTopName() const {
+    const std::optional<path>& top = files.front().path;
+    if (!top || manager == nullptr) {
+        return std::nullopt;
+    }
+    const std::u16string& text = top->string();
+    try {
+        return manager->resolve(*top, text.substr(text.rfind(u'/') + 1)).string();
+    } catch (const ConfigFileError&) {
+        return text; // a name that no file can have is none that can be extended either
     }
 }
 
-void LayerChain::extendByName(std::size_t layer, const JsonValue& name) {
-    const std::optional<path> file = resolve(layer, name);
-    if (!file) {
-        return;
+std::optional<std::u16string> LayerChain::resolve(std::size_t layer, std::size_t entry) {
+    const JsonValue& name = files[layer].entries[entry];
+    if (!isPath(name)) {
+        recordIssue(layer, name, ConfigMessage::NoPath, {ca::utils::quoteValue(name)});
+        return std::nullopt;
     }
-    const auto known = states.find(file->string());
-    if (known != states.end() && known->second == State::Done) {
-        return;
-    }
-    if (known != states.end()) {
-        return recordIssue(layer, name, ConfigMessage::ExtendsInCircle, {quote(name.getString())});
-    }
-    if (layers.size() == JsonConfigSource::maximalLayerCount) {
-        return recordIssue(layer, name, ConfigMessage::TooManyLayers,
-                           {static_cast<long>(JsonConfigSource::maximalLayerCount)});
-    }
-    if (const Document document = getDocument(layer, name, *file)) {
-        addLayer(file, document);
-    }
-}
-
-/// The file that an entry means. Empty, with an issue, if that can't be told.
-std::optional<path> LayerChain::resolve(std::size_t layer, const JsonValue& name) {
-    const std::optional<path>& from = layers[layer].path;
+    const std::optional<path>& from = files[layer].path;
     if (!from || manager == nullptr) {
         recordIssue(layer, name, ConfigMessage::ExtendsWithoutFile);
         return std::nullopt;
     }
     try {
-        return manager->resolve(*from, name.getString());
+        return manager->resolve(*from, name.getString()).string();
     } catch (const ConfigFileError& error) {
         recordIssue(layer, name, ConfigMessage::UnreadableFile, {quote(name.getString()), error.what()});
         return std::nullopt;
     }
 }
 
-/// The content of a file that an entry means. Empty, with an issue, if it can't be had.
-LayerChain::Document LayerChain::getDocument(std::size_t layer, const JsonValue& name, const path& file) {
+std::optional<std::size_t> LayerChain::load(std::size_t layer, std::size_t entry,
+                                            const std::u16string& name) {
     try {
-        return manager->getDocument(file);
+        if (const Document document = manager->getDocument(path(name))) {
+            return addFile(path(name), document);
+        }
     } catch (const ConfigFileError& error) {
-        recordIssue(layer, name, ConfigMessage::UnreadableFile, {quote(name.getString()), error.what()});
-        return nullptr;
+        const JsonValue& value = files[layer].entries[entry];
+        recordIssue(layer, value, ConfigMessage::UnreadableFile, {quote(value.getString()), error.what()});
     }
+    return std::nullopt;
 }
 
-/// What the manager makes of a file's own name, for the top layer's path comes from elsewhere.
-std::u16string LayerChain::getIdentity(const path& path) const {
-    const std::u16string& text = path.string();
-    if (manager == nullptr) {
-        return text;
-    }
-    try {
-        return manager->resolve(path, text.substr(text.rfind(u'/') + 1)).string();
-    } catch (const ConfigFileError&) {
-        return text; // a name that no file can have is none that can be extended either
+void LayerChain::refuse(std::size_t layer, std::size_t entry, ChainFault fault) {
+    const JsonValue& name = files[layer].entries[entry];
+    if (fault == ChainFault::Circle) {
+        recordIssue(layer, name, ConfigMessage::ExtendsInCircle, {quote(name.getString())});
+    } else {
+        recordIssue(layer, name, ConfigMessage::TooManyLayers,
+                    {static_cast<long>(JsonConfigSource::maximalLayerCount)});
     }
 }
 
 void LayerChain::recordIssue(std::size_t layer, const JsonValue& value, ConfigMessage message,
                              std::vector<resource_core::BaseMsgID::Argument> arguments) {
     const auto& span = value.getSpan(); // a manager's own documents may have none
-    layers[layer].issues.insert(makeIssue(makeMessage(message, std::move(arguments)), layers[layer].path,
-                                          span ? Position(span->start) : std::nullopt,
-                                          span ? Position(span->end) : std::nullopt));
+    files[layer].issues.insert(makeIssue(makeMessage(message, std::move(arguments)), files[layer].path,
+                                         span ? Position(span->start) : std::nullopt,
+                                         span ? Position(span->end) : std::nullopt));
 }
 
 LayerChain::Issues LayerChain::collectIssues(std::size_t first) const {
     Issues issues;
-    for (std::size_t i = first; i < layers.size(); ++i) {
-        issues.insert(layers[i].issues.begin(), layers[i].issues.end());
+    for (std::size_t i = first; i < files.size(); ++i) {
+        issues.insert(files[i].issues.begin(), files[i].issues.end());
     }
     return issues;
 }
 
 std::shared_ptr<Config> LayerChain::makeBase() const {
     auto base = std::make_shared<Config>(std::make_shared<FactoryConfigSource>());
-    for (std::size_t i = layers.size() - 1; i > 0; --i) {
+    for (std::size_t i = files.size() - 1; i > 0; --i) {
         const std::shared_ptr<JsonConfigSource> source(
-            new JsonConfigSource(layers[i].path, layers[i].document, base, collectIssues(i)));
+            new JsonConfigSource(files[i].path, files[i].document, base, collectIssues(i)));
         base = std::make_shared<Config>(source);
     }
     return base;

@@ -1,19 +1,18 @@
 #pragma once
 
 #include "ca/config/ConfigSource.h"
+#include "ca/config/LayerSearch.h"
 #include "i18n/ConfigMessages.h"
 
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 namespace ca::config {
 
-/// Puts a text and all that it extends into one order, from the top down: a layer comes before what it
-/// extends, and of a list the last entry with all that it extends comes before the one before it.
+/// A text and all that it extends, from the top down.
 class LayerChain {
 public:
     using Issues = std::unordered_set<ConfigIssue>;
@@ -30,31 +29,33 @@ public:
     Issues getIssues() const { return collectIssues(0); }
 
 private:
-    struct Layer {
+    friend class LayerSearch<LayerChain>;
+
+    using JsonValue = ca::utils::JsonValue;
+    using Layer = std::size_t; ///< an index of `files`
+    using Name = std::u16string;
+
+    struct File {
         std::optional<fl::filesystem::path> path;
         Document document;
+        std::vector<JsonValue> entries; ///< of "extends"
         Issues issues;
     };
 
-    /// Where a file is in the search: a file that is still open is one of those that extend what is found
-    /// now.
-    enum class State { Open, Done };
+    std::size_t addFile(const std::optional<fl::filesystem::path>& path, const Document& document);
+    void readEntries(std::size_t layer);
+    std::optional<std::u16string> getTopName() const;
 
-    using JsonValue = ca::utils::JsonValue;
-
-    void addLayer(const std::optional<fl::filesystem::path>& path, const Document& document);
-    void extend(std::size_t layer);
-    void extendByName(std::size_t layer, const JsonValue& name);
-    std::optional<fl::filesystem::path> resolve(std::size_t layer, const JsonValue& name);
-    Document getDocument(std::size_t layer, const JsonValue& name, const fl::filesystem::path& file);
-    std::u16string getIdentity(const fl::filesystem::path& path) const;
+    std::size_t countEntries(std::size_t layer) const { return files[layer].entries.size(); }
+    std::optional<std::u16string> resolve(std::size_t layer, std::size_t entry);
+    std::optional<std::size_t> load(std::size_t layer, std::size_t entry, const std::u16string& name);
+    void refuse(std::size_t layer, std::size_t entry, ChainFault fault);
     void recordIssue(std::size_t layer, const JsonValue& value, fl::i18n::ConfigMessage message,
                      std::vector<resource_core::BaseMsgID::Argument> arguments = {});
     Issues collectIssues(std::size_t first) const;
 
     AbstractConfigManager* manager;
-    std::vector<Layer> layers; ///< from the top down
-    std::unordered_map<std::u16string, State> states;
+    std::vector<File> files; ///< from the top down, since a layer is loaded when it gets its place
 };
 
 } // namespace ca::config

@@ -38,6 +38,7 @@ enum class Code {
     UnrecognizedText,
 
     NotUtf8,
+    NulCharacter,
     TooLarge,
     OutOfMemory,
     RunawayIndentation,

@@ -2,10 +2,25 @@
 
 namespace ombrel {
 
+namespace {
+
+Code getCode(DecodingError::Kind kind) {
+    switch (kind) {
+    case DecodingError::Kind::NotUtf8:
+        return Code::NotUtf8;
+    case DecodingError::Kind::NulCharacter:
+        return Code::NulCharacter;
+    case DecodingError::Kind::TooLarge:
+        break;
+    }
+    return Code::TooLarge;
+}
+
+} // namespace
+
 Result<DecodedText> decodeSource(std::string_view bytes) {
     return decode(bytes).map_error([](const DecodingError& error) {
-        const bool isEncoding = error.kind == DecodingError::Kind::NotUtf8;
-        return Problems{{isEncoding ? Code::NotUtf8 : Code::TooLarge, error.text, error.line, error.column}};
+        return Problems{{getCode(error.kind), error.text, error.line, error.column}};
     });
 }
 

@@ -4,10 +4,12 @@
 #include "text/Printable.h"
 
 #include <ca/config/ConfigSource.h>
+#include <ca/config/LayerSearch.h>
 #include <ca/utils/JsonDocument.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -17,7 +19,11 @@ namespace ombrel {
 
 namespace {
 
+using ca::config::ChainFault;
+using ca::config::LayerSearch;
+
 constexpr std::size_t maximalProblemCount = 100; // of one file
+constexpr std::size_t maximalLayerCount = ca::config::JsonConfigSource::maximalLayerCount;
 
 OptionsFile readFile(FileSystem& files, const std::string& path) {
     try {
@@ -98,69 +104,81 @@ OptionsLayer& OptionsFileSet::addLayer(const std::string& path, const std::strin
     if (layer.isHidden) {
         hideText(layer.file);
     }
-    layer.isOpen = true;
+    layer.isRefused.resize(layer.file.extensions.size());
     return layer;
 }
 
-const OptionsLayer& OptionsFileSet::load(const std::string& path, bool isNamed) {
-    if (const auto found = layersByPath.find(path); found != layersByPath.end()) {
-        return *found->second;
-    }
-    struct Open {
-        OptionsLayer* layer;
-        std::size_t next; // of its extensions
-    };
-    const std::size_t firstLayer = layers.size();
-    const std::string tree = findTree(files, path);
-    OptionsLayer& top = addLayer(path, isNamed ? std::string() : tree);
-    std::vector<Open> open{{&top, 0}};
-    while (!open.empty()) {
-        auto& [layer, next] = open.back();
-        if (next == layer->file.extensions.size()) {
-            layer->isOpen = false;
-            open.pop_back();
-        } else if (OptionsLayer* base = addBase(*layer, layer->file.extensions[next++], tree, firstLayer)) {
-            open.push_back({base, 0});
-        }
-    }
-    return top;
+OptionsLayer* OptionsFileSet::find(const std::string& path) const {
+    const auto found = layersByPath.find(path);
+    return found == layersByPath.end() ? nullptr : found->second;
 }
 
-/// Returns the base if it is new, so that its own bases have to be added.
-OptionsLayer* OptionsFileSet::addBase(OptionsLayer& layer, const Extension& extension,
-                                      const std::string& tree, std::size_t firstLayer) {
-    constexpr std::size_t maximalCount = ca::config::JsonConfigSource::maximalLayerCount;
-    const std::string path = (std::filesystem::path(layer.folder) / extension.name).lexically_normal();
-    const auto refuse = [&](std::string text) {
-        layer.file.problems.push_back(makeProblem(Code::InvalidExtends, extension.place, std::move(text)));
-        return nullptr;
-    };
-    if (const auto known = layersByPath.find(path); known != layersByPath.end()) {
-        if (known->second->isOpen) {
-            return refuse("this file would extend itself, directly or through others");
+/// The files of one chain. One that is part of several is read once, and an entry of it is refused once.
+class OptionsFileSet::Chain {
+public:
+    using Layer = OptionsLayer*;
+    using Name = std::string; ///< an absolute path
+
+    Chain(OptionsFileSet& set, std::string tree) : set(set), tree(std::move(tree)) {}
+
+    std::size_t countEntries(const OptionsLayer* layer) const { return layer->file.extensions.size(); }
+
+    std::optional<std::string> resolve(const OptionsLayer* layer, std::size_t entry) const {
+        const std::string& name = layer->file.extensions[entry].name;
+        return (std::filesystem::path(layer->folder) / name).lexically_normal().string();
+    }
+
+    std::optional<OptionsLayer*> load(OptionsLayer* layer, std::size_t entry, const std::string& path) {
+        if (OptionsLayer* known = set.find(path)) {
+            return known;
         }
-        layer.bases.push_back(known->second);
-        return nullptr;
+        if (!set.files.isThere(path)) {
+            const std::string name = layer->isHidden ? "" : ": " + getPrintableName(path);
+            refuse(layer, entry, "there is no such file" + name);
+            return std::nullopt;
+        }
+        return &set.addLayer(path, tree);
     }
-    if (!files.isThere(path)) {
-        return refuse("there is no such file" + (layer.isHidden ? "" : ": " + getPrintableName(path)));
+
+    void refuse(OptionsLayer* layer, std::size_t entry, ChainFault fault) {
+        refuse(layer, entry,
+               fault == ChainFault::Circle
+                   ? "this file would extend itself, directly or through others"
+                   : fmt::format("more than {} files in one chain of \"extends\"", maximalLayerCount));
     }
-    if (layers.size() - firstLayer == maximalCount) {
-        return refuse(fmt::format("more than {} files in one chain of \"extends\"", maximalCount));
+
+private:
+    static void refuse(OptionsLayer* layer, std::size_t entry, std::string text) {
+        if (!layer->isRefused[entry]) {
+            layer->isRefused[entry] = true;
+            layer->file.problems.push_back(
+                makeProblem(Code::InvalidExtends, layer->file.extensions[entry].place, std::move(text)));
+        }
     }
-    OptionsLayer& base = addLayer(path, tree);
-    layer.bases.push_back(&base);
-    return &base;
+
+    OptionsFileSet& set;
+    std::string tree; ///< as for addLayer()
+};
+
+const OptionsLayer& OptionsFileSet::load(const std::string& path, bool isNamed) {
+    OptionsLayer* top = find(path);
+    if (top != nullptr && !top->chain.empty()) {
+        return *top;
+    }
+    const std::string tree = findTree(files, path);
+    if (top == nullptr) {
+        top = &addLayer(path, isNamed ? std::string() : tree);
+    }
+    Chain chain(*this, tree);
+    const std::vector<OptionsLayer*> found = LayerSearch(chain, maximalLayerCount).find(top, path);
+    top->chain.assign(found.begin(), found.end());
+    return *top;
 }
 
 void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& layers) {
-    std::vector<const OptionsLayer*> waiting{&top};
-    while (!waiting.empty()) {
-        const OptionsLayer* layer = waiting.back();
-        waiting.pop_back();
+    for (const OptionsLayer* layer : top.chain) {
         if (std::find(layers.begin(), layers.end(), layer) == layers.end()) {
             layers.push_back(layer);
-            waiting.insert(waiting.end(), layer->bases.begin(), layer->bases.end());
         }
     }
 }

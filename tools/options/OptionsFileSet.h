@@ -16,8 +16,8 @@ struct OptionsLayer {
     std::string path;   ///< absolute
     std::string folder; ///< of the path, without a slash at its end unless it is the root
     OptionsFile file;
-    std::vector<const OptionsLayer*> bases; ///< what it extends; later ones override earlier ones
-    bool isOpen = false;                    ///< its bases are being read
+    std::vector<const OptionsLayer*> chain; ///< it and what it extends, each before all that it overrides
+    std::vector<bool> isRefused;            ///< for each entry of "extends": a problem says so already
     bool isHidden = false;                  ///< no problem may show its text
 };
 
@@ -45,16 +45,17 @@ public:
     std::vector<std::string> getPaths() const;
 
 private:
+    class Chain;
+
+    OptionsLayer* find(const std::string& path) const;
     OptionsLayer& addLayer(const std::string& path, const std::string& tree);
-    OptionsLayer* addBase(OptionsLayer& layer, const Extension& extension, const std::string& tree,
-                          std::size_t firstLayer);
 
     FileSystem& files;
     std::vector<std::unique_ptr<OptionsLayer>> layers;
     std::unordered_map<std::string, OptionsLayer*> layersByPath;
 };
 
-/// The file and what it extends, each once and before everything that it overrides.
+/// Appends the file and what it extends, without those that are there already.
 void appendLayers(const OptionsLayer& top, std::vector<const OptionsLayer*>& layers);
 
 } // namespace ombrel

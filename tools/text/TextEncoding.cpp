@@ -144,11 +144,12 @@ DecodingError describeBadByte(std::string_view bytes, std::size_t offset) {
     }
     const char* guess = looksLikeUtf16(bytes) ? "; the file looks like UTF-16: convert it to UTF-8" : "";
     const auto byte = static_cast<unsigned char>(bytes[offset]);
-    return {DecodingError::Kind::NotUtf8,
-            byte == 0
-                ? fmt::format("not a text: NUL characters aren't allowed{}", guess)
-                : fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here{}", byte, guess),
-            line, static_cast<std::uint32_t>(column)};
+    const bool isNul = byte == 0;
+    const std::string reason =
+        isNul ? "not a text: NUL characters aren't allowed"
+              : fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here", byte);
+    return {isNul ? DecodingError::Kind::NulCharacter : DecodingError::Kind::NotUtf8, reason + guess, line,
+            static_cast<std::uint32_t>(column)};
 }
 
 } // namespace

@@ -25,7 +25,7 @@ struct DecodedText {
 
 /// Why bytes are no text that can be formatted.
 struct DecodingError {
-    enum class Kind { NotUtf8, TooLarge };
+    enum class Kind { NotUtf8, NulCharacter, TooLarge };
 
     Kind kind;
     std::string text;         ///< UTF-8, one line, no full stop
