@@ -43,7 +43,7 @@ TEST(ExplorerBridge, GivesTextOrReasons) {
          u"\"formatting\" is there twice; remove one of the two\n  line: 1\n  column: 20\n"
          u"enabled: expected true or false, found 1\n  line: 1\n  column: 46\n"},
         {"an issue of the source", u"x", uR"({"extends": "base.json"})",
-         u"extends: paths count from the file that they stand in, and this text is in none\n"
+         u"extends: paths are relative to the file that they are in, and this text is in none\n"
          u"  line: 1\n  column: 13\n"},
         {"a warning, which stops it like an error", u"x", uR"({"formatting": {}, "formatting": {}})",
          u"\"formatting\" is there twice; remove one of the two\n  line: 1\n  column: 20\n"},

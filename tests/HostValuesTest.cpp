@@ -40,7 +40,7 @@ TEST(HostValues, NumbersCanBeWrittenOnSeveralThreadsAtOnce) {
 
 } // namespace
 
-TEST(Facet, WritesNumbersAndWhatStandsBehindThem) {
+TEST(Facet, WritesNumbersAndWhatFollowsThem) {
     EXPECT_EQ(write(u"_L", 12, u"_C", 1234567UL, u'!'), u"_L12_C1234567!");
     EXPECT_EQ(write(-5L, ' ', 1.5, " narrow ", true), u"-5 1.5 narrow 1");
     EXPECT_EQ(write(std::hex, std::showbase, 255, std::boolalpha, false), u"0xfffalse");

@@ -67,7 +67,7 @@ TEST_F(OptionsTest, LooksOnceIntoEachFolder) {
     }
     EXPECT_TRUE(disk.lookUps.contains(folder.getPath() / "p/.ombrel-format.json"));
     EXPECT_FALSE(
-        disk.lookUps.contains(folder.getPath() / ".ombrel-format.json")); // p has one that stands alone
+        disk.lookUps.contains(folder.getPath() / ".ombrel-format.json")); // p has one that ends the search
 
     disk.lookUps.clear();
     const OptionsRequest none{{}, true, {}};

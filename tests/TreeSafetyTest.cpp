@@ -249,7 +249,7 @@ TEST(TreeEngine, PutsCommentsAtTheirLevelOnce) {
 
 /// Breaking lines counts the characters of a comment, so the ones of a block comment have to be in their
 /// place before that.
-TEST(TreeEngine, BreaksLinesBehindABlockCommentInTheSameWayTwice) {
+TEST(TreeEngine, BreaksLinesAfterABlockCommentInTheSameWayTwice) {
     const TestOptions filling{.indentation = true, .lineBreaking = true, .columnLimit = 30};
     for (int length = 0; length < 20; ++length) {
         const std::u16string comment(static_cast<std::size_t>(length), u'c');

@@ -14,7 +14,7 @@ using Kind = FormattingConfig::ContainerKind;
 
 namespace {
 
-/// The items of a run as letters: E a line end, S a line start (B if its line is blank), W blanks, P a
+/// The items of a run as letters: E a line end, S a line start (B if its line is blank), W whitespace, P a
 /// separator, C a comment. One that should have a token and has none, or the reverse, gets a `!`.
 std::string describeItems(const WhitespaceNode& run) {
     std::string text;

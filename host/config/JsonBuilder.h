@@ -12,7 +12,7 @@
 namespace ca::utils {
 
 /// Makes values of what RapidJSON's reader comes across. Open arrays and objects are kept in a list, so that
-/// a deep text takes no call stack.
+/// a deep text uses no call stack.
 class JsonBuilder : public rapidjson::BaseReaderHandler<JsonEncoding, JsonBuilder> {
 public:
     /// The input has to outlive the builder.

@@ -86,7 +86,7 @@ SyntaxFault nameFault(std::u16string_view text, const rapidjson::ParseResult& re
     case rapidjson::kParseErrorDocumentEmpty:
         return {isAtEnd ? ConfigMessage::EmptyText : ConfigMessage::ExpectedValue, offset};
     case rapidjson::kParseErrorDocumentRootNotSingular:
-        return {ConfigMessage::TextBehindEnd, offset};
+        return {ConfigMessage::TextAfterEnd, offset};
     case rapidjson::kParseErrorObjectMissName:
         return {ConfigMessage::ExpectedFieldName, offset};
     case rapidjson::kParseErrorObjectMissColon:

@@ -20,7 +20,7 @@ struct Entry {
 constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entries = {{
     {ConfigMessage::PlaceholderError, "PlaceholderError", u"{0}"},
     {ConfigMessage::EmptyText, "EmptyText", u"expected an object, found nothing"},
-    {ConfigMessage::TextBehindEnd, "TextBehindEnd", u"nothing but comments may follow the outermost value"},
+    {ConfigMessage::TextAfterEnd, "TextAfterEnd", u"nothing but comments may follow the outermost value"},
     {ConfigMessage::ExpectedValue, "ExpectedValue", u"expected a value"},
     {ConfigMessage::ExpectedFieldName, "ExpectedFieldName", u"expected the name of a field in double quotes"},
     {ConfigMessage::ExpectedColon, "ExpectedColon", u"expected ':' after the name of the field"},
@@ -42,7 +42,7 @@ constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entr
     {ConfigMessage::DuplicateField, "DuplicateField", u"{0} is there twice; remove one of the two"},
     {ConfigMessage::NoPath, "NoPath", u"extends: expected a path or a list of paths, found {0}"},
     {ConfigMessage::ExtendsWithoutFile, "ExtendsWithoutFile",
-     u"extends: paths count from the file that they stand in, and this text is in none"},
+     u"extends: paths are relative to the file that they are in, and this text is in none"},
     {ConfigMessage::ExtendsInCircle, "ExtendsInCircle", u"extends: {0} extends this file in turn"},
     {ConfigMessage::UnreadableFile, "UnreadableFile", u"extends: can't read {0}: {1}"},
     {ConfigMessage::TooManyLayers, "TooManyLayers", u"extends: more than {0} files in one chain"},

@@ -12,7 +12,7 @@ namespace fl::i18n {
 enum class ConfigMessage {
     PlaceholderError,
     EmptyText,
-    TextBehindEnd,
+    TextAfterEnd,
     ExpectedValue,
     ExpectedFieldName,
     ExpectedColon,

@@ -44,7 +44,7 @@ public:
     bool awaitsInputs() const { return phase == Phase::FirstHeadName || phase == Phase::FunctionName; }
 
     /// True between the `=` of a function's outputs and the code after its name.
-    bool isBehindOutputs() const { return phase == Phase::FunctionName; }
+    bool isAfterOutputs() const { return phase == Phase::FunctionName; }
 
 private:
     enum class Phase {

@@ -20,7 +20,7 @@ bool isUnicodeLetter(char16_t c) {
 }
 
 /// Whether a quote directly after the character is a transpose, by the characters that operands end in.
-bool isTransposeBehind(char16_t c) {
+bool isTransposeAfter(char16_t c) {
     return isNameCharacter(c) || c == u')' || c == u']' || c == u'}' || c == u'\'' || c == u'"' || c == u'.';
 }
 
@@ -56,9 +56,9 @@ bool Lexer::isKeywordHere(Keyword keyword, std::size_t end) const {
 
 /// A function, a method above all, may be called like a reserved word: function n = end(obj, k, count).
 bool Lexer::isNamedLikeKeyword(std::size_t end) const {
-    const bool isBehindOutput = lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
-                                (assignments.isBehindOutputs() || blocks.getInnermost() == keyword::Methods);
-    if (lastCode != TokenType::Function && !isBehindOutput) {
+    const bool isAfterOutput = lastCode == TokenType::Assign && !brackets.isAnyOpen() &&
+                               (assignments.isAfterOutputs() || blocks.getInnermost() == keyword::Methods);
+    if (lastCode != TokenType::Function && !isAfterOutput) {
         return false;
     }
     const std::size_t next = skipGap(end);
@@ -138,7 +138,7 @@ std::size_t Lexer::skipParentheses(std::size_t index) const {
             }
             continue;
         }
-        const bool opensString = c == u'"' || (c == u'\'' && !isTransposeBehind(at(next - 1)));
+        const bool opensString = c == u'"' || (c == u'\'' && !isTransposeAfter(at(next - 1)));
         next = opensString ? skipString(next) : next + 1;
     }
     return index;

@@ -112,7 +112,7 @@ bool Parser::findBinaryOperator(Operator& found) const {
     if (entry.precedence == 0) {
         return false;
     }
-    if (blankSeparates && code.isBehindBlank && isPlusOrMinus(code.type) && !cursor.isBlankBehind()) {
+    if (blankSeparates && code.isAfterGap && isPlusOrMinus(code.type) && !cursor.isBeforeGap()) {
         return false;
     }
     found = {entry.precedence, entry.number};
@@ -221,7 +221,7 @@ const Node* Parser::parseReference() {
 
 /// The target with the index, field or class that follows it; null if none follows.
 const Node* Parser::parsePostfix(const Node* target) {
-    const bool isApart = blankSeparates && cursor.get().isBehindBlank;
+    const bool isApart = blankSeparates && cursor.get().isAfterGap;
     switch (cursor.getType()) {
     case TokenType::OpenParenthesis:
         return isApart ? nullptr : parseParenthesisIndexing(target);
@@ -242,8 +242,7 @@ const Node* Parser::parsePostfix(const Node* target) {
 /// `name@Super.Name` has whitespace on both sides of `@` or on none.
 bool Parser::isAtClassOfMethod(const Node* left) const {
     const CodeToken& name = cursor.getNext();
-    return left->kind == NodeKind::Identifier && isName(name) &&
-           name.isBehindBlank == cursor.get().isBehindBlank;
+    return left->kind == NodeKind::Identifier && isName(name) && name.isAfterGap == cursor.get().isAfterGap;
 }
 
 const Node* Parser::parseClassOfMethod(const Node* left) {
@@ -328,9 +327,8 @@ const Node* Parser::takeLeaf(NodeKind kind) {
 const Node* Parser::parseNumber() {
     const Node* number = takeLeaf(NodeKind::NumberLiteral);
     const CodeToken& next = cursor.get();
-    const char16_t first = next.isBehindBlank || next.type == TokenType::EndOfInput
-                               ? u' '
-                               : cursor.getToken(next).lexeme.front();
+    const char16_t first =
+        next.isAfterGap || next.type == TokenType::EndOfInput ? u' ' : cursor.getToken(next).lexeme.front();
     const bool isLetter = (u'a' <= first && first <= u'z') || (u'A' <= first && first <= u'Z');
     if (isLetter || (u'0' <= first && first <= u'9') || first == u'_') {
         fail(u"MalformedNumber", u"a number can't be followed directly by " + quoteCurrent(), next);
@@ -389,8 +387,8 @@ const Node* Parser::parseDottedName(std::u16string_view what) {
     }
     auto* node = make<Identifier<CA>>(cursor.get());
     const CodeToken* last = &cursor.advance();
-    while (isAt(TokenType::Dot) && !cursor.get().isBehindBlank && isName(cursor.getNext()) &&
-           !cursor.getNext().isBehindBlank) {
+    while (isAt(TokenType::Dot) && !cursor.get().isAfterGap && isName(cursor.getNext()) &&
+           !cursor.getNext().isAfterGap) {
         cursor.advance();
         last = &cursor.advance();
     }

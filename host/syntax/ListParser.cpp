@@ -177,7 +177,7 @@ const Node* Parser::parseRow(TokenType close) {
         if (isAt(close) || !startsElement(cursor.getType())) {
             break;
         }
-        if (!isSeparated && !cursor.get().isBehindBlank) {
+        if (!isSeparated && !cursor.get().isAfterGap) {
             fail(u"MissingSeparator", u"expected ',' or a space before " + quoteCurrent(), cursor.get());
         }
         pending.push_back(parseExpression());
@@ -194,7 +194,7 @@ void Parser::parseOutputs(Outputs kind) {
     cursor.skipLineEnds();
     bool isSeparated = true;
     while (!isAt(TokenType::CloseSquareBracket) && (isAtName() || isAt(TokenType::PrefixOperator34))) {
-        if (!isSeparated && !cursor.get().isBehindBlank) {
+        if (!isSeparated && !cursor.get().isAfterGap) {
             fail(u"MissingSeparator", u"expected ',' or a space before " + quoteCurrent(), cursor.get());
         }
         pending.push_back(parseOutput(kind));

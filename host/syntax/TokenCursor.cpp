@@ -70,14 +70,14 @@ TokenCursor::TokenCursor(const std::vector<Token>& tokens) : tokens(tokens) {
     LineEndFilter filter;
     std::size_t position = 0;
     std::size_t openComments = 0;
-    bool isBehindBlank = false;
+    bool isAfterGap = false;
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         const Token& token = tokens[i];
         const CodeToken code{token.type, static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(position),
-                             isBehindBlank};
+                             isAfterGap};
         position += token.lexeme.size();
-        isBehindBlank = token.isWhitespace();
-        if (!isBehindBlank) {
+        isAfterGap = token.isWhitespace();
+        if (!isAfterGap) {
             filter.passCode(token.type);
             codes.push_back(code);
             continue;
@@ -88,7 +88,7 @@ TokenCursor::TokenCursor(const std::vector<Token>& tokens) : tokens(tokens) {
             unclosedComment.reset();
         }
         if (filter.passTrivia(token.type) && (codes.empty() || codes.back().type != lineEnd)) {
-            codes.push_back({lineEnd, code.index, code.position, code.isBehindBlank});
+            codes.push_back({lineEnd, code.index, code.position, code.isAfterGap});
         }
     }
     codes.push_back(codes.back());

@@ -23,7 +23,7 @@ struct CodeToken {
     TokenType type;
     std::uint32_t index;    ///< of the token in the token list
     std::uint32_t position; ///< of its first character in the text
-    bool isBehindBlank;     ///< there is whitespace, a comment or a continuation before it
+    bool isAfterGap;        ///< there is whitespace, a comment or a continuation before it
 };
 
 constexpr TokenType lineEnd = TokenType::LineEnding75;
@@ -43,9 +43,9 @@ public:
     TokenType getTypePastLineEnds() const { return getType() == lineEnd ? getNext().type : getType(); }
 
     /// Whether whitespace, a line end or the end of the text follows the current token.
-    bool isBlankBehind() const {
+    bool isBeforeGap() const {
         const CodeToken& next = getNext();
-        return next.isBehindBlank || next.type == lineEnd || next.type == TokenType::EndOfInput;
+        return next.isAfterGap || next.type == lineEnd || next.type == TokenType::EndOfInput;
     }
 
     /// Whether the current token is the first of its line.

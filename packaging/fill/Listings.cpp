@@ -1,3 +1,6 @@
+// What the manuals and the shell completions say about options, made from the tables that the program itself
+// uses, so that neither can be out of date. Each shell has templates; a listing is what replaces a name
+// there.
 #include "Listings.h"
 
 #include "cli/Arguments.h"

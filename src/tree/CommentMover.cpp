@@ -25,19 +25,19 @@ void CommentMover::step(const WhitespaceItem& item) {
 }
 
 void CommentMover::stepComment(const Token& comment) {
-    const bool isBehindBlock = std::exchange(isBlockClosed, false);
+    const bool isAfterBlock = std::exchange(isBlockClosed, false);
     const std::u16string_view lexeme = comment.lexeme;
     content = lexeme.substr(0, lexeme.find_first_of(u"\r\n"));
     hasLineEnd = content.size() < lexeme.size();
     isIndented = false;
     switch (comment.type) {
     case TokenType::LineComment:
-        printBare(isBehindBlock);
+        printBare(isAfterBlock);
         return;
     case TokenType::BlockCommentOpen:
         if (depth++ == 0) {
             blockIndentation = getIndentation(content);
-            printBare(isBehindBlock);
+            printBare(isAfterBlock);
             return;
         }
         break;
@@ -52,10 +52,10 @@ void CommentMover::stepComment(const Token& comment) {
     printMoved();
 }
 
-void CommentMover::printBare(bool isBehindBlock) {
+void CommentMover::printBare(bool isAfterBlock) {
     if (isIndenting) {
         content.remove_prefix(getIndentation(content).size());
-        isIndented = isBehindBlock;
+        isIndented = isAfterBlock;
     }
 }
 

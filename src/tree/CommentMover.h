@@ -40,7 +40,7 @@ public:
 
 private:
     void stepComment(const ca::lexer::Token& comment);
-    void printBare(bool isBehindBlock);
+    void printBare(bool isAfterBlock);
     void printMoved();
 
     bool isIndenting;

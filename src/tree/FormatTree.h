@@ -29,7 +29,7 @@ class TextNode;
 /// which level each leaf belongs to.
 ///
 /// Each node of a finished tree is listed once and is in one of the two trees, the chain of leaves follows
-/// the order of the text, and each token stands in exactly one leaf. tests/support/TreeInvariantChecker.h has
+/// the order of the text, and each token is in exactly one leaf. tests/support/TreeInvariantChecker.h has
 /// the rules one by one and checks them.
 ///
 /// A tree owns its tokens, with others perhaps, and, through its arena, all its nodes, and nothing changes it

@@ -1,3 +1,6 @@
+// Four classes of gaps differ only in two texts and in who chooses between them: what a gap becomes when it
+// is broken or joined by a decision of the pass, and what it becomes when it is trimmed. Where neither
+// applies, the gap keeps its own items.
 #include "tree/WhitespaceNodes.h"
 
 #include "pass/FormatPass.h"

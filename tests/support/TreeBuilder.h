@@ -20,7 +20,7 @@
 /// Each step takes what comes next from the text, and appends one leaf of the level that is open:
 ///
 ///     T  one token
-///     U  N  L  a gap of blanks and comments: unnecessary, necessary, line separator (takes ; and , too)
+///     U  N  L  a gap of whitespace and comments: unnecessary, necessary, line separator (with ; and , too)
 ///     B  A  the gap before and after an operator of the container's kind
 ///
 /// A gap with a comment becomes a CommentNode. One builder makes one tree.

@@ -1,3 +1,7 @@
+// The command line as a table of options for the parser, in the order of the help, and then the rules that no
+// parser knows: what can't be combined, and what needs something else. The manuals and the shell completions
+// are made from the same table.
+
 #include "cli/Arguments.h"
 
 #include "cli/Help.h"

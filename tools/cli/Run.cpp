@@ -1,3 +1,5 @@
+// One run over the files that were named or found: search, read the options that apply to each, format in
+// parallel, report in the order of the search. The status of the run is the worst of its files.
 #include "cli/Run.h"
 
 #include "cli/ChangeRun.h"

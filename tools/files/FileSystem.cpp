@@ -1,3 +1,6 @@
+// Reading refuses what could keep a run waiting or fill its memory. Replacing goes through a temporary file
+// in the same folder and a rename, and compares the old content just before, so that an editor's save is not
+// lost.
 #include "files/FileSystem.h"
 
 #include "files/File.h"

@@ -61,7 +61,7 @@ public:
     }
 
     /// Puts `after` in the place of a file's content, all of it or nothing: after a FileError the old content
-    /// is there, whole, and nothing else is left behind. Mode, owner, access list and extended attributes
+    /// is there, whole, and no other file is left. Mode, owner, access list and extended attributes
     /// stay. Where the path is a symbolic link, its target is replaced. Refuses a file whose content is no
     /// longer `before`, since somebody else has changed it.
     virtual void replace(const std::string& path, const std::string& before, const std::string& after) = 0;

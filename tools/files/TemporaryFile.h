@@ -10,9 +10,9 @@ struct stat;
 namespace ombrel {
 
 /// A new file that replaces another file of its folder, or gets a name there that nothing has. Where the file
-/// system can do that, it has no name while it is written, so that not even a kill leaves it behind. It gets
-/// a temporary name just before it replaces another file. The destructor removes it unless it got its final
-/// name. It is locked (flock) while it exists.
+/// system can do that, it has no name while it is written, so that it is gone even if the process is killed.
+/// It gets a temporary name just before it replaces another file. The destructor removes it unless it got its
+/// final name. It is locked (flock) while it exists.
 ///
 /// Its members throw FileError with the kind Unwritable.
 class TemporaryFile {

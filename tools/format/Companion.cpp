@@ -8,7 +8,7 @@ namespace ombrel {
 const char* const missingTreeEngine = "the tree engine needs the companion library "
                                       "libca_formatting_devtools.so, which isn't there; install the package "
                                       "ombrel-devtools, or build the project and install it (cmake --install "
-                                      "build/release), so that the library stands "
+                                      "build/release), so that the library is "
                                       "in the folder of libombrel_host.so or in devtools/ under it";
 
 namespace {

@@ -1,3 +1,7 @@
+// Three passes over the changed gaps. The first gives back what the meaning needs: a separator of rows, a
+// space between words, a line end before a header. The second settles what depends on the rest of the layout,
+// and the third looks at pairs of gaps next to each other. A rule sees tokens and syntax, not the source's
+// whitespace, or else a second run could decide otherwise.
 #include "format/GapRules.h"
 
 #include "format/GapText.h"

@@ -17,7 +17,7 @@ struct SuppressedRegion {
     std::uint32_t line; ///< of the `off` comment, from 1
 };
 
-/// What a text's own comments say about its formatting. Each stands on a line of its own, with any blanks
+/// What a text's own comments say about its formatting. Each is on a line of its own, with any whitespace
 /// round its words; words in other comments, strings and commands mean nothing:
 ///
 ///     % ombrel-format off

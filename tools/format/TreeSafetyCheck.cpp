@@ -1,3 +1,10 @@
+// Compares two programs in two steps: the tokens of code and the comments, which are called marks here, and
+// then the syntax trees, node by node. A mark of one text is paired with the mark of the other text that has
+// the same number or, if the edits are known, with the one at the place where the edits put it:
+//
+//     x = [1; 2]     marks   x = [ 1 2 ]       A separator is no mark. That two rows have become one shows
+//     x = [1 2]      marks   x = [ 1 2 ]       in the trees.
+
 #include "format/TreeSafetyCheck.h"
 
 #include "format/TreeComparison.h"

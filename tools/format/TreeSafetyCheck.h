@@ -22,8 +22,8 @@ struct ParsedText {
 };
 
 /// Finds out whether a formatted text is still the same program: the same tokens but for separators, with the
-/// same comments between them, and the same syntax tree. Blanks and line ends at the edges of a comment don't
-/// count, nor do separators that the tree knows nothing of, such as a comma between two statements. A
+/// same comments between them, and the same syntax tree. Whitespace and line ends at the edges of a comment
+/// don't count, nor do separators that the tree knows nothing of, such as a comma between two statements. A
 /// semicolon that keeps a result from being printed is part of the tree, and so are the rows of a matrix.
 ///
 /// Gives the first difference, placed in `before`, which has to parse:

@@ -1,3 +1,7 @@
+// Four questions to git: which paths are unmerged, what differs from the base and on which lines, what is
+// untracked, and which files have filters. Every answer is about the whole work tree, since a file that was
+// moved into a named folder is only known as moved if git sees both places; the selection is applied to the
+// answers.
 #include "git/ChangedFiles.h"
 
 #include "diagnostics/Message.h"

@@ -1,3 +1,5 @@
+// A value comes from JSON or from the command line. Both are checked against the same row of the option
+// table, and a word that isn't one of the option's gets the most similar one as a suggestion.
 #include "options/OptionValue.h"
 
 #include "diagnostics/Suggestion.h"

@@ -1,3 +1,5 @@
+// Reads one options file. Nothing ends the reading but a fault of JSON: each unknown key and wrong value
+// becomes a problem at its place, and what is right besides is kept, so that one run shows all that is wrong.
 #include "options/OptionsFile.h"
 
 #include "diagnostics/Suggestion.h"

@@ -1,3 +1,7 @@
+// The options for a file come from layers, the later override the earlier: what an editor falls back to,
+// .editorconfig files, options files from the farthest base to the nearest with their overrides, the command
+// line. prepare() reads all of that once for each folder; resolve() only looks up and may run on many
+// threads.
 #include "options/OptionsResolver.h"
 
 #include "files/Paths.h"

@@ -14,7 +14,7 @@ namespace ombrel {
 namespace {
 
 constexpr std::size_t shownBefore = 100; // 16-bit characters before the caret
-constexpr std::size_t shownBehind = 60;
+constexpr std::size_t shownAfter = 60;
 
 constexpr UChar32 zeroWidthNonJoiner = 0x200C;
 constexpr UChar32 zeroWidthJoiner = 0x200D;
@@ -64,7 +64,7 @@ std::string escapeInOctal(std::string_view bytes) {
     return escaped;
 }
 
-/// What stands between quotes for a byte of ASCII.
+/// What is written between quotes for a byte of ASCII.
 std::string escapeQuoted(char c) {
     constexpr std::string_view named = "\a\b\t\n\v\f\r\"\\";
     constexpr std::string_view letters = "abtnvfr\"\\";
@@ -159,7 +159,7 @@ Excerpt makeExcerpt(std::u16string_view line, std::uint32_t column) {
         return {};
     }
     const std::size_t caret = findVisibleStart(line, column - 1);
-    const std::size_t end = findVisibleStart(line, std::min(caret + shownBehind, line.size()));
+    const std::size_t end = findVisibleStart(line, std::min(caret + shownAfter, line.size()));
     Excerpt excerpt;
     for (std::size_t i = findVisibleStart(line, caret - std::min(caret, shownBefore)); i < end;) {
         const bool isInFront = i < caret;

@@ -26,7 +26,7 @@ std::string getQuotedName(std::string_view bytes);
 ///     text         s = '漢字' + ;
 ///     padding                ^     is before the caret
 ///
-/// Tabs stay in the text and stand in the padding too, so that the caret is right whatever their width.
+/// Tabs stay in the text and are in the padding too, so that the caret is right whatever their width.
 /// Other characters count as wide as a terminal shows them, East Asian ones and emoji two columns,
 /// combining marks none. Both are UTF-8; both are empty if there is no such place.
 struct Excerpt {
