@@ -112,6 +112,11 @@ ExitStatus runProgram(int argc, char** argv) {
     }
 }
 
+/// Before all else, since the libraries need memory when they are loaded.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const prepareForShortage)() = [] {
+    std::set_terminate(endWithoutMemory);
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -120,7 +125,6 @@ int main(int argc, char** argv) {
     std::cerr.tie(nullptr);
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
-    std::set_terminate(endWithoutMemory);
     handleInterruptions();
     tuneMemory();
     try {

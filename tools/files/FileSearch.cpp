@@ -1,6 +1,7 @@
 #include "files/FileSearch.h"
 
 #include "files/Exclusion.h"
+#include "files/Folder.h"
 #include "files/Paths.h"
 
 #include <algorithm>
@@ -41,6 +42,13 @@ bool isInGit(const std::string& real) {
     return ('/' + path + '/').find("/.git/") != std::string::npos && current != real;
 }
 
+/// Of a link; empty, which is outside of all folders, if it can't be told.
+std::string getTarget(const std::string& link) {
+    std::error_code error;
+    const fs::path target = fs::canonical(link, error);
+    return error ? std::string() : target.string();
+}
+
 /// What is shown before the names found in a folder; nothing for the current one.
 std::string getShownFolder(std::string path) {
     while (path.size() > 1 && path.ends_with('/')) {
@@ -57,34 +65,11 @@ std::string getShownPath(const std::string& folder, const std::string& name) {
     return folder + (folder.ends_with('/') ? "" : "/") + name;
 }
 
-struct Entry {
-    enum class Kind { Folder, File, LinkToFolder, DeadLink, Other };
-
-    std::string name;
-    Kind kind;
-    bool isLink;
-};
-
-Entry::Kind getKind(const fs::directory_entry& entry) {
-    std::error_code error;
-    const bool isLink = entry.is_symlink(error);
-    if (entry.is_directory(error)) {
-        return isLink ? Entry::Kind::LinkToFolder : Entry::Kind::Folder;
-    }
-    if (entry.is_regular_file(error)) {
-        return Entry::Kind::File;
-    }
-    return isLink && !entry.exists(error) ? Entry::Kind::DeadLink : Entry::Kind::Other;
-}
+using Entry = FolderEntry;
 
 /// By name, in the order of bytes.
 std::vector<Entry> readFolder(const fs::path& folder, std::error_code& error) {
-    std::vector<Entry> entries;
-    for (fs::directory_iterator next(folder, error); !error && next != fs::directory_iterator();
-         next.increment(error)) {
-        std::error_code ignored;
-        entries.push_back({next->path().filename(), getKind(*next), next->is_symlink(ignored)});
-    }
+    std::vector<Entry> entries = readEntries(folder, error);
     std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
     return entries;
 }
@@ -200,7 +185,7 @@ private:
             record(shown, Verdict::Left, "a symbolic link to nothing");
         } else if (entry.kind == Entry::Kind::Other) {
             record(shown, Verdict::Left, "not a regular file");
-        } else if (const std::string target = entry.isLink ? getRealPath(real) : real; isInNamed(target)) {
+        } else if (const std::string target = entry.isLink ? getTarget(real) : real; isInNamed(target)) {
             take(shown, target, decision.reason.empty() ? "found" : decision.reason);
         } else {
             record(shown, Verdict::Left, "a symbolic link to a file outside");

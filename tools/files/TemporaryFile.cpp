@@ -1,10 +1,12 @@
 #include "files/TemporaryFile.h"
 
 #include "files/ExtendedAttributes.h"
+#include "files/Folder.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <random>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -36,7 +38,7 @@ bool isTemporaryName(std::string_view name) {
 }
 
 /// A file that a process holds stays, and so does what we don't own or what has another name too.
-void removeIfAbandoned(const std::filesystem::path& path) {
+void removeIfAbandoned(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         return;
@@ -140,10 +142,9 @@ void TemporaryFile::place(const std::filesystem::path& target) {
 
 void TemporaryFile::removeAbandoned(const std::filesystem::path& folder) {
     std::error_code error;
-    for (std::filesystem::directory_iterator next(folder, error), end; !error && next != end;
-         next.increment(error)) {
-        if (isTemporaryName(next->path().filename().native())) {
-            removeIfAbandoned(next->path());
+    for (const FolderEntry& entry : readEntries(folder, error)) {
+        if (isTemporaryName(entry.name)) {
+            removeIfAbandoned(folder.native() + '/' + entry.name);
         }
     }
 }

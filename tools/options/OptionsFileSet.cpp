@@ -8,6 +8,7 @@
 #include <ca/utils/JsonDocument.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -25,13 +26,16 @@ using ca::config::LayerSearch;
 constexpr std::size_t maximalProblemCount = 100; // of one file
 constexpr std::size_t maximalLayerCount = ca::config::JsonConfigSource::maximalLayerCount;
 
+/// Bytes. The values of a text take many times its size.
+constexpr std::uint64_t maximalOptionsFileSize = 1 << 20;
+
 OptionsFile readFile(FileSystem& files, const std::string& path) {
     try {
-        return readOptionsFile(files.readRegular(path, ca::utils::maximalJsonSize));
+        return readOptionsFile(files.readRegular(path, maximalOptionsFileSize));
     } catch (const FileError& error) {
         OptionsFile unreadable;
         unreadable.problems.push_back({Code::UnreadableOptions, error.kind == FileError::Kind::TooLarge
-                                                                    ? "an options file has 16 MiB at most"
+                                                                    ? "an options file has 1 MiB at most"
                                                                     : error.what()});
         return unreadable;
     }
