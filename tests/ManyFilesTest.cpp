@@ -95,7 +95,7 @@ TEST_F(ManyFiles, ComeOutAlikeWhateverTheNumberOfThreads) {
         text += std::string(i % 7 == 0 ? 20000 : 10, 'y');
         disk.write("in/" + std::to_string(i) + ".omb", text);
     }
-    for (const std::string mode : {"", "--diff", "--check -v", "--check-syntax", "-i -v"}) {
+    for (const std::string mode : {"--check", "--diff", "--check -v", "--check-syntax", "-i -v"}) {
         const std::string run = "cp -r in copy; format copy " + mode + " -j";
         EXPECT_EQ(disk.shell(run + "1 > one 2> one-err; mv copy copy-1; " + run + "5 > five 2> five-err"),
                   mode == "--check-syntax" ? 4 : 3)
