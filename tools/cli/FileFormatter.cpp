@@ -93,7 +93,8 @@ private:
             return;
         }
         if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
-            outcome.firstChangedLine = findLine(source.text, edits->front().offset);
+            outcome.changes = describeChanges(source.text, *edits);
+            outcome.firstChangedLine = outcome.changes.front().begin.line;
         }
         deliverChanged(bytes, *edits);
     }

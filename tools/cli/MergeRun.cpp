@@ -29,6 +29,7 @@ bool isSame(const Problem& a, const Problem& b) {
 
 bool isSame(const FileOutcome& a, const FileOutcome& b) {
     return a.path == b.path && a.status == b.status && a.firstChangedLine == b.firstChangedLine &&
+           a.changes == b.changes &&
            std::equal(a.messages.begin(), a.messages.end(), b.messages.begin(), b.messages.end(),
                       [](const Message& x, const Message& y) { return isSame(x.problem, y.problem); });
 }

@@ -14,7 +14,8 @@ namespace ombrel {
 
 namespace {
 
-const std::vector<std::string> words = {"human", "json", "github", "sarif"};
+const std::vector<std::string> words = {"human",  "json",  "github",     "sarif",
+                                        "gitlab", "junit", "checkstyle", "rdjson"};
 
 const std::string& getWord(ReporterKind kind) {
     return words[static_cast<std::size_t>(kind)];
@@ -30,7 +31,8 @@ ReporterChoice parseChoice(const std::string& text) {
     const std::string word = text.substr(0, colon);
     const auto found = std::find(words.begin(), words.end(), word);
     if (found == words.end()) {
-        refuse(text, fmt::format("expected human or json|github|sarif[:FILE]{}", suggest(word, words)));
+        refuse(text, fmt::format("expected human, or one of {} with :FILE after it if you like{}",
+                                 fmt::join(words.begin() + 1, words.end(), ", "), suggest(word, words)));
     }
     const auto kind = static_cast<ReporterKind>(found - words.begin());
     if (colon == text.size()) {

@@ -13,7 +13,7 @@ namespace ombrel {
 
 struct Arguments;
 
-enum class ReporterKind { Human, Json, Github, Sarif };
+enum class ReporterKind { Human, Json, Github, Sarif, Gitlab, Junit, Checkstyle, Rdjson };
 
 /// One --reporter of the command line.
 struct ReporterChoice {

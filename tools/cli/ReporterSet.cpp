@@ -1,8 +1,12 @@
 #include "cli/ReporterSet.h"
 
+#include "reports/CheckstyleReporter.h"
 #include "reports/GithubReporter.h"
+#include "reports/GitlabReporter.h"
 #include "reports/HumanReporter.h"
 #include "reports/JsonReporter.h"
+#include "reports/JunitReporter.h"
+#include "reports/RdjsonReporter.h"
 #include "reports/SarifReporter.h"
 
 #include <algorithm>
@@ -33,6 +37,14 @@ std::unique_ptr<Reporter> ReporterSet::makeReporter(ReporterKind kind, std::ostr
         return makeGithubReporter(stream);
     case ReporterKind::Sarif:
         return makeSarifReporter(stream, OMBREL_VERSION);
+    case ReporterKind::Gitlab:
+        return makeGitlabReporter(stream);
+    case ReporterKind::Junit:
+        return makeJunitReporter(stream);
+    case ReporterKind::Checkstyle:
+        return makeCheckstyleReporter(stream);
+    case ReporterKind::Rdjson:
+        return makeRdjsonReporter(stream);
     case ReporterKind::Human:
         break;
     }

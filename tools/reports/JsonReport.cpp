@@ -100,6 +100,23 @@ Problem readProblem(const Json& object) {
     return problem;
 }
 
+TextPlace readPlace(const Json& object, const char* key) {
+    const Json& place = getValue(object, key);
+    return {getPlace(place, "line"), getPlace(place, "column")};
+}
+
+/// Reports of older versions have none.
+std::vector<Change> readChanges(const Json& file) {
+    std::vector<Change> changes;
+    if (file.contains("changes")) {
+        for (const Json& change : getList(file, "changes")) {
+            changes.push_back({readPlace(change, "begin"), readPlace(change, "end"), getText(change, "text"),
+                               getText(change, "what")});
+        }
+    }
+    return changes;
+}
+
 FileOutcome readOutcome(const Json& object) {
     FileOutcome outcome;
     outcome.path = getText(object, "path");
@@ -108,6 +125,7 @@ FileOutcome readOutcome(const Json& object) {
                  {FileStatus::Unchanged, FileStatus::Formatted, FileStatus::WouldChange, FileStatus::Failed});
     if (outcome.status == FileStatus::WouldChange) {
         outcome.firstChangedLine = getPlace(object, "firstChangedLine");
+        outcome.changes = readChanges(object);
     }
     for (const Json& message : getList(object, "messages")) {
         outcome.messages.push_back({readProblem(message), {}});

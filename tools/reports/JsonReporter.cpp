@@ -41,6 +41,21 @@ Json makeMessage(const Problem& problem) {
     return message;
 }
 
+Json makePlace(const TextPlace& place) {
+    return {{"line", place.line}, {"column", place.column}};
+}
+
+Json makeChanges(const std::vector<Change>& changes) {
+    Json list = Json::array();
+    for (const Change& change : changes) {
+        list.push_back({{"begin", makePlace(change.begin)},
+                        {"end", makePlace(change.end)},
+                        {"text", change.text},
+                        {"what", change.what}});
+    }
+    return list;
+}
+
 class JsonReporter : public Reporter {
 public:
     explicit JsonReporter(std::ostream& stream);
@@ -83,6 +98,7 @@ void JsonReporter::add(const FileOutcome& outcome) {
     Json file = {{"path", outcome.path}, {"status", getWord(outcome.status)}};
     if (outcome.status == FileStatus::WouldChange) {
         file["firstChangedLine"] = outcome.firstChangedLine;
+        file["changes"] = makeChanges(outcome.changes);
     }
     Json messages = Json::array();
     for (const Message& message : outcome.messages) {

@@ -16,8 +16,8 @@ namespace ombrel {
 ///                 "errors": 1, "warnings": 0}}
 ///
 /// `firstChangedLine` is there only with "would-change", and after the totals there are "messages" only if
-/// a problem of the run kept it from formatting files. Line and column are null where a message has no place. One
-/// about several lines has the first and the last of them as "lines".
+/// a problem of the run kept it from formatting files. Line and column are null where a message has no place.
+/// One about several lines has the first and the last of them as "lines".
 std::unique_ptr<Reporter> makeJsonReporter(std::ostream& stream);
 
 } // namespace ombrel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnostics/Message.h"
+#include "reports/Changes.h"
 
 #include <cstdint>
 #include <string>
@@ -22,13 +23,19 @@ struct FileOutcome {
     FileStatus status = FileStatus::Unchanged;
     std::uint32_t firstChangedLine = 0; ///< of a file that would change, from 1; 0 if it isn't known
     std::vector<Message> messages;      ///< errors and warnings
+    std::vector<Change> changes = {};   ///< of a file that would change, in order; empty if they aren't known
 };
 
 /// The word for a status: "unchanged", "formatted", "would-change", "failed".
 const char* getWord(FileStatus status);
 
-/// All that is wrong with a file: its messages, and that it would change. That one has a line but no column.
+/// All that is wrong with a file: its messages, and what would change. Of changes the first 20 are findings
+/// of their own, and one finding counts the others. If they aren't known there is one with a line but no
+/// column.
 Problems getFindings(const FileOutcome& outcome);
+
+/// The finding that a change is.
+Problem makeFinding(const Change& change);
 
 /// Reports how a run went. One reporter serves one run, and is called on one thread at a time.
 class Reporter {

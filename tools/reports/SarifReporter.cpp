@@ -87,12 +87,33 @@ Json makeLocation(const std::string& uri, const Problem& problem) {
     return {{"physicalLocation", std::move(place)}};
 }
 
+Json makeRegion(const Change& change) {
+    return {{"startLine", change.begin.line},
+            {"startColumn", change.begin.column},
+            {"endLine", change.end.line},
+            {"endColumn", change.end.column}};
+}
+
+Json makeFix(const std::string& uri, const Change& change) {
+    const Json replacement = {{"deletedRegion", makeRegion(change)},
+                              {"insertedContent", {{"text", change.text}}}};
+    const Json file = {{"artifactLocation", {{"uri", uri}}}, {"replacements", Json::array({replacement})}};
+    return {{"description", {{"text", "Format these lines."}}}, {"artifactChanges", Json::array({file})}};
+}
+
 Json makeResult(const std::string& uri, const Problem& problem, RuleList& rules) {
     return {{"ruleId", getInfo(problem.code).name},
             {"ruleIndex", rules.getIndex(problem.code)},
             {"level", getWord(problem.severity)},
             {"message", {{"text", problem.text}}},
             {"locations", Json::array({makeLocation(uri, problem)})}};
+}
+
+Json makeResult(const std::string& uri, const Change& change, RuleList& rules) {
+    Json result = makeResult(uri, makeFinding(change), rules);
+    result["locations"][0]["physicalLocation"]["region"] = makeRegion(change);
+    result["fixes"] = Json::array({makeFix(uri, change)});
+    return result;
 }
 
 class SarifReporter : public Reporter {
@@ -113,8 +134,14 @@ private:
 
 void SarifReporter::add(const FileOutcome& outcome) {
     const std::string uri = makeUri(outcome.path);
-    for (const Problem& problem : getFindings(outcome)) {
+    FileOutcome others = outcome;
+    others.changes.clear();
+    others.status = outcome.changes.empty() ? outcome.status : FileStatus::Unchanged;
+    for (const Problem& problem : getFindings(others)) {
         results.add(makeResult(uri, problem, rules));
+    }
+    for (const Change& change : outcome.changes) {
+        results.add(makeResult(uri, change, rules));
     }
 }
 

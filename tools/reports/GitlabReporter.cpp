@@ -1,0 +1,79 @@
+#include "reports/GitlabReporter.h"
+
+#include <cstdint>
+#include <ostream>
+#include <unordered_map>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace ombrel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* getWordOf(Severity severity) {
+    switch (severity) {
+    case Severity::Note:
+        return "info";
+    case Severity::Warning:
+        return "minor";
+    case Severity::Error:
+        break;
+    }
+    return "major";
+}
+
+/// FNV-1a: the same on every machine, and fingerprints guard against nobody.
+std::uint64_t hash(std::string_view text) {
+    std::uint64_t value = 14695981039346656037U;
+    for (const char c : text) {
+        value = (value ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    }
+    return value;
+}
+
+class GitlabReporter : public Reporter {
+public:
+    explicit GitlabReporter(std::ostream& stream) : stream(stream), list(Json::array()) {}
+
+    void add(const FileOutcome& outcome) override {
+        for (const Problem& problem : getFindings(outcome)) {
+            add(outcome.path, problem);
+        }
+    }
+
+    void addFailure(const Problem& problem) override { add(".", problem); }
+
+    void finish() override { stream << list.dump(2, ' ', false, Json::error_handler_t::replace) << '\n'; }
+
+private:
+    void add(const std::string& path, const Problem& problem) {
+        const auto name = getInfo(problem.code).name;
+        list.push_back(
+            {{"description", problem.text},
+             {"check_name", name},
+             {"fingerprint", makeFingerprint(fmt::format("{}\n{}\n{}", path, name, problem.text))},
+             {"severity", getWordOf(problem.severity)},
+             {"location",
+              {{"path", path}, {"lines", {{"begin", std::max<std::uint32_t>(problem.line, 1)}}}}}});
+    }
+
+    /// The same for a finding that has moved to another line, and another one for each of several.
+    std::string makeFingerprint(const std::string& text) {
+        return fmt::format("{:016x}{:016x}", hash(text), ++counts[text]);
+    }
+
+    std::ostream& stream;
+    Json list;
+    std::unordered_map<std::string, std::uint64_t> counts; ///< findings by what they say
+};
+
+} // namespace
+
+std::unique_ptr<Reporter> makeGitlabReporter(std::ostream& stream) {
+    return std::make_unique<GitlabReporter>(stream);
+}
+
+} // namespace ombrel
