@@ -87,6 +87,7 @@ TEST(StarterFile, ShowsEveryOptionWithItsDefault) {
 
     const OptionsFile loud = readOptionsFile(std::regex_replace(starter, std::regex("// \""), "\""));
     EXPECT_TRUE(loud.problems.empty());
+    EXPECT_TRUE(loud.overrides.size() == 1 && loud.extensions.size() == 1 && !loud.isRoot);
     ASSERT_EQ(loud.settings.size(), getOptions().size());
     OptionValues values;
     for (const Setting& setting : loud.settings) {

@@ -1,6 +1,10 @@
 #include "options/StarterFile.h"
 
 #include "options/OptionValue.h"
+#include "options/OptionsFile.h"
+
+#include <algorithm>
+#include <iterator>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -42,10 +46,29 @@ std::string makeLines(std::string_view section, std::string_view indentation) {
     return lines;
 }
 
+/// The keys that aren't options, with values that a project could have.
+std::string makeFileKeyLines() {
+    constexpr std::string_view examples[][2] = {
+        {"$schema", "\"ombrel-format.schema.json\""},
+        {"root", "false"},
+        {"extends", "\"../shared.json\""},
+        {"overrides", "[{\"files\": \"gen/**\", \"line\": {\"indentSize\": 2}}]"},
+    };
+    std::string lines;
+    for (const FileKey& key : getFileKeys()) {
+        const auto* example = std::find_if(std::begin(examples), std::end(examples),
+                                           [&](const auto& row) { return row[0] == key.name; });
+        if (example != std::end(examples)) {
+            lines += fmt::format("    // {}\n    // \"{}\": {},\n", key.description, key.name, (*example)[1]);
+        }
+    }
+    return lines;
+}
+
 } // namespace
 
 std::string makeStarterFile() {
-    std::string text = fmt::format("{}{{\n{}", head, makeLines("", "    "));
+    std::string text = fmt::format("{}{{\n{}{}", head, makeFileKeyLines(), makeLines("", "    "));
     for (const Section& section : getSections()) {
         text += fmt::format("    // {}.\n    \"{}\": {{\n{}    }},\n", section.description, section.name,
                             makeLines(section.name, "        "));

@@ -97,6 +97,20 @@ std::string getHeaderName(std::string_view path) {
     return name + (needsTab ? "\t" : "");
 }
 
+/// A changed line for people: an arrow before each tab, and whitespace at the end of the line on red.
+std::string showWhitespace(std::string_view line) {
+    const std::string_view content = line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0));
+    const std::size_t last = content.find_last_not_of(" \t");
+    const std::size_t tail = last == content.npos ? 0 : last + 1;
+    std::string shown;
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        shown += i == tail ? "\033[41m" : "";
+        shown += content[i] == '\t' ? "\u2192\t" : std::string(1, content[i]);
+    }
+    shown += tail < content.size() ? "\033[49m" : "";
+    return shown.append(line.substr(content.size()));
+}
+
 /// Prints the hunks of one text in order.
 class Printer {
 public:
@@ -175,7 +189,8 @@ private:
             const bool hasEnd = line.ends_with('\n');
             const bool isPainted = isColored && !paint.empty();
             result.append(isPainted ? paint : "").append(1, mark);
-            result.append(line.substr(0, line.size() - (hasEnd ? 1 : 0)));
+            const std::string_view content = line.substr(0, line.size() - (hasEnd ? 1 : 0));
+            result.append(isPainted ? showWhitespace(content) : std::string(content));
             result += isPainted ? "\033[0m\n" : "\n";
             result += hasEnd ? "" : "\\ No newline at end of file\n";
         }
