@@ -81,4 +81,9 @@ TEST(Printable, MessagesNamePlaceAndSeverity) {
         "c:7:1: \033[1;35mwarning:\033[0m odd [useless-suppression]\n");
 }
 
+TEST(Printable, EscapesWhatIsHiddenInReportsAsJsonHasIt) {
+    EXPECT_EQ(ombrel::escapeHidden("a\n\t\xC3\xA4\x1B\xC2\x9B\xE2\x80\xAE\xF3\xA0\x80\x81\xFF"),
+              "a\n\t\xC3\xA4\\u001B\\u009B\\u202E\\uDB40\\uDC01\xFF");
+}
+
 } // namespace

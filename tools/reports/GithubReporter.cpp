@@ -1,5 +1,7 @@
 #include "reports/GithubReporter.h"
 
+#include "text/Printable.h"
+
 #include <ostream>
 #include <string_view>
 
@@ -12,7 +14,7 @@ namespace {
 /// Text with the given characters and the `%` of the escapes themselves as `%0A`, say.
 std::string escape(std::string_view text, std::string_view special) {
     std::string escaped;
-    for (const char c : text) {
+    for (const char c : escapeHidden(text)) {
         const bool isSpecial = c == '%' || special.find(c) != special.npos;
         escaped += isSpecial ? fmt::format("%{:02X}", static_cast<unsigned char>(c)) : std::string(1, c);
     }

@@ -1,5 +1,7 @@
 #include "reports/JsonList.h"
 
+#include "text/Printable.h"
+
 #include <ostream>
 #include <string_view>
 
@@ -10,7 +12,7 @@ namespace ombrel {
 namespace {
 
 std::string dump(const nlohmann::ordered_json& json) {
-    return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+    return escapeHidden(json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 } // namespace

@@ -139,6 +139,24 @@ std::string getPrintableName(std::string_view bytes) {
     return getPrintable(decodeLossy(bytes));
 }
 
+std::string escapeHidden(std::string_view text) {
+    std::string escaped;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        const UChar32 c = takeCharacter(text, i);
+        const bool isHiddenHere = c >= 0 && isHidden(c) && c != '\n' && c != '\r' && c != '\t';
+        if (!isHiddenHere) {
+            escaped += text.substr(start, i - start);
+        } else if (U_IS_BMP(c)) {
+            escaped += fmt::format("\\u{:04X}", static_cast<std::uint32_t>(c));
+        } else {
+            escaped += fmt::format("\\u{:04X}\\u{:04X}", static_cast<std::uint32_t>(U16_LEAD(c)),
+                                   static_cast<std::uint32_t>(U16_TRAIL(c)));
+        }
+    }
+    return escaped;
+}
+
 std::string getQuotedName(std::string_view bytes) {
     std::string escaped;
     for (std::size_t i = 0; i < bytes.size();) {

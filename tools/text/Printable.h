@@ -21,6 +21,10 @@ std::string getPrintableName(std::string_view bytes);
 /// (`"new\nline.omb"`); every other one is left as it is, whatever its bytes are.
 std::string getQuotedName(std::string_view bytes);
 
+/// UTF-8 text with `\uXXXX` for every character that getPrintable() escapes but line ends and tabs, as JSON
+/// has it: two of them for a character beyond 16 bits. Bytes that aren't UTF-8 stay.
+std::string escapeHidden(std::string_view text);
+
 /// The part of a source line that a message points at, ready to be printed:
 ///
 ///     text         s = '漢字' + ;
