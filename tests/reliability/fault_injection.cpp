@@ -36,13 +36,13 @@ int copyInto(const char* from, const char* to) {
 }
 
 __attribute__((constructor)) void begin() {
-    if (std::string_view(program_invocation_short_name) != "ombrel-format") {
-        return;
-    }
-    if (const char* name = std::getenv("OMBREL_FAULT")) {
+    const std::string_view program = program_invocation_short_name;
+    const char* name = std::getenv("OMBREL_FAULT");
+    if (name != nullptr && (program == "ombrel-format" || program == "ombrel_tests")) {
         fault = name;
     }
-    if (const char* number = std::getenv("OMBREL_FAIL_AT")) {
+    const char* number = std::getenv("OMBREL_FAIL_AT");
+    if (number != nullptr && program == "ombrel-format") {
         const long value = std::strtol(number, nullptr, 10);
         failAllocation(static_cast<std::uint64_t>(std::labs(value)), value < 0);
     }
