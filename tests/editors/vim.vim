@@ -88,6 +88,33 @@ set filetype=none
 call assert_equal(['', '', ''], [&formatexpr, &l:formatprg, maparg('=', 'n')])
 call s:Pass()
 
+" The linter and the fixer for ALE.
+let g:ale_linters = {'ombrel': ['ombrel_lsp']}
+let g:ale_ombrel_lsp_executable = $OMBREL_PROGRAMS . '/ombrel-lsp'
+let g:ale_fixers = {'ombrel': [function('ombrel#AleFix')]}
+set runtimepath+=/usr/share/vim-ale
+runtime! plugin/ale.vim
+
+function s:WaitFor(condition) abort
+    for _ in range(200)
+        if eval(a:condition)
+            return s:Pass()
+        endif
+        sleep 50m
+    endfor
+    call add(v:errors, 'waited for ' . a:condition)
+endfunction
+
+call delete('.ombrel-format.json')
+call s:Open('h.omb', ['if a', 'x = (1;', 'end'])
+ALELint
+call s:WaitFor('!empty(ale#engine#GetLoclist(bufnr("")))')
+let s:problem = get(ale#engine#GetLoclist(bufnr('')), 0, {})
+call assert_equal([2, 7], [get(s:problem, 'lnum'), get(s:problem, 'col')])
+call setline(2, 'x = 1;')
+ALEFix
+call s:WaitFor('getline(2) ==# "    x = 1;"')
+
 enew!
 call setline(1, empty(v:errors) ? '# pass ' . s:passed : v:errors)
 %print
