@@ -28,7 +28,8 @@ Kind getTargetKind(const std::string& path) {
 /// Not every file system tells the type with the name.
 unsigned char findType(const std::string& path, unsigned char type) {
     struct stat status {};
-    return type == DT_UNKNOWN && ::lstat(path.c_str(), &status) == 0 ? IFTODT(status.st_mode) : type;
+    const bool isKnown = type != DT_UNKNOWN || ::lstat(path.c_str(), &status) != 0;
+    return isKnown ? type : static_cast<unsigned char>(IFTODT(status.st_mode));
 }
 
 FolderEntry makeEntry(const std::string& folder, const dirent& entry) {
