@@ -74,8 +74,9 @@ private:
             return finish();
         }
         noteLeftOut(found.files);
-        std::erase_if(found.files,
-                      [](const FoundFile& file) { return file.verdict == Verdict::Left && file.path != "-"; });
+        std::erase_if(found.files, [](const FoundFile& file) {
+            return file.verdict == Verdict::Left && file.path != "-";
+        });
         if (!arguments.lines.empty() && (found.hasFolder || found.files.size() > 1)) {
             return refuse({Code::UsageError, "--lines needs exactly one file"});
         }
