@@ -50,6 +50,17 @@ const std::vector<std::vector<std::string>> optionValues = {
     {R"("indentCharacter": "Space")", R"("indentCharacter": "Tab", "indentWidth": 1)"},
 };
 
+/// How many pairs of values of two options there are.
+std::size_t countPairs() {
+    std::size_t pairs = 0;
+    std::size_t valuesBefore = 0;
+    for (const auto& values : optionValues) {
+        pairs += valuesBefore * values.size();
+        valuesBefore += values.size();
+    }
+    return pairs;
+}
+
 /// Sets of one value for each option, so that each pair of values is in one of them: of some random sets, the
 /// one with the most new pairs, again and again.
 std::vector<std::vector<std::string>> makeOptionSets() {
@@ -81,6 +92,7 @@ std::vector<std::vector<std::string>> makeOptionSets() {
             sets.push_back(best);
         }
     }
+    EXPECT_EQ(seen.size(), countPairs());
     return sets;
 }
 

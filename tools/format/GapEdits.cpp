@@ -125,7 +125,7 @@ public:
 
 private:
     void writeSection(const Section& section) {
-        if (section.before == section.after) {
+        if (section.before == section.after || writeLastLine(section)) {
             return;
         }
         const std::vector<SectionLine> before = splitLines(section.before);
@@ -139,6 +139,23 @@ private:
                 add(section.offset + before[i].offset, before[i].content, std::u16string(after[i].content));
             }
         }
+    }
+
+    /// Most gaps differ in the whitespace before their code token only, and need not be cut into lines. False
+    /// if this one has another difference.
+    bool writeLastLine(const Section& section) {
+        const std::size_t start = section.before.find_last_of(u"\r\n") + 1; // 0 if there is no line end
+        const std::u16string_view before = section.before.substr(start);
+        if (section.after.substr(0, start) != section.before.substr(0, start) ||
+            countLeadingWhitespace(before) != before.size()) {
+            return false;
+        }
+        const std::u16string_view after = section.after.substr(start);
+        if (countLeadingWhitespace(after) != after.size()) {
+            return false;
+        }
+        add(section.offset + start, before, std::u16string(after));
+        return true;
     }
 
     /// Whether each line changes for itself: whitespace may come and go, and separators may go. One that
