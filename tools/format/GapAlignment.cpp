@@ -21,7 +21,7 @@ std::optional<GapAlignment> GapAlignment::make(const GapList& gaps, std::u16stri
         if (!end) {
             return std::nullopt;
         }
-        alignment.places.push_back({position, *end});
+        alignment.places.push_back({position, *end, isUnchanged});
         position = *end + tokenLength;
     }
     if (position != text.size()) {

@@ -23,10 +23,15 @@ public:
         return std::u16string_view(text).substr(places[gap].begin, places[gap].end - places[gap].begin);
     }
 
+    /// Whether the formatter left a gap as it is in the source. If not, its text can still be the same but
+    /// for the kinds of line ends.
+    bool isUnchanged(std::size_t gap) const { return places[gap].isUnchanged; }
+
 private:
     struct Place {
         std::size_t begin;
         std::size_t end;
+        bool isUnchanged;
     };
 
     std::u16string text;

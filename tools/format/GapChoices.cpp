@@ -11,7 +11,9 @@ GapChoices::GapChoices(const GapList& gaps, const GapAlignment& formatted)
     : gaps(gaps), formatted(formatted) {
     choices.reserve(gaps.getCount());
     for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
-        choices.push_back(isSameText(gaps.getText(gap), formatted.getText(gap)) ? source : formatter);
+        const bool isSame =
+            formatted.isUnchanged(gap) || isSameText(gaps.getText(gap), formatted.getText(gap));
+        choices.push_back(isSame ? source : formatter);
     }
 }
 
