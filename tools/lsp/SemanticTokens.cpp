@@ -31,7 +31,6 @@ enum class Type : std::uint8_t {
 };
 
 constexpr std::uint32_t declaration = 1; // a bit of the modifiers
-constexpr std::size_t numbersPerToken = 5;
 
 bool isBetween(TokenType type, TokenType first, TokenType last) {
     return first <= type && type <= last;
