@@ -1,4 +1,5 @@
 #include "diagnostics/Message.h"
+#include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,14 @@ TEST(Printable, MessagesNamePlaceAndSeverity) {
         out.str(),
         "a\\n:1:2: error: wrong [runaway-indentation]\n  \tx\n  \t^\nb: warning: odd [useless-suppression]\n"
         "c:7:1: \033[1;35mwarning:\033[0m odd [useless-suppression]\n");
+}
+
+TEST(TextEncoding, KeepsACharacterWholeWhereTheTextIsCutIntoPieces) {
+    const std::string bytes = std::string((1U << 24U) - 1, 'x') + "\xC3\xA4";
+    const auto decoded = ombrel::decode(bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->text.back(), u'\u00E4');
+    EXPECT_TRUE(ombrel::encode(*decoded) == bytes);
 }
 
 TEST(Printable, EscapesWhatIsHiddenInReportsAsJsonHasIt) {
