@@ -77,8 +77,8 @@ TEST(OtherHost, MayDeliverNamesWithALeadingDotAndEventsWithAValue) {
     ParsedSource event = parseSource(u"classdef A\nevents\nE\nend\nend\n");
     auto& definition = find<lf::astapi::EventDefinition<CA>>(event, NodeKind::EventDefinition);
     definition.value = definition.name;
-    setTokens(event, u"classdef A\nevents\nE  =  E  ;\nend\nend\n");
-    EXPECT_EQ(formatParsed({event, nullptr}, {.trim = true}), u"classdef A\nevents\nE=E;\nend\nend\n");
+    setTokens(event, u"classdef A\nevents\nE  =  E  )\nend\nend\n");
+    EXPECT_EQ(formatParsed({event, nullptr}, {.trim = true}), u"classdef A\nevents\nE=E)\nend\nend\n");
 }
 
 TEST(OtherHost, MustNotInventKinds) {
