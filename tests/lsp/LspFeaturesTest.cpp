@@ -77,7 +77,7 @@ TEST(LspFormatting, KeepsLineEndsMarksAndWhatCannotBeFormatted) {
     EXPECT_EQ(format("if a\n % ombrel-format off\n x\nend\n"), "if a\n % ombrel-format off\n x\nend\n");
     const Json refused = Json::parse(format(std::string("x\n y\0", 5)));
     EXPECT_EQ(refused["error"]["code"], -32803);
-    EXPECT_EQ(refused["error"]["message"], "2:3: not a text: NUL characters aren't allowed [not-utf8]");
+    EXPECT_EQ(refused["error"]["message"], "2:3: not a text: NUL characters aren't allowed [nul-character]");
     EXPECT_EQ(format("if a\n", R"({"engine": "tree"})"), "null"); // the diagnostics say why
     EXPECT_EQ(Json::parse(format("x", "{\"engin\": 1}"))["error"]["code"], -32803);
 
