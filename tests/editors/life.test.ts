@@ -1,4 +1,4 @@
-// How the server ends, and what many documents leave behind.
+// How the server ends, and what memory remains after many documents.
 
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';

@@ -1,4 +1,4 @@
-// What is known of one gap, for people: its class, its level, the decision and the options behind it.
+// What is known of one gap, as text: its class, its level, the decision, and the options that led to it.
 
 import type { GapDecision, KeptGap } from "./api";
 import { el } from "./dom";
