@@ -22,6 +22,7 @@ std::vector<LineOptions> makeOptionSets() {
     sets[2].useSpaces = false;
     sets[3].indentSize = 0;
     sets[3].blankLineStyle = u"Ignore";
+    sets[3].firstLine = 0;
     sets[4].firstLine = 3;
     sets[4].lastLine = 7;
     sets[5].indentSize = 3;
