@@ -259,9 +259,9 @@ std::u16string blankOut(const FaultyText& faulty, std::size_t first, std::size_t
     return blank;
 }
 
-/// A block of arguments comes after another statement, so that the tokenizer sees no block. Neither its lines
-/// nor its `end` are further faults.
-void findLateArguments(const FaultyText& faulty, const SyntaxError& error, Corrections& found) {
+/// A block of arguments is no block for the tokenizer, since its header has a fault (`arguments ('abc)`) or
+/// it comes after another statement. Neither its lines nor its `end` are further faults.
+void findArgumentsWithoutBlock(const FaultyText& faulty, const SyntaxError& error, Corrections& found) {
     const auto isEnd = [&](std::size_t place) {
         return startsStatement(faulty, place) && faulty.getToken(place).lexeme == u"end";
     };
@@ -284,10 +284,14 @@ void findLateArguments(const FaultyText& faulty, const SyntaxError& error, Corre
     }
     std::u16string blank = blankOut(faulty, first, last);
     const std::size_t length = blank.size();
-    found.push_back({{replace(faulty, first, length, std::move(blank))},
-                     makeError(u"MisplacedBlock",
-                               u"an 'arguments' block has to come before the first statement of its function",
-                               faulty.getToken(first))});
+    const bool isHeaderFaulty = error.line == faulty.getToken(first).line;
+    found.push_back(
+        {{replace(faulty, first, length, std::move(blank))},
+         isHeaderFaulty
+             ? error
+             : makeError(u"MisplacedBlock",
+                         u"an 'arguments' block has to come before the first statement of its function",
+                         faulty.getToken(first))});
 }
 
 /// A branch without its block: the `end` that would have closed the block is no further fault.
@@ -341,8 +345,9 @@ void findForeignOperator(const FaultyText& faulty, const SyntaxError& error, Cor
 
 std::vector<Correction> findSlips(const FaultyText& faulty, const SyntaxError& error) {
     Corrections found;
-    for (const auto find : {findMissingContinuation, findAssignmentInCondition, findForeignOperator,
-                            findSplitElseif, findLateArguments, findMisspelledKeyword, findBranchWithEnd}) {
+    for (const auto find :
+         {findMissingContinuation, findAssignmentInCondition, findForeignOperator, findSplitElseif,
+          findArgumentsWithoutBlock, findMisspelledKeyword, findBranchWithEnd}) {
         find(faulty, error, found);
     }
     return found;
