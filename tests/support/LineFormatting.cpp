@@ -113,7 +113,8 @@ ca::formatting::legacy::Settings makeSettings(const LineOptions& options) {
 std::optional<std::u16string> formatWithEngine(const std::u16string& text, const LineOptions& options) {
     const ombrel::LineOptions line{options.indentSize, options.tabSize, !options.useSpaces,
                                    getFunctionStyle(options), getBlankLineStyle(options)};
-    const auto result = ombrel::formatLines(text, line, {{options.firstLine, options.lastLine}}, {});
+    const ombrel::LineRange range{std::max(options.firstLine, 1U), options.lastLine}; // ca_format takes a 0
+    const auto result = ombrel::formatLines(text, line, {range}, {});
     if (result) {
         return ombrel::applyEdits(text, *result);
     }

@@ -38,7 +38,7 @@ Result<void> checkRanges(std::u16string_view text, const std::vector<LineRange>&
     std::uint32_t count = 0;
     bool isLastEmpty = false;
     for (LineSplitter lines(text); const auto line = lines.getNext();) {
-        if (++count >= last->first) {
+        if (++count == last->first) {
             return {};
         }
         isLastEmpty = line->content.empty() && line->end.empty();

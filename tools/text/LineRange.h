@@ -4,7 +4,7 @@
 
 namespace ombrel {
 
-/// Lines from 1, both inclusive, `first` not above `last`. A `first` of 0 means the same as 1.
+/// Lines from 1, both inclusive, `first` not above `last`.
 struct LineRange {
     std::uint32_t first;
     std::uint32_t last;
