@@ -449,7 +449,6 @@ TEST(LspWatch, AsksForTheFilesThatOptionsComeFrom) {
         {{"workspace",
           {{"didChangeWatchedFiles", {{"dynamicRegistration", true}}}, {"configuration", true}}}});
     client.open("a.omb", "x\n");
-    client.ask("textDocument/formatting", "a.omb", {{"options", Json::object()}});
     const Json registration = client.findLast("client/registerCapability")["registrations"][0];
     EXPECT_EQ(registration["registerOptions"]["watchers"][0]["globPattern"],
               (client.folder.getPath() / "base/x.json").string());

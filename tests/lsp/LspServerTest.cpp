@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -235,6 +236,18 @@ TEST(LspProgress, BeginsWithTheClientsConsentAndEndsWithTheWork) {
     }
 }
 
+/// A client doesn't know the token of a request any more that has its answer.
+void expectProgressOnlyBeforeAnswers(const std::vector<Json>& messages) {
+    std::set<Json> answered;
+    for (const Json& message : messages) {
+        if (!message.contains("method")) {
+            answered.insert(message["id"]);
+        } else if (message["method"] == "$/progress") {
+            EXPECT_FALSE(answered.contains(message["params"]["token"])) << message;
+        }
+    }
+}
+
 /// For the thread sanitizer: real threads, many documents, changes while answers are made.
 TEST(LspServer, WorksOnSeveralThreads) {
     TemporaryFolder folder;
@@ -275,7 +288,7 @@ TEST(LspServer, WorksOnSeveralThreads) {
                       {"params",
                        {{"textDocument", {{"uri", uri}}},
                         {"options", Json::object()},
-                        {"workDoneToken", "t"}}}});
+                        {"workDoneToken", requests}}}});
             }
             post({{"method", "textDocument/didChange"},
                   {"params",
@@ -291,6 +304,7 @@ TEST(LspServer, WorksOnSeveralThreads) {
         }
     }
     EXPECT_EQ(requests, 80U);
+    expectProgressOnlyBeforeAnswers(answers);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lsp/Json.h"
+#include "lsp/Progress.h"
 
 #include <cstdint>
 #include <mutex>
@@ -17,8 +18,9 @@ public:
     /// Tells a request from later ones with the same id.
     using Ticket = std::uint64_t;
 
-    /// Nothing if a request with this id is still pending.
-    std::optional<Ticket> start(const Json& id);
+    /// Nothing if a request with this id is still pending. The work ends with the request: a client knows its
+    /// token no longer than until the answer.
+    std::optional<Ticket> start(const Json& id, Progress::Work work);
 
     bool isPending(const Json& id, Ticket ticket) const;
 
@@ -29,9 +31,14 @@ public:
     bool cancel(const Json& id);
 
 private:
+    struct Entry {
+        Ticket ticket;
+        Progress::Work work;
+    };
+
     mutable std::mutex mutex;
     Ticket lastTicket = 0;
-    std::unordered_map<std::string, Ticket> tickets; ///< by id, as JSON
+    std::unordered_map<std::string, Entry> entries; ///< by id, as JSON
 };
 
 } // namespace ombrel::lsp

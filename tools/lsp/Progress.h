@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace ombrel::lsp {
 
@@ -29,13 +30,17 @@ public:
     /// Counts as work as long as it lives.
     class Work {
     public:
-        Work(Progress& progress, std::uint64_t id) : progress(progress), id(id) {}
-        Work(const Work&) = delete;
-        Work& operator=(const Work&) = delete;
-        ~Work() { progress.finish(id); }
+        Work(Progress& progress, std::uint64_t id) : progress(&progress), id(id) {}
+        Work(Work&& other) noexcept : progress(std::exchange(other.progress, nullptr)), id(other.id) {}
+        Work& operator=(Work&&) = delete;
+        ~Work() {
+            if (progress != nullptr) {
+                progress->finish(id);
+            }
+        }
 
     private:
-        Progress& progress;
+        Progress* progress;
         std::uint64_t id;
     };
 

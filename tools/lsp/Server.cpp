@@ -271,7 +271,8 @@ void Server::addFeature(const std::string& method, Feature feature) {
             throw RequestError(ErrorCode::InvalidParams,
                                "this document isn't open, or its text has to be sent again as a whole");
         }
-        const auto ticket = pending.start(id);
+        const auto ticket =
+            pending.start(id, progress.start(getTitle(*document), params.value("workDoneToken", Json())));
         if (!ticket) {
             throw RequestError(ErrorCode::InvalidRequest, "a request with this id has no answer yet");
         }
@@ -279,9 +280,9 @@ void Server::addFeature(const std::string& method, Feature feature) {
                      [this, id, method, feature, params, document, ticket = *ticket] {
                          const auto start = std::chrono::steady_clock::now();
                          answer(id, feature, params, document, ticket);
+                         watch.add(client, workspace.getOptionsFiles());
                          trace(method, start);
                      });
-        watch.add(client, workspace.getOptionsFiles());
     });
 }
 
@@ -303,7 +304,6 @@ void Server::answer(const Json& id, Feature feature, const Json& params, const D
     if (!pending.isPending(id, ticket)) {
         return;
     }
-    const auto work = progress.start(getTitle(*document), params.value("workDoneToken", Json()));
     try {
         Json result = documents.isCurrent(*document) ? feature(ask(document, params)) : Json();
         if (!documents.isCurrent(*document)) {
@@ -348,11 +348,13 @@ void Server::publish(const std::string& uri) {
     }
     try {
         static const Json none = Json::object();
+        const auto work = progress.start(getTitle(*document), Json());
         Json list = makeDiagnostics(ask(document, none));
         const std::lock_guard guard(publishing);
         if (documents.isCurrent(*document)) {
             sendDiagnostics(uri, document->version, std::move(list));
         }
+        watch.add(client, workspace.getOptionsFiles());
     } catch (const std::exception& error) { // there is nobody to answer
         connection.notify("window/logMessage",
                           {{"type", 1}, {"message", fmt::format("no diagnostics: {}", error.what())}});

@@ -34,6 +34,7 @@ void Watch::start(const Client& client) {
             makeRegistration("settings", "workspace/didChangeConfiguration", {{"section", "ombrel"}});
         connection.request("client/registerCapability", {{"registrations", Json::array({registration})}});
     }
+    const std::lock_guard guard(mutex);
     if (client.registersWatchers) {
         Json patterns = Json::array();
         for (const std::string_view name : {optionsFileName, editorConfigName, ignoreFileName}) {
@@ -44,6 +45,7 @@ void Watch::start(const Client& client) {
 }
 
 void Watch::add(const Client& client, const std::set<std::string>& optionsFiles) {
+    const std::lock_guard guard(mutex);
     Json patterns = Json::array();
     for (const std::string& path : optionsFiles) {
         if (!path.ends_with(fmt::format("/{}", optionsFileName)) && watched.insert(path).second) {

@@ -3,6 +3,7 @@
 #include "lsp/Client.h"
 #include "lsp/Connection.h"
 
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -10,7 +11,7 @@ namespace ombrel::lsp {
 
 /// Asks the client to tell when files change that options come from: options files, .editorconfig, ignore
 /// files, and whatever options files extend, which may have any name. Does nothing for clients that can't be
-/// asked. To be used by one thread at a time.
+/// asked. All members may be called on several threads at once.
 class Watch {
 public:
     /// The connection has to outlive it.
@@ -26,6 +27,7 @@ private:
     void watch(const Json& patterns);
 
     Connection& connection;
+    std::mutex mutex;              ///< guards what follows
     std::set<std::string> watched; ///< paths that have watchers of their own
     int registrationCount = 0;
 };
