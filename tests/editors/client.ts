@@ -12,14 +12,12 @@ import {
     ExitNotification,
     InitializedNotification,
     InitializeRequest,
-    PublishDiagnosticsNotification,
     RegistrationRequest,
     ResponseError,
     ShutdownRequest,
     StreamMessageReader,
     StreamMessageWriter,
     type ClientCapabilities,
-    type Diagnostic,
     type InitializeResult,
     type ProtocolConnection,
     type TextDocumentContentChangeEvent,
@@ -55,8 +53,6 @@ export interface ClientOptions {
 
 export class Client {
     readonly documents = new Map<string, DocumentModel>();
-    readonly #diagnostics = new Map<string, Diagnostic[]>();
-    #listener: () => void = () => undefined;
     initialized!: InitializeResult;
 
     private constructor(
@@ -76,10 +72,6 @@ export class Client {
             throw error;
         });
         connection.onRequest(RegistrationRequest.type, () => undefined);
-        connection.onNotification(PublishDiagnosticsNotification.type, ({ uri, diagnostics }) => {
-            client.#diagnostics.set(uri, diagnostics);
-            client.#listener();
-        });
         connection.listen();
         client.initialized = await connection.sendRequest(InitializeRequest.type, {
             processId: process.pid,
@@ -156,23 +148,5 @@ export class Client {
                 }
                 throw error;
             });
-    }
-
-    /** The diagnostics that the server has pushed last, as soon as `isExpected` holds for them. */
-    async waitForDiagnostics(name: string, isExpected: (found: Diagnostic[]) => boolean): Promise<Diagnostic[]> {
-        const deadline = Date.now() + 20_000;
-        for (;;) {
-            const found = this.#diagnostics.get(this.getUri(name));
-            if (found && isExpected(found)) {
-                return found;
-            }
-            if (Date.now() > deadline) {
-                throw new Error(`waited for diagnostics of ${name}, have ${JSON.stringify(found)}`);
-            }
-            await new Promise<void>((resolve) => {
-                this.#listener = resolve;
-                setTimeout(resolve, 1000);
-            });
-        }
     }
 }

@@ -8,15 +8,10 @@ import { tmpdir } from 'node:os';
 import * as path from 'node:path';
 import { after, test } from 'node:test';
 import {
-    CancellationTokenSource,
     DidChangeConfigurationNotification,
-    DocumentDiagnosticRequest,
-    DocumentFormattingRequest,
-    DocumentOnTypeFormattingRequest,
     DocumentRangeFormattingRequest,
     LSPErrorCodes,
     ResponseError,
-    WillSaveTextDocumentWaitUntilRequest,
     type Range,
     type TextEdit,
 } from 'vscode-languageserver-protocol';
@@ -140,47 +135,6 @@ void test('applies every kind of options file, and settings only where there is 
     );
 });
 
-void test('applies what the editor says about tabs where nothing else does', async () => {
-    await withClient(makeRoot(), async (client) => {
-        await client.open('a.omb', slanted);
-        for (const [options, indentation] of [[{ tabSize: 3, insertSpaces: true }, '   '], [{ tabSize: 8, insertSpaces: false }, '\t']] as const) {
-            assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb', options)), `if a\n${indentation}x=1;\nend\n`);
-        }
-    });
-});
-
-void test('formats before saving if it is asked to', async () => {
-    for (const formatOnSave of [true, false]) {
-        await withClient(
-            makeRoot(),
-            async (client) => {
-                await client.open('a.omb', slanted);
-                const textDocument = { uri: client.getUri('a.omb') };
-                const edits = await client.connection.sendRequest(WillSaveTextDocumentWaitUntilRequest.type, { textDocument, reason: 1 });
-                const expected = formatOnSave ? 'if a\n    x=1;\nend\n' : slanted;
-                assert.equal(applyAnswer(client, 'a.omb', edits ?? []), expected);
-            },
-            { formatOnSave },
-        );
-    }
-});
-
-void test('indents the line just finished, and the new one', async () => {
-    await withClient(makeRoot(), async (client) => {
-        const type = async (text: string, ch: string) => {
-            await client.open('a.omb', text);
-            const position = client.get('a.omb').getPosition(client.get('a.omb').getLines().length - 1, 1000);
-            const textDocument = { uri: client.getUri('a.omb') };
-            const edits = await client.connection.sendRequest(DocumentOnTypeFormattingRequest.type, { textDocument, position, ch, options: format });
-            return applyAnswer(client, 'a.omb', edits);
-        };
-        assert.equal(await type('if a\n', '\n'), 'if a\n    ');
-        assert.equal(await type('if a\n    x = 1;\n    end', 'd'), 'if a\n    x = 1;\nend');
-        assert.equal(await type('if a\r\nx = 1;\r\n', '\n'), 'if a\r\n    x = 1;\r\n    ');
-        assert.equal(await type("switch a\n    case 1\n        x\n        case", 'e'), 'switch a\n    case 1\n        x\n    case');
-    });
-});
-
 void test('never answers for another text than the one it was asked about', async () => {
     await withClient(makeRoot(), async (client) => {
         const text = slanted.repeat(20_000);
@@ -199,75 +153,3 @@ void test('never answers for another text than the one it was asked about', asyn
     });
 });
 
-void test('gives a request up when it is cancelled, and answers others meanwhile', async () => {
-    await withClient(makeRoot(), async (client) => {
-        await client.open('big.omb', slanted.repeat(200_000));
-        await client.open('small.omb', slanted);
-        const source = new CancellationTokenSource();
-        const textDocument = { uri: client.getUri('big.omb') };
-        let isDone = false;
-        const big = client.connection
-            .sendRequest(DocumentFormattingRequest.type, { textDocument, options: format }, source.token)
-            .catch((error: unknown) => error)
-            .finally(() => {
-                isDone = true;
-            });
-        applyAnswer(client, 'small.omb', await client.format('small.omb'));
-        assert(!isDone, 'the small document waited for the big one');
-        source.cancel();
-        const result = await big;
-        assert(result instanceof ResponseError && result.code === LSPErrorCodes.RequestCancelled);
-    });
-});
-
-void test('keeps text that does not parse, and says where', async () => {
-    const root = makeRoot();
-    writeFileSync(path.join(root, '.ombrel-format.json'), '{"engine": "tree"}');
-    await withClient(root, async (client) => {
-        await client.open('a.omb', 'if a\nx = (1;\n');
-        const answer = await client.format('a.omb');
-        assert(answer === null || answer instanceof ResponseError);
-        const found = await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 2);
-        assert.deepEqual(found.map(({ code }) => code).sort(), ['unclosed-block', 'unclosed-bracket']);
-        await client.change('a.omb', [{ text: 'x = 1;\n' }]);
-        await client.waitForDiagnostics('a.omb', (diagnostics) => diagnostics.length === 0);
-    });
-});
-
-void test('checks an options file as it is typed, and formats nothing with a wrong one', async () => {
-    const root = makeRoot();
-    await withClient(root, async (client) => {
-        await client.open('.ombrel-format.json', '{"line": {"indntSize": 4}}');
-        const [problem] = await client.waitForDiagnostics('.ombrel-format.json', (found) => found.length === 1);
-        assert.equal(problem?.code, 'unknown-option');
-        assert.match(problem.message, /indentSize/);
-        writeFileSync(path.join(root, '.ombrel-format.json'), '{"line": {"indntSize": 4}}');
-        await client.open('a.omb', slanted);
-        assert((await client.format('a.omb')) instanceof ResponseError);
-        writeFileSync(path.join(root, '.ombrel-format.json'), '{"line": {"indentSize": 6}}');
-        assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb')), 'if a\n      x=1;\nend\n');
-    });
-});
-
-void test('refuses changes that do not fit, until it gets the whole text', async () => {
-    await withClient(makeRoot(), async (client) => {
-        await client.open('a.omb', 'x=1;\n');
-        const textDocument = { uri: client.getUri('a.omb'), version: 1 }; // as old as the text is
-        await client.connection.sendNotification('textDocument/didChange', {
-            textDocument,
-            contentChanges: [{ range: { start: { line: 0, character: 0 }, end: { line: 0, character: 1 } }, text: 'y' }],
-        });
-        assert((await client.format('a.omb')) instanceof ResponseError);
-        await client.change('a.omb', [{ text: slanted }]);
-        assert.equal(applyAnswer(client, 'a.omb', await client.format('a.omb')), 'if a\n    x=1;\nend\n');
-    });
-});
-
-void test('gives diagnostics to a client that asks for them', async () => {
-    const client = await Client.start({ root: '/nowhere', capabilities: { textDocument: { diagnostic: {} } } });
-    await client.open('a.omb', 'x = (1;\n');
-    const textDocument = { uri: client.getUri('a.omb') };
-    const report = await client.connection.sendRequest(DocumentDiagnosticRequest.type, { textDocument });
-    assert(report.kind === 'full' && report.items[0]?.code === 'unclosed-bracket');
-    assert.equal(await client.stop(), 0);
-});

@@ -164,8 +164,9 @@ async function compareFormatting(client: Client, batch: Batch, folder: Folder, n
 async function runScript(client: Client, batch: Batch, seed: number): Promise<void> {
     const script = new Script(seed);
     const names = (['line', 'tree', 'tree'] as const).map((folder, index) => ({ folder, name: `${folder}/open${index}.omb` }));
+    const shared = script.makeText(8); // the same text under several names is formatted for each name
     for (const { name } of names) {
-        await client.open(name, script.makeText(8));
+        await client.open(name, script.below(2) === 0 ? shared : script.makeText(8));
     }
     for (let edit = 0; edit < editsPerScript; ++edit) {
         const { folder, name } = script.choose(names);
