@@ -1,36 +1,31 @@
-#include "support/GoldenFile.h"
+#include "support/GoldenSuite.h"
 #include "support/ProgramRun.h"
 
-#include "format/Suppression.h"
 #include "text/TextEncoding.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using namespace ombrel;
 
-std::vector<std::string> getWords(const GoldenResult& wanted) {
-    const auto lines = wanted.options.find("lines");
-    if (lines == wanted.options.end()) {
-        return {};
+std::u16string format(const std::u16string& input, const GoldenOptions& options) {
+    std::vector<std::string> words = {"-q", "--engine", options.at("formatter")};
+    if (const auto lines = options.find("lines"); lines != options.end()) {
+        std::string range = lines->second;
+        range[range.find('-')] = ':';
+        words.insert(words.end(), {"--lines", range});
     }
-    std::string range = lines->second;
-    range[range.find('-')] = ':';
-    return {"--lines", range};
+    return decodeLossy(runProgram(words, encodeLossy(input)).out);
 }
 
-TEST(Suppression, GoldenCases) {
-    const auto folder = std::filesystem::path(OMBREL_SOURCE_DIR) / "tests/golden/suppression";
-    for (const GoldenFile& file : readGoldenFolder(folder)) {
-        for (const GoldenCase& golden : file.cases) {
-            SCOPED_TRACE(golden.path.string() + ":" + std::to_string(golden.line) + ": " + golden.sentence);
-            const GoldenResult& wanted = golden.results.front();
-            const std::string once = runProgram(getWords(wanted), encodeLossy(golden.input)).out;
-            EXPECT_EQ(showGoldenText(decodeLossy(once)), showGoldenText(wanted.text));
-            EXPECT_EQ(runProgram(getWords(wanted), once).out, once) << "in the second run";
-        }
-    }
+class Suppression : public testing::TestWithParam<GoldenCase> {};
+
+TEST_P(Suppression, LeavesLinesAloneInBothRuns) {
+    const GoldenResult& wanted = GetParam().results.front();
+    expectGolden(GetParam(), wanted, format);
+    EXPECT_EQ(showGoldenText(format(wanted.text, wanted.options)), showGoldenText(wanted.text));
 }
+
+INSTANTIATE_TEST_SUITE_P(Golden, Suppression, testing::ValuesIn(loadGoldenCases("suppression", format)),
+                         getGoldenName);
 
 } // namespace

@@ -220,6 +220,9 @@ TEST(LspDiagnostics, ShowWhatIsWrongAndWhatItBelongsTo) {
               "0:0-0:6 misspelled-keyword: 'swicth' is not a keyword: did you mean 'switch'?\n");
     EXPECT_EQ(diagnose("d.omb", "x\n% ombrel-format on\n"),
               "1:0-1:18 useless-suppression: formatting isn't off here; this comment has no effect\n");
+    EXPECT_EQ(
+        diagnose("d2.omb", "% ombrel-format off next\nx\n% ombrel-format off next\n y\n"),
+        "0:0-0:24 unneeded-suppression: formatting would change nothing here; this comment isn't needed\n");
     EXPECT_EQ(diagnose("e.omb", "function [a = end\n").substr(0, 16), "0:12-0:13 unclos");
     EXPECT_EQ(diagnose(".ombrel-format.json", "{\n  \"engin\": \"line\",\n  \"line\": {\"tabSize\": 65}\n}"),
               "1:2-1:9 unknown-option: unknown option engin; did you mean engine?\n"

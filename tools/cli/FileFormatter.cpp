@@ -3,7 +3,7 @@
 #include "diagnostics/SourceText.h"
 #include "files/InputReader.h"
 #include "format/Formatter.h"
-#include "format/Suppression.h"
+#include "format/SuppressionUse.h"
 #include "format/SyntaxCheck.h"
 #include "git/ChangedFiles.h"
 #include "text/Diff.h"
@@ -100,9 +100,14 @@ private:
     }
 
     Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {
-        auto formatted = formatText(text, job.options.resolve(outcome.path), getLines(text), suppression);
+        const FileOptions options = job.options.resolve(outcome.path);
+        const std::vector<LineRange> lines = getLines(text);
+        auto formatted = formatText(text, options, lines, suppression);
         if (!formatted) {
             return fail(std::move(formatted.error()));
+        }
+        if (lines.empty()) { // else most of the text isn't meant to be formatted
+            report(findUnneededSuppression(text, options, suppression), text);
         }
         report(formatted->notes, text);
         return std::move(formatted->edits);

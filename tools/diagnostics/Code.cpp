@@ -180,8 +180,15 @@ constexpr CodeInfo codes[] = {
      "A comment '% ombrel-format off' is in a region where formatting is off already.",
      "Remove one of the two. One 'on' ends both."},
     {Code::UselessSuppression, "useless-suppression", Family::Comments, Severity::Warning,
-     "A comment turns formatting on where it isn't off.",
-     "A comment '% ombrel-format on' has no 'off' before it.", "Remove the comment."},
+     "A comment that turns formatting on or off has no effect.",
+     "A comment '% ombrel-format on' has no 'off' before it, or no statement follows '% ombrel-format off "
+     "next' "
+     "in its block.",
+     "Remove the comment."},
+    {Code::UnneededSuppression, "unneeded-suppression", Family::Comments, Severity::Warning,
+     "Formatting is off where it would change nothing.",
+     "The lines that a comment '% ombrel-format off' or 'off next' is for are formatted already.",
+     "Remove the comment, and the 'on' that belongs to it."},
     {Code::KeptStatement, "kept-statement", Family::Comments, Severity::Note,
      "A statement was left as it is.",
      "By its rules the tree formatter would have changed what the statement means.",

@@ -66,6 +66,7 @@ enum class Code {
     UnclosedSuppression,
     RepeatedSuppression,
     UselessSuppression,
+    UnneededSuppression,
     KeptStatement,
     OptionWithoutEffect,
     LeftOut,

@@ -1,7 +1,7 @@
 #include "lsp/Diagnostics.h"
 
 #include "diagnostics/Code.h"
-#include "format/Suppression.h"
+#include "format/SuppressionUse.h"
 #include "lsp/OptionsText.h"
 #include "lsp/SyntaxFault.h"
 #include "lsp/Uri.h"
@@ -56,12 +56,7 @@ public:
         for (const ca::SyntaxError& error : analysis->parsed.errors) {
             addSyntaxError(*analysis, error);
         }
-        for (const Problem& warning : findSuppression(analysis->program.get()).warnings) {
-            addLine(warning);
-            if (warning.code == Code::UselessSuppression || warning.code == Code::RepeatedSuppression) {
-                list.back()["tags"] = Json::array({unnecessary});
-            }
-        }
+        addSuppression(analysis->program.get());
         return std::move(list);
     }
 
@@ -83,6 +78,24 @@ private:
         const std::size_t begin = document.findPlace(problem.line, problem.column);
         add(begin, std::max(begin, document.lines.getEnd(document.text, document.lines.findLine(begin))),
             problem);
+    }
+
+    void addSuppression(const std::u16string& text) {
+        const Suppression suppression = findSuppression(text);
+        addSuppressionWarnings(suppression.warnings);
+        const DocumentOptions options = question.workspace.resolve(document, {});
+        if (options.faults.empty() && !question.workspace.isIgnored(document)) {
+            addSuppressionWarnings(findUnneededSuppression(text, options.options, suppression));
+        }
+    }
+
+    void addSuppressionWarnings(const Problems& warnings) {
+        for (const Problem& warning : warnings) {
+            addLine(warning);
+            if (warning.code != Code::UnclosedSuppression) { // the comment itself does nothing
+                list.back()["tags"] = Json::array({unnecessary});
+            }
+        }
     }
 
     void addSyntaxError(const Analysis& analysis, const ca::SyntaxError& error) {

@@ -3,7 +3,7 @@
 #include "explorer/server/RequestOptions.h"
 
 #include "format/Formatter.h"
-#include "format/Suppression.h"
+#include "format/SuppressionUse.h"
 #include "text/TextEncoding.h"
 
 #include <algorithm>
@@ -33,6 +33,10 @@ Result<Formatted> run(const std::u16string& text, const FileOptions& options,
         return fail(std::move(result.error()));
     }
     formatted.result = *std::move(result);
+    if (lines.empty()) {
+        const Problems unneeded = findUnneededSuppression(text, options, suppression);
+        formatted.warnings.insert(formatted.warnings.end(), unneeded.begin(), unneeded.end());
+    }
     return formatted;
 }
 

@@ -15,7 +15,7 @@ syntax match ombrelNumber "\v<%(0[xX]\x+|0[bB][01]+)%([us]%(8|16|32|64))?>|<\d+%
 syntax match ombrelContinuation "\V..." nextgroup=ombrelTail
 syntax match ombrelTail ".*$" contained
 syntax match ombrelComment "%.*$" contains=ombrelTodo,ombrelDirective
-syntax match ombrelDirective "ombrel-format\s\+\%(on\|off\)\ze\s*$" contained
+syntax match ombrelDirective "ombrel-format\s\+\%(on\|off\%(\s\+next\)\=\)\ze\s*$" contained
 syntax keyword ombrelTodo TODO FIXME contained
 syntax region ombrelBlockComment start="^\s*%{\s*$" end="^\s*%}\s*$" contains=ombrelBlockComment,ombrelTodo fold
 syntax match ombrelShell "^\s*!.*$"
