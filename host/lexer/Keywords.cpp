@@ -73,7 +73,7 @@ std::optional<Keyword> findKeyword(std::u16string_view word) {
         return std::nullopt;
     }
     for (std::size_t row = firstRows[letter]; row < firstRows[letter + 1]; ++row) {
-        if (rows[row].word == word) {
+        if (rows[row].word[1] == word[1] && rows[row].word == word) {
             return rows[row].keyword;
         }
     }

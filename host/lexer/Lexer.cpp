@@ -12,9 +12,16 @@
 #include "Characters.h"
 #include "KeywordTypes.h"
 
+#include <cstdint>
+#include <new>
+
 namespace ca::lexer {
 
-Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.size()) {}
+Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.size()) {
+    if (size > UINT32_MAX) {
+        throw std::bad_alloc(); // lengths and places have 32 bits
+    }
+}
 
 std::span<const TokenSpan> Lexer::nextLine() {
     line.clear();
@@ -79,7 +86,7 @@ std::u16string_view Lexer::getText(std::size_t begin, std::size_t end) const {
 }
 
 void Lexer::emit(TokenType type, std::size_t end) {
-    line.push_back({type, end - position});
+    line.push_back({type, static_cast<std::uint32_t>(end - position)});
     lastToken = type;
     position = end;
 }
@@ -174,7 +181,7 @@ void Lexer::lexCodeLine(std::size_t code) {
         beginCode(u'!');
         emitCode(TokenType::Unmeasured33, trimBlanks(position, findLineEnd(position)));
     }
-    while (!isAtLineEnd(position)) {
+    for (emitBlanks(); !isAtLineEnd(position); emitBlanks()) {
         if (isInCommand) {
             lexCommandToken();
         } else {
@@ -228,15 +235,9 @@ bool Lexer::isLoneEnd(std::size_t code) const {
 
 void Lexer::lexToken() {
     const char16_t first = at(position);
-    switch (getClass(first)) {
-    case CharacterClass::Blank:
-        emit(TokenType::Whitespace, skipBlanks(position));
-        return;
-    case CharacterClass::Percent:
+    if (first == u'%') {
         emit(TokenType::TrailingComment, findLineEnd(position));
         return;
-    default:
-        break;
     }
     if (isContinuation(text + position)) {
         lexContinuation();

@@ -261,7 +261,7 @@ void Lexer::lexCommandToken() {
     if (isSeparator(first)) {
         isInCommand = false;
     }
-    if (isBlank(first) || endsWords(position)) {
+    if (endsWords(position)) {
         lexToken();
     } else {
         startsStatement = false;

@@ -1,7 +1,5 @@
 #include "format/LineOutlines.h"
 
-#include <ca/lexer/LineTokenizer.h>
-
 #include <algorithm>
 
 namespace ombrel {
@@ -14,32 +12,27 @@ LineOutlines::LineOutlines(const std::u16string& text) : text(text) {
     tokens.reserve(text.size() / 4);
     lines.reserve(text.size() / 16);
     ca::lexer::LineTokenizer tokenizer(text);
-    std::vector<OutlineToken> line;
-    for (auto spans = tokenizer.next(); !spans.empty(); spans = tokenizer.next()) {
-        std::uint32_t offset = 0;
-        for (const auto& span : spans) {
-            const auto length = static_cast<std::uint32_t>(span.length);
-            line.push_back({span.type, offset, length});
-            offset += length;
-            if (endsLine(span.type)) {
-                addLine(line);
-                line.clear();
-                offset = 0;
-            }
+    for (auto line = tokenizer.next(); !line.empty(); line = tokenizer.next()) {
+        // The line of a block comment that ends the text comes with the text's end, which is a line too.
+        if (line.size() > 1 && endsLine(line[line.size() - 2].type)) {
+            addLine(line.first(line.size() - 1));
+            line = line.last(1);
         }
+        addLine(line);
     }
-    addLine(line);
 }
 
-void LineOutlines::addLine(const std::vector<OutlineToken>& all) {
+void LineOutlines::addLine(std::span<const ca::lexer::TokenSpan> line) {
     const std::size_t before = tokens.size();
-    for (std::size_t index = 0; index != all.size(); ++index) {
-        if (index < 2 || index + 3 >= all.size() || changesNesting(all[index].type)) {
-            tokens.push_back(all[index]);
+    std::uint32_t offset = 0;
+    for (std::size_t index = 0; index != line.size(); ++index) {
+        const auto& [type, length] = line[index];
+        if (index < 2 || index + 3 >= line.size() || changesNesting(type)) {
+            tokens.push_back({type, offset, length});
         }
+        offset += length;
     }
-    lines.push_back(
-        {all.back().offset + all.back().length, static_cast<std::uint32_t>(tokens.size() - before)});
+    lines.push_back({offset, static_cast<std::uint32_t>(tokens.size() - before)});
 }
 
 bool LineOutlines::hasFunctionEnds(const LegacyFormatter& formatter) const {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <ca/formatting/lineWalk.h>
+#include <ca/lexer/LineTokenizer.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -53,7 +55,7 @@ private:
         std::uint32_t number = 0;
     };
 
-    void addLine(const std::vector<OutlineToken>& all);
+    void addLine(std::span<const ca::lexer::TokenSpan> line);
     void makeLine(const Line& line, Cursor& cursor, std::vector<ca::lexer::Token>& scratch) const;
 
     const std::u16string& text;

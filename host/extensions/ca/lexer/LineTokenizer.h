@@ -2,7 +2,7 @@
 
 #include <ca/lexer/Token.h>
 
-#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -15,7 +15,7 @@ class Lexer;
 /// each of them is.
 struct TokenSpan {
     TokenType type;
-    std::size_t length; ///< in 16-bit characters
+    std::uint32_t length; ///< in 16-bit characters
 };
 
 /// Delivers the tokens of lex() a line at a time, for callers who need few of them: it costs neither a list
@@ -24,7 +24,7 @@ struct TokenSpan {
 /// One object reads one text once, on one thread.
 class OMBREL_HOST_API LineTokenizer {
 public:
-    /// The text has to outlive the tokenizer.
+    /// The text has to outlive the tokenizer. Throws std::bad_alloc for one of 4 Gi characters or more.
     explicit LineTokenizer(const std::u16string& text);
     ~LineTokenizer();
     LineTokenizer(const LineTokenizer&) = delete;
