@@ -98,9 +98,13 @@ private:
     void workUntil(const std::stop_token& stop) {
         while (const auto index = takeIndex(stop)) {
             Slot done = compute(*index);
-            const std::lock_guard lock(mutex);
+            std::unique_lock lock(mutex);
             getSlot(*index).swap(done);
-            isResultThere.notify_one();
+            const bool isNext = *index == handedOut;
+            lock.unlock();
+            if (isNext) { // nobody waits for another one
+                isResultThere.notify_one();
+            }
         }
     }
 
@@ -128,7 +132,7 @@ private:
     std::vector<Slot> slots;   ///< what is ready, by index modulo size
     std::mutex mutex;          ///< guards taken, handedOut and slots
     std::condition_variable_any isRoomThere;
-    std::condition_variable_any isResultThere;
+    std::condition_variable isResultThere;
     std::vector<std::jthread> threads; ///< last, so that they end before what they use
 };
 
