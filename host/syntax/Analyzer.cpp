@@ -12,21 +12,15 @@ namespace {
 
 using Tokens = std::vector<lexer::Token>;
 
-/// Tokens are a large part of what a parse needs, so they are kept only for those who ask for them.
-enum class TokenUse { Drop, Keep };
-
 /// The tree's identifiers point into the text, so the two stay together.
 class ParsedFile final : public AnalysisResult {
 public:
-    ParsedFile(const std::u16string& sourceCode, TokenUse use) : text(sourceCode) {
-        auto all = std::make_shared<const Tokens>(lexer::lex(text));
+    explicit ParsedFile(const std::u16string& sourceCode)
+        : text(sourceCode), tokens(std::make_shared<const Tokens>(lexer::lex(text))) {
         syntax::SyntaxErrors errors;
-        root = syntax::Parser(text, *all, arena, errors).parseFile();
+        root = syntax::Parser(text, *tokens, arena, errors).parseFile();
         if (!errors.isEmpty()) {
             throw SyntaxErrorException(syntax::explainErrors(text, errors.take()));
-        }
-        if (use == TokenUse::Keep) {
-            tokens = std::move(all);
         }
     }
 
@@ -44,11 +38,11 @@ private:
 class SingleFileAnalyzer final : public Analyzer {
 public:
     std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions&) override {
-        return std::make_shared<ParsedFile>(input.getSourceCode().value_or(std::u16string()), TokenUse::Drop);
+        return std::make_shared<ParsedFile>(input.getSourceCode().value_or(std::u16string()));
     }
 
     std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) override {
-        return std::make_shared<ParsedFile>(sourceCode, TokenUse::Keep);
+        return std::make_shared<ParsedFile>(sourceCode);
     }
 };
 

@@ -1,12 +1,10 @@
-// How a tree is made: the syntax tree and the tokens of a text become nodes, and the leaves among them a
-// chain.
+// How a tree is made of a text: it is parsed and tokenized, and its syntax tree and tokens become nodes.
 
 #include "parser/FormattingParser.h"
 #include "tree/FormatTree.h"
 
 #include <ca/Analyzer.h>
 #include <ca/formatting/TreeFormat.h>
-#include <ca/lexer/lex.h>
 #include <lf/astapi/getPageSize.h>
 
 #include <utility>
@@ -31,7 +29,7 @@ std::shared_ptr<ca::AnalysisResult> parse(ca::Analyzer& analyzer, const std::u16
 FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi::internal::getPageSize()) {
     const auto analyzer = ca::createSingleFileAnalyzer(); // outlives the syntax tree that it made
     const auto analysis = parse(*analyzer, sourceText);
-    tokens = std::make_shared<const Tokens>(ca::lexer::lex(sourceText));
+    tokens = getTokens(*analysis, sourceText);
     build(*analysis, CommentLines::AsWritten);
 }
 
@@ -46,7 +44,7 @@ void FormatTree::build(const ca::AnalysisResult& analysis, CommentLines commentL
     nodes = std::move(parsed.nodes);
     rootText = parsed.rootText;
     rootIndent = parsed.rootIndent;
-    linkLeaves();
+    firstLeaf = parsed.firstLeaf;
 }
 
 } // namespace ca::formatting

@@ -5,7 +5,7 @@
 // The parser walks the syntax tree, and wherever the grammar has a token it claims the next one of the list.
 // It never searches for a token and never compares one with the node it belongs to. What is between two
 // claimed tokens is a run, and each run becomes one whitespace node, an empty one too, at the place that the
-// walk names:
+// walk names. So leaves are made in the order of the text, and each is chained to the one before:
 //
 //     x = a + b;      container: token x, run, token =, run, container of the +, run, token ;
 //
@@ -135,7 +135,7 @@ class FormattingParser {
 public:
     FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens, CommentLines commentLines)
         : allocator(&allocator), tokens(&tokens), commentLines(commentLines) {
-        nodes.reserve(5 * tokens.size() / 2); // more than most trees have
+        nodes.reserve(3 * tokens.size()); // more than most trees have
         programIndentNode = make<ProgramIndentNode>();
         currentIndentNode = programIndentNode;
     }
@@ -146,6 +146,8 @@ public:
     }
 
     IndentNode* getProgramIndentNode() const { return programIndentNode; }
+
+    LeafNode* getFirstLeaf() const { return firstLeaf; }
 
     /// Every node that was made in creation order, the outermost level first.
     std::vector<FormatNode*> takeNodes() { return std::move(nodes); }
@@ -279,7 +281,21 @@ private:
 
     template <class NodeClass, class... Arguments>
     NodeClass* make(Arguments&&... arguments) {
-        return makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
+        auto* node = makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
+        if constexpr (std::is_base_of_v<LeafNode, NodeClass>) {
+            chain(node);
+        }
+        return node;
+    }
+
+    void chain(LeafNode* leaf) {
+        if (lastLeaf != nullptr) {
+            lastLeaf->setNext(leaf);
+            leaf->setPrevious(lastLeaf);
+        } else {
+            firstLeaf = leaf;
+        }
+        lastLeaf = leaf;
     }
 
     ContainerNode* makeContainer(ContainerKind kind, const SharedChildren& own) {
@@ -949,6 +965,8 @@ private:
     std::size_t tokenIndex = 0; ///< of the next token that nobody has claimed
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
+    LeafNode* firstLeaf = nullptr;
+    LeafNode* lastLeaf = nullptr;
     std::vector<FormatNode*> nodes;
     std::vector<TextNode*> children;   ///< of all rules that are at work, the innermost last
     std::vector<const Token*> run;     ///< the run that is being taken; kept for its memory
@@ -963,6 +981,7 @@ ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<Token>&
     ParsedNodes result;
     result.rootText = parser.programFile(program);
     result.rootIndent = parser.getProgramIndentNode();
+    result.firstLeaf = parser.getFirstLeaf();
     result.nodes = parser.takeNodes();
     return result;
 }

@@ -17,13 +17,15 @@ namespace ca::formatting {
 enum class CommentLines : std::uint8_t;
 class FormatNode;
 class IndentNode;
+class LeafNode;
 class TextNode;
 
-/// The nodes of one file. Text nodes aren't chained yet.
+/// The nodes of one file.
 struct ParsedNodes {
     std::vector<FormatNode*> nodes; ///< all of them, in order of creation; the outermost level first
     TextNode* rootText = nullptr;   ///< a container of kind `None`
     IndentNode* rootIndent = nullptr;
+    LeafNode* firstLeaf = nullptr; ///< start of the chain of leaves
 };
 
 /// Makes the nodes of a file from its syntax tree and its tokens, in memory of the allocator. The nodes keep

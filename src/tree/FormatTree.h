@@ -68,9 +68,6 @@ protected:
     /// An empty tree with an arena of the given page size in bytes, for those that fill the record.
     explicit FormatTree(std::size_t pageSize) : allocator(pageSize) {}
 
-    /// Chains the leaves under `rootText` in text order and sets `firstLeaf`.
-    void linkLeaves();
-
 private:
     void build(const ca::AnalysisResult& analysis, CommentLines commentLines);
 

@@ -59,8 +59,31 @@ const std::vector<Token>& TreeBuilder::getTokens() const {
 
 std::shared_ptr<FormatTree> TreeBuilder::finish(TextNode* rootText) {
     tree->rootText = rootText;
-    tree->linkLeaves();
+    linkLeaves();
     return std::move(tree);
+}
+
+/// In the order of the text, whatever order they were made in.
+void TreeBuilder::linkLeaves() {
+    LeafNode* last = nullptr;
+    TextNodes open = {tree->rootText};
+    while (!open.empty()) {
+        TextNode* node = open.back();
+        open.pop_back();
+        if (const ContainerNode* container = node->asContainer()) {
+            const auto children = container->viewChildren();
+            open.insert(open.end(), children.rbegin(), children.rend());
+            continue;
+        }
+        auto* leaf = static_cast<LeafNode*>(node);
+        if (last != nullptr) {
+            last->setNext(leaf);
+            leaf->setPrevious(last);
+        } else {
+            tree->firstLeaf = leaf;
+        }
+        last = leaf;
+    }
 }
 
 TextNode* TreeBuilder::takeStep(char step, ContainerKind kind) {

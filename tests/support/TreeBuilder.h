@@ -58,7 +58,7 @@ private:
     struct Tree : ca::formatting::FormatTree {
         Tree() : FormatTree(4096) {}
         using FormatTree::allocator;
-        using FormatTree::linkLeaves;
+        using FormatTree::firstLeaf;
         using FormatTree::nodes;
         using FormatTree::rootIndent;
         using FormatTree::rootText;
@@ -70,6 +70,7 @@ private:
         std::u16string name;
     };
 
+    void linkLeaves();
     ca::formatting::TextNode* takeStep(char step, ContainerKind kind);
     Run takeRun(bool absorbSeparators);
 

@@ -22,8 +22,8 @@ public:
     /// The root of the tree. Never null.
     virtual const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const = 0;
 
-    /// The tokens of the text as `lexer::lex` gives them, for whoever needs both. Null if the analysis keeps
-    /// none: then the text has to be tokenized again.
+    /// The tokens of the text as `lexer::lex` gives them, for whoever needs both. In this host they are
+    /// always there. Null if the analysis keeps none: then the text has to be tokenized again.
     virtual std::shared_ptr<const std::vector<lexer::Token>> getTokens() const;
 };
 
@@ -35,10 +35,10 @@ class OMBREL_HOST_API Analyzer {
 public:
     virtual ~Analyzer();
 
-    /// Parses the input's source code; an input without any is an empty file. The result keeps no tokens.
+    /// Parses the input's source code; an input without any is an empty file.
     virtual std::shared_ptr<AnalysisResult> parse(const CodeInput& input, const AnalysisOptions& options) = 0;
 
-    /// Parses a text with default options. In this host, the result keeps the tokens.
+    /// Parses a text with default options.
     virtual std::shared_ptr<AnalysisResult> parseSourceCode(const std::u16string& sourceCode) = 0;
 };
 
