@@ -1,3 +1,14 @@
+// The paths are looked at in the order in which they were named, folders from the top down and by name.
+// Everything that the search comes across is recorded with a verdict and a reason, so that a user can be told
+// why a file was left out. Whether two paths lead to the same file, or a link leads out of the named folders,
+// is decided by real paths; shown is always the path that the user would write:
+//
+//     named       src, src/b.omb
+//     recorded    src/a.omb  taken
+//                 src/b.omb  taken
+//                 src/old/   left: excluded by a pattern
+//                 src/b.omb  left: taken before
+
 #include "files/FileSearch.h"
 
 #include "files/Exclusion.h"

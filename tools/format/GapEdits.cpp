@@ -1,3 +1,13 @@
+// Turns each changed gap into edits, each as small as can be accepted alone, since a range of lines may
+// accept some of a gap's edits and leave others. So a gap is cut at its comments, which never change, and
+// what is between two comments is cut at its line ends. The gap between 1 and b has four such parts:
+//
+//     a = 1 ;   % c      the text before the comment, and nothing after it
+//                        nothing
+//       b                the whitespace before b
+//
+// Where a line was joined to another or split in two, all lines between two comments are one edit.
+
 #include "format/GapEdits.h"
 
 #include "format/GapEditor.h"

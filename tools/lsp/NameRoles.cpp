@@ -1,3 +1,12 @@
+// One walk over the tree finds what is assigned and collects the names whose role isn't known from their
+// place, and then each of these is looked up in its scope. It takes both, since a name may be used before it
+// is assigned:
+//
+//     while more
+//         x(1)            a variable, and not a call of a function,
+//         x = [1 2];      because of this line
+//     end
+
 #include "lsp/NameRoles.h"
 
 #include <lf/astapi/visitFields.h>

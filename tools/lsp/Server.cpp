@@ -1,3 +1,14 @@
+// What a message asks for is done at one of two places. Everything that only changes what the server knows (a
+// document, a setting, a request that is cancelled) is done at once, on the thread that reads messages.
+// Everything that reads a text is a feature: a function of a question, which runs on the worker.
+//
+//     step ─► handleMessage ─► a handler of the dispatcher
+//                                 didChange ────► documents, and later publish() on the worker
+//                                 formatting ───► answer() on the worker ─► formatDocument(question)
+//
+// Documents never change; a change makes a new one. So a feature can read while the next change comes in, and
+// afterwards one comparison tells whether its answer is out of date.
+
 #include "lsp/Server.h"
 
 #include "lsp/Capabilities.h"

@@ -1,3 +1,12 @@
+// The server starts this program again for each request and talks to it over two pipes: the body goes in and
+// the answer comes out. It waits for whatever comes first, the end of the answer, the deadline, or the client
+// closing its socket, and then kills the process, which does nothing if that has ended. How it ended says
+// what to tell the client:
+//
+//     exited              its status is one of those below
+//     SIGXCPU, SIGKILL    it used up its processor time
+//     another signal      it crashed
+
 #include "explorer/server/Worker.h"
 
 #include "explorer/server/Answers.h"
