@@ -1,4 +1,4 @@
-# What every target of the project is compiled with, and where its products stand.
+# What every target of the project is compiled with, and where its products are put.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -80,7 +80,7 @@ TEST(JsonDocument, PlacesSyntaxErrors) {
         {std::u16string(u"{\"a\": \"\0\"}", 10),
          "1:8 a control character in a string has to be written as an escape sequence\n"},
         {u"{\"a\": \"\\x\"}", "1:8 there is no such escape sequence\n"},
-        {u"{\"a\": \"\\u12g4\"}", "1:8 \\u takes four hexadecimal digits\n"},
+        {u"{\"a\": \"\\u12g4\"}", "1:8 \\u needs four hexadecimal digits\n"},
         {u"{\"a\": \"b\\udc00\"}", "1:9 half a surrogate pair is no character\n"},
         {u"{\"a\": \"b\\udfff\"}", "1:9 half a surrogate pair is no character\n"},
         {u"{\"a\": \"b\\ud800\\u0041\"}", "1:9 half a surrogate pair is no character\n"},
@@ -140,7 +140,7 @@ TEST(JsonDocument, HasLimits) {
     EXPECT_EQ(getFaults(nest(257)), "1:261 arrays and objects are nested deeper than 256 levels\n");
     EXPECT_EQ(getFaults(std::u16string(1000000, u'[')),
               "1:257 arrays and objects are nested deeper than 256 levels\n");
-    const std::u16string blanks(ca::utils::maximalJsonSize - 2, u' ');
-    EXPECT_EQ(getFaults(blanks + u"{}"), "ok");
-    EXPECT_EQ(getFaults(blanks + u" {}"), "1:1 the text is longer than 16 MB\n");
+    const std::u16string spaces(ca::utils::maximalJsonSize - 2, u' ');
+    EXPECT_EQ(getFaults(spaces + u"{}"), "ok");
+    EXPECT_EQ(getFaults(spaces + u" {}"), "1:1 the text is longer than 16 MB\n");
 }

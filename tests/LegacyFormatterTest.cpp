@@ -17,7 +17,7 @@ namespace {
 constexpr auto lf = TokenType::LineEnding75;
 constexpr auto crlf = TokenType::LineEnding76;
 constexpr auto name = TokenType::NameToken27;
-constexpr auto blanks = TokenType::Whitespace;
+constexpr auto space = TokenType::Whitespace;
 constexpr auto comment = TokenType::LineComment;
 
 Settings spaces() {
@@ -97,10 +97,10 @@ TEST(LegacyFormatter, FindsBlankLinesByTheirNumberOfTokens) {
     const LegacyFormatter formatter(spaces());
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{lf, u"\n"}})));
     EXPECT_TRUE(formatter.isBlankLine(makeLine({{TokenType::EndOfInput, u""}})));
-    EXPECT_TRUE(formatter.isBlankLine(makeLine({{blanks, u" "}, {name, u"a"}})));
+    EXPECT_TRUE(formatter.isBlankLine(makeLine({{space, u" "}, {name, u"a"}})));
     EXPECT_FALSE(formatter.isBlankLine(makeLine({{TokenType::BlockCommentBody, u"  \n"}})));
     EXPECT_FALSE(formatter.isBlankLine(makeLine({{comment, u"  "}, {lf, u"\n"}})));
-    EXPECT_FALSE(formatter.isBlankLine(makeLine({{blanks, u" "}, {name, u"a"}, {lf, u"\n"}})));
+    EXPECT_FALSE(formatter.isBlankLine(makeLine({{space, u" "}, {name, u"a"}, {lf, u"\n"}})));
 }
 
 TEST(LegacyFormatter, TrimsLinesAndMovesTheirEnd) {
@@ -109,7 +109,7 @@ TEST(LegacyFormatter, TrimsLinesAndMovesTheirEnd) {
         Line after;
     };
     const Row rows[] = {
-        {makeLine({{name, u"a"}, {blanks, u"   "}, {lf, u"\n"}}), makeLine({{name, u"a"}, {lf, u"\n"}})},
+        {makeLine({{name, u"a"}, {space, u"   "}, {lf, u"\n"}}), makeLine({{name, u"a"}, {lf, u"\n"}})},
         {makeLine({{comment, u" %a  \t"}, {crlf, u"\r\n"}}), makeLine({{comment, u" %a"}, {crlf, u"\r\n"}})},
         {makeLine({{comment, u" \t"}, {lf, u"\n"}}), makeLine({{lf, u"\n"}})},
         {makeLine({{name, u"a "}, {lf, u"\n"}}), makeLine({{name, u"a "}, {lf, u"\n"}})},
@@ -119,7 +119,7 @@ TEST(LegacyFormatter, TrimsLinesAndMovesTheirEnd) {
         {makeLine({{TokenType::BlockCommentBody, u"   \n"}}),
          makeLine({{TokenType::BlockCommentBody, u"\n"}})},
         {makeLine({{TokenType::BlockCommentBody, u"\n"}}), makeLine({{TokenType::BlockCommentBody, u"\n"}})},
-        {makeLine({{blanks, u"  "}}), makeLine({{blanks, u"  "}})},
+        {makeLine({{space, u"  "}}), makeLine({{space, u"  "}})},
     };
     for (const Row& row : rows) {
         Line line = row.before;
@@ -136,13 +136,13 @@ TEST(LegacyFormatter, IndentsLinesAndMovesTheirTokens) {
     };
     const Row rows[] = {
         {8, makeLine({{name, u"a"}, {lf, u"\n"}}),
-         makeLine({{blanks, u"        "}, {name, u"a"}, {lf, u"\n"}})},
-        {4, makeLine({{blanks, u"      "}, {name, u"a"}, {lf, u"\n"}}),
-         makeLine({{blanks, u"    "}, {name, u"a"}, {lf, u"\n"}})},
-        {0, makeLine({{blanks, u"  "}, {name, u"a"}, {lf, u"\n"}}), makeLine({{name, u"a"}, {lf, u"\n"}})},
+         makeLine({{space, u"        "}, {name, u"a"}, {lf, u"\n"}})},
+        {4, makeLine({{space, u"      "}, {name, u"a"}, {lf, u"\n"}}),
+         makeLine({{space, u"    "}, {name, u"a"}, {lf, u"\n"}})},
+        {0, makeLine({{space, u"  "}, {name, u"a"}, {lf, u"\n"}}), makeLine({{name, u"a"}, {lf, u"\n"}})},
         {0, makeLine({{comment, u"      %"}, {lf, u"\n"}}), makeLine({{comment, u"%"}, {lf, u"\n"}})},
         {2, makeLine({{comment, u"%"}, {lf, u"\n"}}), makeLine({{comment, u"  %"}, {lf, u"\n"}})},
-        {3, makeLine({{lf, u"\n"}}), makeLine({{blanks, u"   "}, {lf, u"\n"}})},
+        {3, makeLine({{lf, u"\n"}}), makeLine({{space, u"   "}, {lf, u"\n"}})},
         {3, makeLine({{TokenType::EndOfInput, u""}}), makeLine({{TokenType::EndOfInput, u""}})},
         {3, makeLine({{TokenType::BlockCommentOpen, u"\t%{\n"}}),
          makeLine({{TokenType::BlockCommentOpen, u"   %{\n"}})},
@@ -190,7 +190,7 @@ TEST(LegacyFormatter, PlacesKeywordsByTheEntryOnTopOfTheStack) {
         LegacyFormatter formatter(classic);
         formatter.currentIndentation = 20;
         formatter.nestingStack.push_back({row.top, u"", 1, row.column});
-        const Line line = makeLine({{blanks, u" "}, {row.first, u"x"}, {lf, u"\n"}});
+        const Line line = makeLine({{space, u" "}, {row.first, u"x"}, {lf, u"\n"}});
         EXPECT_EQ(formatter.calculateIndentationOfLine(line), row.width) << describe(line);
     }
     LegacyFormatter formatter(spaces());

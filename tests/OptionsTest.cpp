@@ -1,3 +1,4 @@
+#include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"
 
 #include "options/OptionsFile.h"
@@ -18,8 +19,13 @@ public:
         ++lookUps[path];
         return DiskFileSystem::isThere(path);
     }
+    std::string readRegular(const std::string& path, std::uint64_t limit) override {
+        ++reads[path];
+        return DiskFileSystem::readRegular(path, limit);
+    }
 
     std::map<std::string, int> lookUps;
+    std::map<std::string, int> reads;
 };
 
 class OptionsTest : public testing::Test {
@@ -75,6 +81,21 @@ TEST_F(OptionsTest, LooksOnceIntoEachFolder) {
     EXPECT_TRUE(indifferent.prepare(paths).empty());
     EXPECT_EQ(indifferent.resolve("p/a.omb").line.indentSize, 4U);
     EXPECT_TRUE(disk.lookUps.empty());
+}
+
+TEST_F(OptionsTest, ReadsEachFileOnceInARun) {
+    folder.write("p/.ombrel-format.json", R"({"root": false, "extends": ["../base.json", "../base.json"]})");
+    folder.write(".ombrel-format.json", R"({"extends": "base.json"})");
+    folder.write("base.json", "{}");
+    folder.write("p/.editorconfig", "[*]\nindent_size = 2\n");
+    for (const char* path : {"a.omb", "p/b.omb", "p/q/c.omb", "p/q/d.omb"}) {
+        folder.write(path, "x = 1;\n");
+    }
+    EXPECT_EQ(runProgram({"--check", "."}, "", disk).status, 0);
+    for (const auto* path :
+         {"p/.ombrel-format.json", ".ombrel-format.json", "base.json", "p/.editorconfig"}) {
+        EXPECT_EQ(disk.reads[folder.getPath() / path], 1) << path;
+    }
 }
 
 TEST_F(OptionsTest, HandsTheTreeEngineOneText) {

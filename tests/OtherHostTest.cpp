@@ -88,3 +88,15 @@ TEST(OtherHost, MustNotInventKinds) {
         EXPECT_THROW(formatParsed({source, nullptr}, {}), std::logic_error) << kind;
     }
 }
+
+/// Words are counted, and nobody asks what they are.
+TEST(OtherHost, MayGiveWordsAnyKind) {
+    for (const int kind : {0, 24, 25, 26, 65}) {
+        const ParsedSource source = parseSource(u"hold  on off;\n");
+        for (const SyntaxNode* word :
+             find<lf::astapi::CommandSyntax<CA>>(source, NodeKind::CommandSyntax).words) {
+            const_cast<SyntaxNode*>(word)->kind = static_cast<NodeKind>(kind);
+        }
+        EXPECT_EQ(formatParsed({source, nullptr}, {.trim = true}), u"hold on off;\n") << kind;
+    }
+}

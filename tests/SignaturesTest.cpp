@@ -23,7 +23,7 @@ using TokenRun = std::vector<const Token*>;
 
 namespace {
 
-const Token blank{ca::lexer::TokenType::Whitespace, u"  ", 1, 1};
+const Token space{ca::lexer::TokenType::Whitespace, u"  ", 1, 1};
 
 /// A gap of a class that the library doesn't know.
 class OwnGap : public WhitespaceNode {
@@ -63,7 +63,7 @@ constexpr bool isBlock = std::is_constructible_v<StatementBlockIndentNode, Inden
 
 TEST(Signatures, GapsKeepAnyRunAndAnyName) {
     ProgramIndentNode level;
-    const TokenRun run = {&blank};
+    const TokenRun run = {&space};
     const std::u16string name = u"a name";
     const CommentNode comment(&level, run, name);
     const LineSeparatorWhitespaceNode separator(&level, run, name);
@@ -83,7 +83,7 @@ TEST(Signatures, GapsKeepAnyRunAndAnyName) {
 
 TEST(Signatures, ContainersCopyTheirChildrenInAndOut) {
     ProgramIndentNode level;
-    TokenNode token(&level, &blank);
+    TokenNode token(&level, &space);
     std::vector<TextNode*> children = {&token};
     ContainerNode container(Kind::None, children);
     children.clear();

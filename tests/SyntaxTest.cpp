@@ -167,6 +167,8 @@ TEST(Syntax, MessagesShowTheStartOfATokenOnOneLine) {
     const std::u16string name(29, u'n');
     const std::u16string unrecognized = u" UnrecognizedText: unrecognised text '";
     const std::u16string smile = u"\U0001F600";
+    EXPECT_EQ(listErrors(u"x ="),
+              u"1:4+0 UnexpectedText: expected an expression before the end of the file\n");
     EXPECT_EQ(listErrors(u"\x01\x1B"), u"1:1+2" + unrecognized + u"\\u0001\\u001B'\n");
     EXPECT_EQ(listErrors(u"x = 1" + name + u"n"),
               u"1:6+30 MalformedNumber: a number can't be followed directly by '" + name + u"n'\n");

@@ -1,6 +1,7 @@
 #include "entry/FormattingExplorerBridgeImpl.h"
 #include "support/GoldenSuite.h"
 #include "support/HostCalls.h"
+#include "support/ProgramRun.h"
 #include "support/TreeFormatting.h"
 
 #include "format/TreeEngine.h"
@@ -291,6 +292,13 @@ TEST(TreeEngine, ParsesTwiceAndTokenizesNothingElse) {
     EXPECT_EQ(getHostCalls().tokenized, 0u);
     EXPECT_EQ(applyEdits(text, outcome.value().edits),
               u"if a\n    %{\n    b\n    %}\n    % c\n    x=1;\nend\n");
+}
+
+TEST(LineEngine, TokenizesOnceAndParsesNothing) {
+    resetHostCalls();
+    EXPECT_EQ(runProgram({"--engine", "line"}, "if a\nx\nend\n").out, "if a\n    x\nend\n");
+    EXPECT_EQ(getHostCalls().parsed, 0u);
+    EXPECT_EQ(getHostCalls().tokenized, 1u);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Stages.h"
 
+#include "diagnostics/CommandLine.h"
 #include "diagnostics/Message.h"
 #include "diagnostics/SourceText.h"
 #include "diagnostics/Suggestion.h"
@@ -164,16 +165,13 @@ int runProgram(int argc, char** argv) {
         ->type_name("FILE");
     app.set_version_flag("--version", "ombrel-dump " OMBREL_VERSION, "print the version");
     app.footer(listStages());
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
+    const auto printed = readCommandLine(app, argc, argv);
+    if (!printed) {
+        return refuse(printed.error().front());
+    }
+    if (*printed) {
+        std::cout << (*printed)->text;
         return 0;
-    } catch (const CLI::CallForVersion& version) {
-        std::cout << version.what() << '\n';
-        return 0;
-    } catch (const CLI::ParseError& error) {
-        return refuse({Code::UsageError, error.what()});
     }
     return printDump(request);
 }

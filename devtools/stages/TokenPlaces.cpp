@@ -1,5 +1,7 @@
 #include "stages/TokenPlaces.h"
 
+#include <ca/lexer/KeywordTypes.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -8,28 +10,6 @@ namespace ombrel {
 namespace {
 
 using ca::lexer::TokenType;
-
-bool opensBlock(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword25:
-    case TokenType::OpeningKeyword26:
-        return true;
-    default:
-        return false;
-    }
-}
 
 /// The bracket that closes this one; EndOfInput for what is no opening bracket.
 TokenType getClosingBracket(TokenType type) {
@@ -56,7 +36,7 @@ TokenPlaces::TokenPlaces(const Tokens& tokens) : tokens(tokens) {
         offsets.push_back(offset);
         closers.push_back(i);
         offset += tokens[i].lexeme.size();
-        if (opensBlock(type)) {
+        if (ca::lexer::opensBlock(type)) {
             blocks.push_back(i);
         } else if (type == TokenType::End && !blocks.empty()) {
             closers[blocks.back()] = i;

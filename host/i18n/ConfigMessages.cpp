@@ -32,7 +32,7 @@ constexpr std::array<Entry, static_cast<std::size_t>(ConfigMessage::Count)> entr
     {ConfigMessage::ControlCharacter, "ControlCharacter",
      u"a control character in a string has to be written as an escape sequence"},
     {ConfigMessage::InvalidEscape, "InvalidEscape", u"there is no such escape sequence"},
-    {ConfigMessage::InvalidUnicodeEscape, "InvalidUnicodeEscape", u"\\u takes four hexadecimal digits"},
+    {ConfigMessage::InvalidUnicodeEscape, "InvalidUnicodeEscape", u"\\u needs four hexadecimal digits"},
     {ConfigMessage::HalfSurrogatePair, "HalfSurrogatePair", u"half a surrogate pair is no character"},
     {ConfigMessage::UnclosedComment, "UnclosedComment", u"the comment is not closed by '*/'"},
     {ConfigMessage::StraySlash, "StraySlash", u"a comment starts with '//' or '/*'"},

@@ -6,7 +6,8 @@
 //     [a, ~] = f       TargetList, ListClosed, then a is assigned
 
 #include "AssignmentTracker.h"
-#include "KeywordTypes.h"
+
+#include "ca/lexer/KeywordTypes.h"
 
 namespace ca::lexer {
 

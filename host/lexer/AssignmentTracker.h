@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AssignedNames.h"
-#include "KeywordTypes.h"
+#include "ca/lexer/KeywordTypes.h"
 #include "ca/lexer/Token.h"
 
 #include <string_view>

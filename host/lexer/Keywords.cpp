@@ -1,5 +1,6 @@
 #include "Keywords.h"
-#include "KeywordTypes.h"
+
+#include "ca/lexer/KeywordTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -94,41 +95,6 @@ bool isStatementKeyword(TokenType type) {
         return true;
     default:
         return dividesBlock(type);
-    }
-}
-
-bool opensBlock(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case keyword::For:
-    case keyword::If:
-    case keyword::Parfor:
-    case keyword::Switch:
-    case keyword::While:
-    case keyword::Try:
-    case keyword::Classdef:
-    case keyword::Properties:
-    case keyword::Methods:
-    case keyword::Events:
-    case keyword::Enumeration:
-    case keyword::Spmd:
-    case keyword::Arguments:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool dividesBlock(TokenType type) {
-    switch (type) {
-    case keyword::Else:
-    case keyword::Elseif:
-    case keyword::Catch:
-    case keyword::Case:
-    case keyword::Otherwise:
-        return true;
-    default:
-        return false;
     }
 }
 

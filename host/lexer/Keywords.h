@@ -29,12 +29,6 @@ std::optional<Keyword> findKeyword(std::u16string_view word);
 /// still open were never closed.
 bool isStatementKeyword(TokenType type);
 
-/// Whether the keyword begins a block, which an `end` closes.
-bool opensBlock(TokenType type);
-
-/// Whether the keyword begins another part of a block: `else`, `elseif`, `catch`, `case`, `otherwise`.
-bool dividesBlock(TokenType type);
-
 /// All words that are keywords somewhere, in alphabetical order.
 std::vector<std::u16string_view> listKeywords();
 

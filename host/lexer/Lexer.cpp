@@ -10,7 +10,7 @@
 #include "Lexer.h"
 
 #include "Characters.h"
-#include "KeywordTypes.h"
+#include "ca/lexer/KeywordTypes.h"
 
 #include <cstdint>
 #include <new>

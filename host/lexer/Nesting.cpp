@@ -1,5 +1,6 @@
 #include "Nesting.h"
-#include "KeywordTypes.h"
+
+#include "ca/lexer/KeywordTypes.h"
 
 namespace ca::lexer {
 

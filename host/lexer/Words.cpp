@@ -6,8 +6,8 @@
 //     x (1)            no command: brackets never start a word
 
 #include "Characters.h"
-#include "KeywordTypes.h"
 #include "Lexer.h"
+#include "ca/lexer/KeywordTypes.h"
 
 #include <unicode/uchar.h>
 

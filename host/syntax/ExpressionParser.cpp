@@ -229,7 +229,8 @@ const Node* Parser::parsePostfix(const Node* target) {
         return isApart ? nullptr : parseBraceIndexing(target);
     case TokenType::Dot:
         if (isApart) {
-            fail(u"MisplacedBlank", u"there can't be whitespace before '.' inside brackets", cursor.get());
+            fail(u"MisplacedWhitespace", u"there can't be whitespace before '.' inside brackets",
+                 cursor.get());
         }
         return parseFieldAccess(target);
     case TokenType::At:

@@ -97,9 +97,9 @@ void Parser::checkUnclosedComment() {
         return;
     }
     const Token& token = cursor.getToken({lineEnd, *cursor.getUnclosedComment(), 0, false});
-    const auto blanks = static_cast<std::uint32_t>(token.lexeme.find(u'%'));
+    const auto indentation = static_cast<std::uint32_t>(token.lexeme.find(u'%'));
     errors.reportAt(u"UnclosedComment", u"this block comment is not closed by '%}'", token.line,
-                    token.column + blanks, 2);
+                    token.column + indentation, 2);
 }
 
 /// " in column 9" for a partner on the current line, " on line 3" for any other.

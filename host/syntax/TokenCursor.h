@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ca/lexer/KeywordTypes.h"
 #include "ca/lexer/Token.h"
-#include "lexer/KeywordTypes.h"
 #include "lexer/Keywords.h"
 
 #include <cstddef>

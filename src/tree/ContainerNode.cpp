@@ -148,7 +148,7 @@ bool ContainerNode::fitsOnLine(FormatPass& pass) const {
 ///     total = alpha + beta ...          not:  total = alpha ...
 ///         + gamma                                 + beta + gamma
 ///
-/// An inner container is measured as if it stood on one line, even if it breaks when its own turn comes. What
+/// An inner container is measured as if it were on one line, even if it breaks when its own turn comes. What
 /// can't be measured, a comment say, forces a break at the last candidate before it but adds nothing to
 /// the column. After an overflow with no candidate the next candidate breaks at once.
 void ContainerNode::fillLines(FormatPass& pass) const {

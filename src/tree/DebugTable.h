@@ -41,7 +41,7 @@ public:
     std::u16string toString() const;
 
 private:
-    /// What stands in one column, from row `first` to row `last`.
+    /// What is in one column, from row `first` to row `last`.
     struct Bracket {
         std::size_t column;
         std::size_t first;

@@ -42,7 +42,7 @@ describe("Framing", () => {
   const rows = {
     "chunked without an end": ["Transfer-Encoding: chunked", "5\r\nhello\r\n"],
     "chunked and a length": [`Transfer-Encoding: chunked\r\n${good}`, `0\r\n\r\n${smuggled}`],
-    "an encoding behind a tab": [`Transfer-Encoding:\tchunked\r\n${good}`, body],
+    "an encoding after a tab": [`Transfer-Encoding:\tchunked\r\n${good}`, body],
     "an encoding that isn't one": [`Transfer-Encoding: identity\r\n${good}`, body],
     "a space before the colon": [`Transfer-Encoding : chunked\r\n${good}`, body],
     "two lengths": [`${good}\r\nContent-Length: 0`, body],

@@ -1,6 +1,6 @@
 # Installs the project into an empty prefix, moves that, and builds examples/embed against it as any user
 # would: once through the CMake package, once through pkg-config. Both programs have to print the expected text.
-# Then builds the library anew, with the installed host in the place of the project's own, and the first program
+# Then builds the library again, with the installed host in the place of the project's own, and the first program
 # has to print the same with that.
 #
 #   cmake -D sourceDir=... -D buildDir=... -D workDir=... -D compiler=... -P InstallTest.cmake

@@ -149,7 +149,7 @@ TEST(LspServer, AsksForTheWholeTextWhereItCannotKnowIt) {
     EXPECT_FALSE(isKnown());
 }
 
-/// Random edits, with a line index and offsets that are computed anew as the model.
+/// Random edits, with a line index and offsets that are computed from scratch as the model.
 TEST(LspPositions, AreRightAfterEveryEditInEveryEncoding) {
     const std::u16string pieces[] = {u"a",  u"\n",         u"\r",      u"\r\n", u"é",
                                      u"漢", u"\U0001F600", u"e\u0301", u" "};

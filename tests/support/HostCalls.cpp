@@ -1,6 +1,7 @@
 #include "support/HostCalls.h"
 
 #include <ca/Analyzer.h>
+#include <ca/lexer/LineTokenizer.h>
 #include <ca/lexer/lex.h>
 
 #include <atomic>
@@ -62,6 +63,15 @@ std::vector<ca::lexer::Token> ca::lexer::lex(const std::u16string& text) {
         findNext<decltype(lex)>("_ZN2ca5lexer3lexERKNSt7__cxx1112basic_stringIDsSt11char_traitsIDsESaIDsEEE");
     tokenized += isParsing ? 0 : 1;
     return next(text);
+}
+
+/// A text counts when its last line is delivered.
+std::span<const ca::lexer::TokenSpan> ca::lexer::LineTokenizer::next() {
+    using Next = std::span<const TokenSpan>(LineTokenizer*);
+    static const auto next = findNext<Next>("_ZN2ca5lexer13LineTokenizer4nextEv");
+    const auto line = next(this);
+    tokenized += !line.empty() && line.back().type == TokenType::EndOfInput ? 1 : 0;
+    return line;
 }
 
 HostCalls getHostCalls() {

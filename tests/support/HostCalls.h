@@ -6,7 +6,7 @@
 /// operations replaced by ones that count and then call the host's.
 struct HostCalls {
     std::size_t parsed = 0;    ///< texts that were parsed, each of which is tokenized for that as well
-    std::size_t tokenized = 0; ///< texts that were tokenized by themselves
+    std::size_t tokenized = 0; ///< texts that were tokenized by themselves, at once or by lines
 };
 
 HostCalls getHostCalls();

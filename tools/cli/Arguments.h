@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/ReporterOption.h"
-#include "diagnostics/Result.h"
+#include "diagnostics/CommandLine.h"
 #include "files/FileSystem.h"
 #include "files/SearchOptions.h"
 #include "format/Options.h"
@@ -50,11 +50,6 @@ struct Arguments {
     bool endsNamesInNul() const { return search.isPathListNulEnded && search.pathList.empty(); }
 
     bool isPrinting() const { return !inPlace && !check && !diff && !checkSyntax; }
-};
-
-/// A text that was asked for instead of a run: help, version, schema.
-struct PrintedText {
-    std::string text;
 };
 
 /// Reads the command line of the program, `argv[0]` included. Fails with one UsageError.

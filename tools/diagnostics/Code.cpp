@@ -28,10 +28,6 @@ constexpr CodeInfo codes[] = {
      "A number runs into the text after it.",
      "A digit, a letter or a dot follows a number directly, as in 2x or 1.2.3.",
      "Write an operator or a space between them, or complete the number."},
-    {Code::MisplacedBlank, "misplaced-blank", Family::Syntax, Severity::Error,
-     "A space inside brackets separates a name from its field.",
-     "In [a .b] the space ends the element, so .b has nothing before it.",
-     "Remove the space, or write a comma if two elements are meant."},
     {Code::MisplacedBlock, "misplaced-block", Family::Syntax, Severity::Error,
      "A block is in a place where it isn't allowed.",
      "A section of a class is outside of a class, or a statement is directly inside one.",
@@ -60,6 +56,10 @@ constexpr CodeInfo codes[] = {
      "A statement is in a part of the file that doesn't allow it.",
      "Statements follow a class definition or the functions of a file.",
      "Move the statement into a function, or before the functions."},
+    {Code::MisplacedWhitespace, "misplaced-whitespace", Family::Syntax, Severity::Error,
+     "A space inside brackets separates a name from its field.",
+     "In [a .b] the space ends the element, so .b has nothing before it.",
+     "Remove the space, or write a comma if two elements are meant."},
     {Code::MissingElement, "missing-element", Family::Syntax, Severity::Error,
      "A value is missing in a list.",
      "Two commas follow each other, or a comma comes first or last in an argument list.",
@@ -247,15 +247,7 @@ Code getSyntaxCode(std::u16string_view identifier) {
 }
 
 std::string_view getWord(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "note";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Error:
-        break;
-    }
-    return "error";
+    return SeverityWords{.note = "note", .warning = "warning", .error = "error"}.get(severity);
 }
 
 } // namespace ombrel

@@ -16,7 +16,6 @@ enum class Code {
     EmptyParentheses,
     InvalidTarget,
     MalformedNumber,
-    MisplacedBlank,
     MisplacedBlock,
     MisplacedBranch,
     MisplacedDefault,
@@ -24,6 +23,7 @@ enum class Code {
     MisplacedFunction,
     MisplacedSeparator,
     MisplacedStatement,
+    MisplacedWhitespace,
     MissingElement,
     MissingSeparator,
     MisspelledKeyword,
@@ -111,6 +111,28 @@ std::optional<Code> findCode(std::string_view name);
 /// The code of a syntax error that the host calls `identifier`: "UnclosedBlock" is "unclosed-block". An
 /// identifier that isn't known is SyntaxError.
 Code getSyntaxCode(std::u16string_view identifier);
+
+/// What somebody calls the severities: a word, a number, a color.
+template <class T>
+struct ForSeverity {
+    T note;
+    T warning;
+    T error;
+
+    constexpr T get(Severity severity) const {
+        switch (severity) {
+        case Severity::Note:
+            return note;
+        case Severity::Warning:
+            return warning;
+        case Severity::Error:
+            break;
+        }
+        return error;
+    }
+};
+
+using SeverityWords = ForSeverity<std::string_view>;
 
 /// "note", "warning", "error".
 std::string_view getWord(Severity severity);

@@ -11,20 +11,14 @@ namespace ombrel {
 
 namespace {
 
-std::string paint(const char* text, const char* code, Color color) {
+std::string paint(const std::string& text, std::string_view code, Color color) {
     return color == Color::On ? fmt::format("\033[{}m{}\033[0m", code, text) : text;
 }
 
+/// The word with a colon, in the color that compilers use.
 std::string getWord(Severity severity, Color color) {
-    switch (severity) {
-    case Severity::Note:
-        return paint("note:", "1;36", color);
-    case Severity::Warning:
-        return paint("warning:", "1;35", color);
-    case Severity::Error:
-        break;
-    }
-    return paint("error:", "1;31", color);
+    constexpr SeverityWords codes{.note = "1;36", .warning = "1;35", .error = "1;31"};
+    return paint(fmt::format("{}:", ombrel::getWord(severity)), codes.get(severity), color);
 }
 
 /// Finds lines by their numbers; going forward takes time in proportion to the distance.

@@ -8,6 +8,8 @@
 #include "format/TokenKinds.h"
 #include "text/Whitespace.h"
 
+#include <ca/lexer/KeywordTypes.h>
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -21,6 +23,7 @@ namespace {
 
 using ca::lexer::Token;
 using ca::lexer::TokenType;
+namespace keyword = ca::lexer::keyword;
 
 bool isWordCharacter(char16_t c) {
     return (u'a' <= c && c <= u'z') || (u'A' <= c && c <= u'Z') || (u'0' <= c && c <= u'9') || c == u'_';
@@ -276,11 +279,11 @@ private:
     /// Whether the tokenizer lets a statement start after the token before a gap, without any separator.
     bool isStartOfStatement(std::size_t gap) const {
         switch (getPrevious(gap).type) {
-        case TokenType::SecondaryKeyword9:
-        case TokenType::OpeningKeyword13:
-        case TokenType::SecondaryKeyword16:
-        case TokenType::SecondaryIndentedKeyword19:
-        case TokenType::OpeningKeyword25:
+        case keyword::Else:
+        case keyword::Try:
+        case keyword::Catch:
+        case keyword::Otherwise:
+        case keyword::Spmd:
         case TokenType::End:
             return true;
         case TokenType::CloseParenthesis:

@@ -1,5 +1,6 @@
 #include "format/SyntaxContext.h"
 
+#include <ca/lexer/KeywordTypes.h>
 #include <lf/astapi/visitFields.h>
 
 #include <algorithm>
@@ -23,9 +24,7 @@ bool isListOfStatements(std::string_view field) {
 }
 
 bool isWordOfBlock(TokenType type) {
-    return type == TokenType::End || type == TokenType::SecondaryKeyword9 ||
-           type == TokenType::SecondaryKeyword10 || type == TokenType::SecondaryKeyword16 ||
-           type == TokenType::SecondaryIndentedKeyword18 || type == TokenType::SecondaryIndentedKeyword19;
+    return type == TokenType::End || ca::lexer::dividesBlock(type);
 }
 
 } // namespace

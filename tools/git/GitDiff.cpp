@@ -137,10 +137,10 @@ private:
         if (dots == std::string_view::npos) {
             refuse(line);
         }
-        const std::size_t blank = std::min(rest.find(' '), rest.size());
-        next.blob = rest.substr(dots + 2, blank - dots - 2);
-        if (blank < rest.size()) {
-            next.isRegular = rest.substr(blank + 1).starts_with("100");
+        const std::size_t space = std::min(rest.find(' '), rest.size());
+        next.blob = rest.substr(dots + 2, space - dots - 2);
+        if (space < rest.size()) {
+            next.isRegular = rest.substr(space + 1).starts_with("100");
         }
     }
 

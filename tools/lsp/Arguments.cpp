@@ -1,6 +1,6 @@
 #include "lsp/Arguments.h"
 
-#include "text/Printable.h"
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -34,14 +34,12 @@ Result<std::variant<Arguments, PrintedText>> parseArguments(int argc, const char
     app.add_option("--log", arguments.logFile, "append all messages to this file, to report a fault")
         ->type_name("FILE");
     app.add_option("--clientProcessId", arguments.processId, "end when this process ends")->type_name("N");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        return PrintedText{app.help()};
-    } catch (const CLI::CallForVersion& version) {
-        return PrintedText{std::string(version.what()) + '\n'};
-    } catch (const CLI::ParseError& error) {
-        return fail(Code::UsageError, getPrintableName(error.what()));
+    auto printed = readCommandLine(app, argc, argv);
+    if (!printed) {
+        return fail(std::move(printed.error()));
+    }
+    if (*printed) {
+        return **std::move(printed);
     }
     return arguments;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diagnostics/Result.h"
+#include "diagnostics/CommandLine.h"
 
 #include <cstdint>
 #include <optional>
@@ -13,11 +13,6 @@ namespace ombrel::lsp {
 struct Arguments {
     std::string logFile;                   ///< empty: no log
     std::optional<std::int64_t> processId; ///< of the editor
-};
-
-/// A text that was asked for instead of a server: help, version.
-struct PrintedText {
-    std::string text;
 };
 
 /// Reads the command line, `argv[0]` included. Fails with one UsageError.

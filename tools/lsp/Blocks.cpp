@@ -1,47 +1,16 @@
 #include "lsp/Blocks.h"
 
+#include <ca/lexer/KeywordTypes.h>
+
 #include <algorithm>
 
 namespace ombrel::lsp {
 
 namespace {
 
+using ca::lexer::dividesBlock;
+using ca::lexer::opensBlock;
 using ca::lexer::TokenType;
-
-bool opensBlock(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword25:
-    case TokenType::OpeningKeyword26:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool dividesBlock(TokenType type) {
-    switch (type) {
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryKeyword16:
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
-        return true;
-    default:
-        return false;
-    }
-}
 
 /// Whether the functions of a file have an `end`: all of them do, or none.
 bool doFunctionsHaveEnds(const TokenList& tokens) {

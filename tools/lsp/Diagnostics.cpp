@@ -22,21 +22,11 @@ namespace {
 constexpr const char* source = "ombrel";
 constexpr int unnecessary = 1; // DiagnosticTag
 
-int getSeverityNumber(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return 1;
-    case Severity::Warning:
-        return 2;
-    case Severity::Note:
-        break;
-    }
-    return 3;
-}
+constexpr ForSeverity<int> severityNumbers{.note = 3, .warning = 2, .error = 1};
 
 Json makeDiagnostic(Json range, Code code, Severity severity, const std::string& text) {
     return {{"range", std::move(range)},
-            {"severity", getSeverityNumber(severity)},
+            {"severity", severityNumbers.get(severity)},
             {"code", getInfo(code).name},
             {"source", source},
             {"message", text}};

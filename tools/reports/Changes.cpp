@@ -11,7 +11,7 @@ namespace ombrel {
 namespace {
 
 constexpr std::u16string_view lineEnds = u"\r\n";
-constexpr std::u16string_view blanks = u" \t";
+constexpr std::u16string_view whitespace = u" \t";
 
 std::size_t countLineEnds(std::u16string_view text) {
     std::size_t count = 0;
@@ -28,7 +28,7 @@ std::string describeCount(std::u16string_view text, char16_t c, const char* name
 }
 
 /// "1 tab and 2 spaces".
-std::string describeBlanks(std::u16string_view text) {
+std::string describeWhitespace(std::u16string_view text) {
     const std::string tabs = describeCount(text, u'\t', "tab");
     const std::string spaces = describeCount(text, u' ', "space");
     if (tabs.empty() && spaces.empty()) {
@@ -38,7 +38,7 @@ std::string describeBlanks(std::u16string_view text) {
 }
 
 std::string compare(const char* what, std::u16string_view before, std::u16string_view after) {
-    return fmt::format("{}: {}, expected {}", what, describeBlanks(before), describeBlanks(after));
+    return fmt::format("{}: {}, expected {}", what, describeWhitespace(before), describeWhitespace(after));
 }
 
 /// What is after the last line end.
@@ -61,9 +61,11 @@ std::string describeBreaks(std::u16string_view before, std::u16string_view after
 std::string describeEdit(std::u16string_view text, const Edit& edit) {
     const std::u16string_view before = text.substr(edit.offset, edit.length);
     const std::u16string_view after = edit.text;
-    const auto isBlank = [](std::u16string_view part) { return part.find_first_not_of(blanks) == part.npos; };
+    const auto isBlank = [](std::u16string_view part) {
+        return part.find_first_not_of(whitespace) == part.npos;
+    };
     if (!isBlank(before) || !isBlank(after)) {
-        const std::u16string_view all = blanks;
+        const std::u16string_view all = whitespace;
         const auto isLayout = [&](std::u16string_view part) {
             return std::all_of(part.begin(), part.end(), [&](char16_t c) {
                 return all.find(c) != all.npos || lineEnds.find(c) != lineEnds.npos;
@@ -75,7 +77,7 @@ std::string describeEdit(std::u16string_view text, const Edit& edit) {
     const bool isStart = edit.offset == 0 || lineEnds.find(text[edit.offset - 1]) != lineEnds.npos;
     const bool isEnd = edit.getEnd() == text.size() || lineEnds.find(text[edit.getEnd()]) != lineEnds.npos;
     if (isEnd && after.empty()) {
-        return "whitespace at the end of a line: " + describeBlanks(before);
+        return "whitespace at the end of a line: " + describeWhitespace(before);
     }
     return compare(isStart ? "indentation" : "spacing", before, after);
 }

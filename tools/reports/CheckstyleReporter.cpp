@@ -10,9 +10,7 @@ namespace ombrel {
 
 namespace {
 
-std::string_view getWordOf(Severity severity) {
-    return severity == Severity::Note ? "info" : getWord(severity);
-}
+constexpr SeverityWords words{.note = "info", .warning = "warning", .error = "error"};
 
 std::string makePlace(const Problem& problem) {
     std::string place = problem.line == 0 ? "" : fmt::format(" line=\"{}\"", problem.line);
@@ -37,7 +35,7 @@ private:
         for (const Problem& problem : problems) {
             stream << fmt::format(
                 "    <error{} severity=\"{}\" message=\"{}\" source=\"ombrel-format.{}\"/>\n",
-                makePlace(problem), getWordOf(problem.severity), escapeXml(problem.text),
+                makePlace(problem), words.get(problem.severity), escapeXml(problem.text),
                 getInfo(problem.code).name);
         }
         stream << "  </file>\n";

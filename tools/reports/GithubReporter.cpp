@@ -21,12 +21,10 @@ std::string escape(std::string_view text, std::string_view special) {
     return escaped;
 }
 
-std::string_view getCommand(Severity severity) {
-    return severity == Severity::Note ? "notice" : getWord(severity);
-}
+constexpr SeverityWords commands{.note = "notice", .warning = "warning", .error = "error"};
 
 std::string makeCommand(std::string_view path, const Problem& problem) {
-    std::string command = fmt::format("::{} file={}", getCommand(problem.severity), escape(path, "\r\n:,"));
+    std::string command = fmt::format("::{} file={}", commands.get(problem.severity), escape(path, "\r\n:,"));
     if (problem.line != 0) {
         command += fmt::format(",line={}", problem.line);
     }

@@ -13,17 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* getWordOf(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "info";
-    case Severity::Warning:
-        return "minor";
-    case Severity::Error:
-        break;
-    }
-    return "major";
-}
+constexpr SeverityWords words{.note = "info", .warning = "minor", .error = "major"};
 
 /// FNV-1a: the same on every machine, and fingerprints guard against nobody.
 std::uint64_t hash(std::string_view text) {
@@ -34,28 +24,20 @@ std::uint64_t hash(std::string_view text) {
     return value;
 }
 
-class GitlabReporter : public Reporter {
+class GitlabReporter : public FindingReporter {
 public:
     explicit GitlabReporter(std::ostream& stream) : stream(stream), list(Json::array()) {}
-
-    void add(const FileOutcome& outcome) override {
-        for (const Problem& problem : getFindings(outcome)) {
-            add(outcome.path, problem);
-        }
-    }
-
-    void addFailure(const Problem& problem) override { add(".", problem); }
 
     void finish() override { stream << list.dump(2, ' ', false, Json::error_handler_t::replace) << '\n'; }
 
 private:
-    void add(const std::string& path, const Problem& problem) {
+    void addFinding(const std::string& path, const Problem& problem) override {
         const auto name = getInfo(problem.code).name;
         list.push_back(
             {{"description", problem.text},
              {"check_name", name},
              {"fingerprint", makeFingerprint(fmt::format("{}\n{}\n{}", path, name, problem.text))},
-             {"severity", getWordOf(problem.severity)},
+             {"severity", words.get(problem.severity)},
              {"location",
               {{"path", path}, {"lines", {{"begin", std::max<std::uint32_t>(problem.line, 1)}}}}}});
     }

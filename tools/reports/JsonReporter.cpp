@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ostream>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -17,17 +18,7 @@ Json toNumberOrNull(std::uint32_t number) {
     return number == 0 ? Json(nullptr) : Json(number);
 }
 
-const char* getTotal(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "notes";
-    case Severity::Warning:
-        return "warnings";
-    case Severity::Error:
-        break;
-    }
-    return "errors";
-}
+constexpr SeverityWords totalNames{.note = "notes", .warning = "warnings", .error = "errors"};
 
 Json makeMessage(const Problem& problem) {
     Json message = {{"severity", getWord(problem.severity)},
@@ -66,7 +57,7 @@ public:
 
 private:
     Json countMessage(const Problem& problem);
-    void increment(const char* total);
+    void increment(std::string_view total);
 
     std::ostream& stream;
     JsonList files{"files", 2};
@@ -85,11 +76,11 @@ JsonReporter::JsonReporter(std::ostream& stream)
                               {"notes", 0}}) {}
 
 Json JsonReporter::countMessage(const Problem& problem) {
-    increment(getTotal(problem.severity));
+    increment(totalNames.get(problem.severity));
     return makeMessage(problem);
 }
 
-void JsonReporter::increment(const char* total) {
+void JsonReporter::increment(std::string_view total) {
     auto& number = totals[total];
     number = number.get<std::uint64_t>() + 1;
 }

@@ -10,29 +10,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* getWordOf(Severity severity) {
-    switch (severity) {
-    case Severity::Note:
-        return "INFO";
-    case Severity::Warning:
-        return "WARNING";
-    case Severity::Error:
-        break;
-    }
-    return "ERROR";
-}
+constexpr SeverityWords words{.note = "INFO", .warning = "WARNING", .error = "ERROR"};
 
-class RdjsonReporter : public Reporter {
+class RdjsonReporter : public FindingReporter {
 public:
     explicit RdjsonReporter(std::ostream& stream) : stream(stream), diagnostics(Json::array()) {}
-
-    void add(const FileOutcome& outcome) override {
-        for (const Problem& problem : getFindings(outcome)) {
-            add(outcome.path, problem);
-        }
-    }
-
-    void addFailure(const Problem& problem) override { add(".", problem); }
 
     void finish() override {
         const Json document = {{"source", {{"name", "ombrel-format"}}},
@@ -41,14 +23,14 @@ public:
     }
 
 private:
-    void add(const std::string& path, const Problem& problem) {
+    void addFinding(const std::string& path, const Problem& problem) override {
         Json location = {{"path", path}};
         if (problem.line != 0) {
             location["range"]["start"]["line"] = problem.line;
         }
         diagnostics.push_back({{"message", problem.text},
                                {"location", std::move(location)},
-                               {"severity", getWordOf(problem.severity)},
+                               {"severity", words.get(problem.severity)},
                                {"code", {{"value", getInfo(problem.code).name}}}});
     }
 

@@ -56,4 +56,10 @@ Problems getFindings(const FileOutcome& outcome) {
     return findings;
 }
 
+void FindingReporter::add(const FileOutcome& outcome) {
+    for (const Problem& problem : getFindings(outcome)) {
+        addFinding(outcome.path, problem);
+    }
+}
+
 } // namespace ombrel

@@ -52,4 +52,15 @@ public:
     virtual void finish() {}
 };
 
+/// A reporter for which all findings are alike, wherever they are from.
+class FindingReporter : public Reporter {
+public:
+    void add(const FileOutcome& outcome) override;
+    void addFailure(const Problem& problem) override { addFinding(".", problem); }
+
+private:
+    /// A problem with the run as a whole is one of the current folder.
+    virtual void addFinding(const std::string& path, const Problem& problem) = 0;
+};
+
 } // namespace ombrel

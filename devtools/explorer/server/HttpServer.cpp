@@ -1,7 +1,7 @@
 // cpp-httplib listens, reads requests, calls handlers and writes answers. It accepts more than this server
 // wants to, has no limit for the length of a head, and its threads can all be made to wait by clients that
 // send nothing. So a connection is read here up to the end of a head, which is checked first. What goes on to
-// the library is a head that is written anew from what was understood, followed by a body of known length.
+// the library is a new head, written from what was understood, followed by a body of known length.
 
 #include "explorer/server/HttpServer.h"
 
@@ -23,7 +23,7 @@ constexpr std::size_t maximalConnections = 64;
 constexpr int listenBacklog = 512;
 constexpr int requestsPerConnection = 1000;
 
-/// The field that tells a handler its client's socket. No client can send it: heads are written anew.
+/// The field that tells a handler its client's socket. No client can send it: heads are rewritten.
 constexpr const char* socketField = "X-Client-Socket";
 
 const char* getStatusWords(int status) {

@@ -1,6 +1,7 @@
 #include "explorer/server/Explorer.h"
 #include "explorer/server/Worker.h"
 
+#include "diagnostics/CommandLine.h"
 #include "diagnostics/Message.h"
 #include "diagnostics/SourceText.h"
 #include "files/File.h"
@@ -124,17 +125,14 @@ int runProgram(int argc, char** argv) {
         ->type_name("N");
     app.add_flag("--no-browser", arguments.noBrowser, "only print the address of the page");
     app.set_version_flag("--version", "ombrel-explorer " OMBREL_VERSION, "print the version");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        return 0;
-    } catch (const CLI::CallForVersion& version) {
-        std::cout << version.what() << '\n';
-        return 0;
-    } catch (const CLI::ParseError& error) {
-        printRunProblem(std::cerr, "ombrel-explorer", {Code::UsageError, error.what()}, Color::Off);
+    const auto printed = readCommandLine(app, argc, argv);
+    if (!printed) {
+        printRunProblem(std::cerr, "ombrel-explorer", printed.error().front(), Color::Off);
         return 2;
+    }
+    if (*printed) {
+        std::cout << (*printed)->text;
+        return 0;
     }
     const auto start = readStartText(arguments.file);
     return start ? serve(arguments, *start) : start.error();

@@ -45,10 +45,8 @@ void forEachLine(Iterator begin, Iterator end, Visit visit) {
     }
 }
 
-/// True for a token that changes the nesting wherever it is in its line. Of the other tokens, the steps below
-/// look only at the first two and the last two of a line, which are among the last three before one is
-/// removed.
-inline bool changesNesting(ca::lexer::TokenType type) {
+/// LegacyFormatter::isAnOpeningKeyword().
+inline bool opensNesting(ca::lexer::TokenType type) {
     using enum ca::lexer::TokenType;
     switch (type) {
     case Function:
@@ -67,14 +65,19 @@ inline bool changesNesting(ca::lexer::TokenType type) {
     case OpeningKeyword26:
     case OpenSquareBracket:
     case OpenBrace:
-    case CloseSquareBracket:
-    case CloseBrace:
-    case End:
-    case Continuation:
         return true;
     default:
         return false;
     }
+}
+
+/// True for a token that changes the nesting wherever it is in its line. Of the other tokens, the steps below
+/// look only at the first two and the last two of a line, which are among the last three before one is
+/// removed.
+inline bool changesNesting(ca::lexer::TokenType type) {
+    using enum ca::lexer::TokenType;
+    return opensNesting(type) || type == CloseSquareBracket || type == CloseBrace || type == End ||
+           type == Continuation;
 }
 
 /// LegacyFormatter::checkForFunctionEnds() one token at a time.

@@ -143,7 +143,7 @@ export class Api {
       if (error instanceof DOMException && error.name === "AbortError") {
         throw error;
       }
-      throw new ServerError("ombrel-explorer doesn't answer: it has ended, or was started anew at another address", 0);
+      throw new ServerError("ombrel-explorer doesn't answer: it has ended, or was restarted at another address", 0);
     }
   }
 }

@@ -25,3 +25,44 @@ inline constexpr TokenType Spmd = TokenType::OpeningKeyword25;
 inline constexpr TokenType Arguments = TokenType::OpeningKeyword26;
 
 } // namespace ca::lexer::keyword
+
+namespace ca::lexer {
+
+/// Whether the keyword begins a block, which an `end` closes.
+constexpr bool opensBlock(TokenType type) {
+    switch (type) {
+    case TokenType::Function:
+    case keyword::For:
+    case keyword::If:
+    case keyword::Parfor:
+    case keyword::Switch:
+    case keyword::While:
+    case keyword::Try:
+    case keyword::Classdef:
+    case keyword::Properties:
+    case keyword::Methods:
+    case keyword::Events:
+    case keyword::Enumeration:
+    case keyword::Spmd:
+    case keyword::Arguments:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Whether the keyword begins another part of a block.
+constexpr bool dividesBlock(TokenType type) {
+    switch (type) {
+    case keyword::Else:
+    case keyword::Elseif:
+    case keyword::Catch:
+    case keyword::Case:
+    case keyword::Otherwise:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace ca::lexer
