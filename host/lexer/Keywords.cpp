@@ -81,21 +81,8 @@ std::optional<Keyword> findKeyword(std::u16string_view word) {
     return std::nullopt;
 }
 
-bool isStatementKeyword(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case keyword::Classdef:
-    case keyword::For:
-    case keyword::If:
-    case keyword::Parfor:
-    case keyword::Switch:
-    case keyword::While:
-    case keyword::Try:
-    case keyword::Spmd:
-        return true;
-    default:
-        return dividesBlock(type);
-    }
+bool isStatementKeyword(Keyword keyword) {
+    return keyword.place == Anywhere && (opensBlock(keyword.type) || dividesBlock(keyword.type));
 }
 
 std::vector<std::u16string_view> listKeywords() {

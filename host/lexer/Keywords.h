@@ -27,7 +27,7 @@ std::optional<Keyword> findKeyword(std::u16string_view word);
 
 /// Whether a line that begins with the keyword is never part of an expression, so that brackets that are
 /// still open were never closed.
-bool isStatementKeyword(TokenType type);
+bool isStatementKeyword(Keyword keyword);
 
 /// All words that are keywords somewhere, in alphabetical order.
 std::vector<std::u16string_view> listKeywords();

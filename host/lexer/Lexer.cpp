@@ -224,7 +224,7 @@ void Lexer::giveUpUnclosedBrackets(std::size_t code) {
 bool Lexer::cannotBeInBrackets(std::size_t code, bool isInBlock) const {
     const std::size_t end = skipNameCharacters(code);
     const auto keyword = isLetter(at(code)) ? findKeyword(getText(code, end)) : std::nullopt;
-    return (keyword && isStatementKeyword(keyword->type)) || (isInBlock && isLoneEnd(code));
+    return (keyword && isStatementKeyword(*keyword)) || (isInBlock && isLoneEnd(code));
 }
 
 bool Lexer::isLoneEnd(std::size_t code) const {
