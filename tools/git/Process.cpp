@@ -1,5 +1,7 @@
 #include "git/Process.h"
 
+#include "files/Descriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -24,29 +26,9 @@ void check(int errorNumber, const char* what) {
     }
 }
 
-/// Owns one end of a channel; negative when it is closed.
-class End {
-public:
-    explicit End(int descriptor) : descriptor(descriptor) {}
-    End(End&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
-    End& operator=(End&&) = delete;
-    ~End() { close(); }
-
-    int get() const { return descriptor; }
-
-    void close() {
-        if (descriptor >= 0) {
-            ::close(std::exchange(descriptor, -1));
-        }
-    }
-
-private:
-    int descriptor;
-};
-
 struct Channel {
-    End ours;
-    End theirs;
+    Descriptor ours;
+    Descriptor theirs;
 };
 
 /// For the other program's input: unlike a pipe, a socket can be written without a signal when nobody reads
@@ -55,14 +37,14 @@ Channel makeInput() {
     std::array<int, 2> ends{};
     check(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0 ? 0 : errno,
           "can't talk to a process");
-    return {End(ends[0]), End(ends[1])};
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 /// For its output: unlike a socket, a pipe can be opened again as /dev/stderr, as scripts do.
 Channel makeOutput() {
     std::array<int, 2> ends{};
     check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "can't talk to a process");
-    return {End(ends[0]), End(ends[1])};
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 /// What the new process's standard descriptors are.
@@ -73,7 +55,7 @@ public:
     Actions& operator=(const Actions&) = delete;
     ~Actions() { ::posix_spawn_file_actions_destroy(&actions); }
 
-    void connect(int target, const End& end) {
+    void connect(int target, const Descriptor& end) {
         check(::posix_spawn_file_actions_adddup2(&actions, end.get(), target), "can't start a process");
     }
 
@@ -99,7 +81,7 @@ std::vector<char*> getPointers(const std::vector<std::string>& words) {
 }
 
 /// Sends what fits; closes the end when all is sent, or nobody reads any more.
-void send(End& end, std::string_view& bytes) {
+void send(Descriptor& end, std::string_view& bytes) {
     const ssize_t count = ::send(end.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count >= 0) {
         bytes.remove_prefix(static_cast<std::size_t>(count));
@@ -111,7 +93,7 @@ void send(End& end, std::string_view& bytes) {
 }
 
 /// Appends what is there; closes the end when nothing more will come.
-void receive(End& end, std::string& bytes) {
+void receive(Descriptor& end, std::string& bytes) {
     std::array<char, 1 << 16> buffer;
     const ssize_t count = ::read(end.get(), buffer.data(), buffer.size());
     if (count > 0) {
@@ -157,8 +139,8 @@ private:
 
 /// Serves all three ends as they get ready, so that neither side waits for the other. False if that isn't
 /// over at this time.
-bool exchange(End& in, std::string_view& input, End& out, End& err, Clock::time_point deadline,
-              ProcessResult& result) {
+bool exchange(Descriptor& in, std::string_view& input, Descriptor& out, Descriptor& err,
+              Clock::time_point deadline, ProcessResult& result) {
     while (in.get() >= 0 || out.get() >= 0 || err.get() >= 0) {
         std::array<pollfd, 3> ends{{{in.get(), POLLOUT, 0}, {out.get(), POLLIN, 0}, {err.get(), POLLIN, 0}}};
         const int count = ::poll(ends.data(), ends.size(), getMillisecondsUntil(deadline));

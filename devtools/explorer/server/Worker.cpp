@@ -10,6 +10,7 @@
 #include "explorer/server/Worker.h"
 
 #include "explorer/server/Answers.h"
+#include "files/Descriptor.h"
 
 #include <algorithm>
 #include <array>
@@ -89,25 +90,6 @@ bool writeAll(int descriptor, std::string_view bytes) {
     }
     return true;
 }
-
-/// A file descriptor that is closed in the end.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number(number) {}
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    ~Descriptor() { close(); }
-
-    int get() const { return number; }
-
-    void close() {
-        if (number >= 0) {
-            ::close(std::exchange(number, -1));
-        }
-    }
-
-private:
-    int number;
-};
 
 struct Pipe {
     Descriptor readEnd;
