@@ -7,7 +7,7 @@ namespace ombrel::lsp {
 namespace {
 
 constexpr std::size_t mostKept = 4;
-constexpr std::size_t largestKept = 1 << 18; // 16-bit characters
+constexpr std::size_t mostCharacters = 1 << 21; // of all that are kept
 
 } // namespace
 
@@ -21,16 +21,25 @@ AnalysisPointer AnalysisCache::get(const DocumentPointer& document) {
             return *found;
         }
     }
+    forget(*document);
     auto analysis = std::make_shared<const Analysis>(document);
-    if (document->text.size() <= largestKept) {
-        forget(*document);
-        const std::lock_guard guard(mutex);
-        latest.push_back(analysis);
-        if (latest.size() > mostKept) {
-            latest.pop_front();
-        }
+    if (document->text.size() <= mostCharacters) {
+        keep(analysis);
     }
     return analysis;
+}
+
+void AnalysisCache::keep(const AnalysisPointer& analysis) {
+    const std::lock_guard guard(mutex);
+    latest.push_back(analysis);
+    std::size_t characters = 0;
+    const auto isTooMuch = [&](const AnalysisPointer& known) {
+        characters += known->document->text.size();
+        return characters > mostCharacters;
+    };
+    const auto first = std::find_if(latest.rbegin(), latest.rend(), isTooMuch).base();
+    latest.erase(latest.begin(),
+                 std::max(first, latest.end() - std::min<std::ptrdiff_t>(mostKept, std::ssize(latest))));
 }
 
 void AnalysisCache::forget(const Document& document) {

@@ -24,8 +24,8 @@ struct Analysis {
 using AnalysisPointer = std::shared_ptr<const Analysis>;
 
 /// Analyses of the latest documents that somebody asked about, so that a keystroke costs one parse, however
-/// many questions the editor has about it. Those of large documents aren't kept: they need a hundred times
-/// the memory of the text. May be used by several threads at once.
+/// many questions the editor has about it. They need about thirty times the memory of their texts, so that of
+/// a very large document isn't kept. May be used by several threads at once.
 class AnalysisCache {
 public:
     AnalysisPointer get(const DocumentPointer& document);
@@ -34,8 +34,10 @@ public:
     void forget(const Document& document);
 
 private:
+    void keep(const AnalysisPointer& analysis);
+
     std::mutex mutex;
-    std::deque<AnalysisPointer> latest;
+    std::deque<AnalysisPointer> latest; ///< the newest last
 };
 
 } // namespace ombrel::lsp

@@ -114,7 +114,7 @@ std::optional<FrameReader::Frame> FrameReader::readBody() {
     start += body.size();
     bodySize.reset();
     if (start == buffer.size()) {
-        buffer = std::string(); // a large message's memory isn't kept
+        std::string().swap(buffer); // a large message's memory isn't kept; an assignment would keep it
         start = 0;
     }
     return body;

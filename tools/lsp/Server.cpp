@@ -291,7 +291,7 @@ void Server::addFeature(const std::string& method, Feature feature) {
                      [this, id, method, feature, params, document, ticket = *ticket] {
                          const auto start = std::chrono::steady_clock::now();
                          answer(id, feature, params, document, ticket);
-                         watch.add(client, workspace.getOptionsFiles());
+                         finishJob(*document);
                          trace(method, start);
                      });
     });
@@ -365,11 +365,25 @@ void Server::publish(const std::string& uri) {
         if (documents.isCurrent(*document)) {
             sendDiagnostics(uri, document->version, std::move(list));
         }
-        watch.add(client, workspace.getOptionsFiles());
     } catch (const std::exception& error) { // there is nobody to answer
         connection.notify("window/logMessage",
                           {{"type", 1}, {"message", fmt::format("no diagnostics: {}", error.what())}});
     }
+    finishJob(*document);
+}
+
+/// Options files may have been read for the first time, and the document may have been closed in the
+/// meantime.
+void Server::finishJob(const Document& document) {
+    watch.add(client, workspace.getOptionsFiles());
+    if (!documents.isCurrent(document)) {
+        forget(document);
+    }
+}
+
+void Server::forget(const Document& document) {
+    analyses.forget(document);
+    tokenHistory.forget(document.uri);
 }
 
 void Server::sendDiagnostics(const std::string& uri, const Json& version, Json list) {
@@ -394,20 +408,28 @@ void Server::refreshDiagnostics() {
 
 void Server::closeDocument(const std::string& uri) {
     const std::lock_guard guard(publishing); // or diagnostics that are ready could still come after this
-    const DocumentPointer document = documents.close(uri);
+    DocumentPointer document = documents.close(uri);
     if (!document) {
         return;
     }
-    analyses.forget(*document);
-    tokenHistory.forget(uri);
+    forget(*document);
     if (!client.pullsDiagnostics) {
         sendDiagnostics(uri, Json(), Json::array());
     }
     closedCharacters += document->text.size();
     if (hooks.releaseMemory && (documents.list().empty() || closedCharacters > largestQuickText)) {
         closedCharacters = 0;
-        worker->post(Lane::Quick, Urgency::Background, hooks.releaseMemory);
+        releaseMemory(std::move(document));
     }
+}
+
+/// After the jobs that still use the document, and after its own memory is free.
+void Server::releaseMemory(DocumentPointer document) {
+    const Lane lane = chooseLane(*document);
+    worker->post(lane, Urgency::Background, [this, document = std::move(document)]() mutable {
+        document.reset();
+        hooks.releaseMemory();
+    });
 }
 
 } // namespace ombrel::lsp

@@ -89,6 +89,9 @@ private:
     void sendDiagnostics(const std::string& uri, const Json& version, Json list);
     void refreshDiagnostics();
     void closeDocument(const std::string& uri);
+    void finishJob(const Document& document);
+    void forget(const Document& document);
+    void releaseMemory(DocumentPointer document);
 
     Connection connection;
     Hooks hooks;

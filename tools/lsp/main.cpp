@@ -34,10 +34,10 @@ void watchProcess(std::int64_t processId) {
     }
 }
 
-/// Threads share one pool of memory, or each would keep what it once needed for a large document.
+/// All threads share one pool of memory: malloc_trim() can't give back what is unused at the end of another.
 void tuneMemory() {
 #ifdef __GLIBC__
-    ::mallopt(M_ARENA_MAX, 2);
+    ::mallopt(M_ARENA_MAX, 1);
 #endif
 }
 
