@@ -65,17 +65,8 @@ bool Escalation::raiseUnit(std::size_t unit) {
 }
 
 void Escalation::simplify(std::size_t gap) {
-    if (!choices.isChanged(gap)) {
-        return;
-    }
-    const std::u16string_view source = input.gaps.getText(gap);
-    const bool isBlank = countLeadingWhitespace(source) == source.size();
-    if (!isBlank) {
+    if (choices.isChanged(gap)) {
         choices.choose(gap, getConservativeText(input, gap));
-    } else if (input.isTrimming) {
-        choices.choose(gap, source.empty() ? u"" : u" ");
-    } else {
-        choices.chooseSource(gap);
     }
 }
 

@@ -2,18 +2,12 @@
 
 #include "text/Whitespace.h"
 
-#include <algorithm>
-
 namespace ombrel {
 
 namespace {
 
 using ca::lexer::Token;
 using ca::lexer::TokenType;
-
-bool isLayout(char16_t c) {
-    return isWhitespace(c) || isLineEnd(c) || c == u',' || c == u';';
-}
 
 bool isCode(const Token& token) {
     return !token.isWhitespace() && !isSeparator(token);
@@ -22,9 +16,7 @@ bool isCode(const Token& token) {
 GapComment makeComment(const Token& token, std::size_t offset) {
     const std::u16string_view line = token.lexeme;
     const std::size_t indentation = countLeadingWhitespace(line);
-    std::u16string_view text = line.substr(indentation);
-    text = text.substr(0, text.find_first_of(u"\r\n"));
-    return {offset + indentation, text, token.type};
+    return {offset + indentation, removeLineEnds(line.substr(indentation)), token.type};
 }
 
 /// Walks over one gap of a text.
@@ -111,6 +103,10 @@ private:
 
 } // namespace
 
+bool isLayout(char16_t c) {
+    return isWhitespace(c) || isLineEnd(c) || c == u',' || c == u';';
+}
+
 bool isLineOfBlock(const Token& token) {
     return TokenType::BlockCommentOpen <= token.type && token.type <= TokenType::BlockCommentClose;
 }
@@ -130,12 +126,6 @@ GapList::GapList(const std::u16string& text, const std::vector<Token>& tokens) :
     }
 }
 
-std::size_t GapList::find(std::size_t offset) const {
-    const auto place = std::partition_point(places.begin(), places.end(),
-                                            [&](const Place& place) { return place.offset < offset; });
-    return static_cast<std::size_t>(place - places.begin());
-}
-
 std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap) {
     std::vector<GapComment> comments;
     std::size_t offset = gaps.getBegin(gap);
@@ -149,8 +139,23 @@ std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap) {
 }
 
 std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
-                                    std::size_t begin, std::vector<GapComment>* comments) {
+                                    std::size_t begin) {
     Matcher matcher(text, begin);
+    for (const Token& token : gaps.getTokens(gap)) {
+        if (token.isComment() && !matcher.passComment(token)) {
+            return std::nullopt;
+        }
+    }
+    if (!matcher.reach(gaps.getToken(gap))) {
+        return std::nullopt;
+    }
+    return matcher.getPosition();
+}
+
+std::optional<std::vector<GapComment>> findComments(const GapList& gaps, std::size_t gap,
+                                                    std::u16string_view text) {
+    std::vector<GapComment> comments;
+    Matcher matcher(text, 0);
     for (const Token& token : gaps.getTokens(gap)) {
         if (!token.isComment()) {
             continue;
@@ -158,15 +163,10 @@ std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u
         if (!matcher.passComment(token)) {
             return std::nullopt;
         }
-        if (comments != nullptr) {
-            const std::size_t offset = matcher.getComment();
-            comments->push_back({offset, text.substr(offset, matcher.getPosition() - offset), token.type});
-        }
+        const std::size_t offset = matcher.getComment();
+        comments.push_back({offset, text.substr(offset, matcher.getPosition() - offset), token.type});
     }
-    if (!matcher.reach(gaps.getToken(gap))) {
-        return std::nullopt;
-    }
-    return matcher.getPosition();
+    return comments;
 }
 
 } // namespace ombrel

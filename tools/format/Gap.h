@@ -1,5 +1,7 @@
 #pragma once
 
+#include "format/PlaceSearch.h"
+
 #include <ca/lexer/Token.h>
 
 #include <cstddef>
@@ -35,10 +37,11 @@ public:
     /// Offset of the code token after a gap, which is the end of the gap.
     std::size_t getEnd(std::size_t gap) const { return places[gap].offset; }
 
+    /// Offset of the end of that token.
+    std::size_t getTokenEnd(std::size_t gap) const { return getEnd(gap) + getToken(gap).lexeme.size(); }
+
     /// Offset of a gap.
-    std::size_t getBegin(std::size_t gap) const {
-        return gap == 0 ? 0 : places[gap - 1].offset + getToken(gap - 1).lexeme.size();
-    }
+    std::size_t getBegin(std::size_t gap) const { return gap == 0 ? 0 : getTokenEnd(gap - 1); }
 
     std::u16string_view getText(std::size_t gap) const {
         return std::u16string_view(text).substr(getBegin(gap), getEnd(gap) - getBegin(gap));
@@ -52,8 +55,11 @@ public:
 
     const std::u16string& getSource() const { return text; }
 
-    /// The first gap whose code token is at this offset or after it.
-    std::size_t find(std::size_t offset) const;
+    /// The first gap whose code token is at this offset or after it. Quick if it comes soon after the
+    /// gap `hint`.
+    std::size_t find(std::size_t offset, std::size_t hint = 0) const {
+        return findPlace(places, offset, hint);
+    }
 
 private:
     struct Place {
@@ -78,12 +84,19 @@ std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap);
 
 /// Finds the gap in another text, in which it begins at `begin` and has the same comments, in the same order
 /// and followed by the same code token. Returns the place of that token, nothing if the text is another one.
-/// Appends the comments, with their places in that text, to `comments` if it isn't null.
 ///
 /// The text is matched, never tokenized: in `elsec` an `else` and a `c` are found. Three dots before a code
 /// token that starts with one, as in `1....*2`, are a continuation if their line ends there.
 std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
-                                    std::size_t begin, std::vector<GapComment>* comments = nullptr);
+                                    std::size_t begin);
+
+/// The comments in another text of the gap, with their places in that; nothing if it hasn't the same ones.
+std::optional<std::vector<GapComment>> findComments(const GapList& gaps, std::size_t gap,
+                                                    std::u16string_view text);
+
+/// Whether a character can be layout: whitespace, line ends and separators. The dots of a continuation can
+/// be too, but not each for itself.
+bool isLayout(char16_t c);
 
 /// Whether a token is a line of a block comment.
 bool isLineOfBlock(const ca::lexer::Token& token);

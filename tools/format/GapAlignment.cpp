@@ -16,32 +16,39 @@ std::size_t countCommon(std::u16string_view a, std::u16string_view b) {
 } // namespace
 
 std::optional<GapAlignment> GapAlignment::make(const GapList& gaps, std::u16string formatted) {
-    GapAlignment alignment;
-    alignment.text = std::move(formatted);
-    alignment.places.reserve(gaps.getCount());
-    const std::u16string_view text = alignment.text;
-    const std::u16string_view source = gaps.getSource();
+    GapAlignment alignment(gaps, std::move(formatted));
+    return alignment.align() ? std::optional(std::move(alignment)) : std::nullopt;
+}
+
+bool GapAlignment::align() {
+    const std::u16string_view source = gaps->getSource();
+    const std::u16string_view formatted = text;
     std::size_t position = 0;
-    std::size_t sameEnd = countCommon(source, text); // where in the source the formatter's next change is
-    for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
-        const std::size_t tokenLength = gaps.getToken(gap).lexeme.size();
-        const std::size_t tokenEnd = gaps.getEnd(gap) + tokenLength;
-        const bool isUnchanged = tokenEnd <= sameEnd;
-        const std::optional<std::size_t> end = isUnchanged ? position + gaps.getEnd(gap) - gaps.getBegin(gap)
-                                                           : matchGap(gaps, gap, text, position);
+    for (std::size_t gap = 0; gap < gaps->getCount(); ++gap) {
+        const std::size_t begin = gaps->getBegin(gap);
+        const std::size_t sameEnd = begin + countCommon(source.substr(begin), formatted.substr(position));
+        while (gap < gaps->getCount() && gaps->getTokenEnd(gap) <= sameEnd) {
+            ++gap;
+        }
+        if (gap == gaps->getCount()) {
+            position += source.size() - begin;
+            break;
+        }
+        position += gaps->getBegin(gap) - begin;
+        const std::optional<std::size_t> end = matchGap(*gaps, gap, formatted, position);
         if (!end) {
-            return std::nullopt;
+            return false;
         }
-        alignment.places.push_back({position, *end, isUnchanged});
-        position = *end + tokenLength;
-        if (!isUnchanged) {
-            sameEnd = tokenEnd + countCommon(source.substr(tokenEnd), text.substr(position));
-        }
+        changes.push_back({gap, position, *end});
+        position = *end + gaps->getToken(gap).lexeme.size();
     }
-    if (position != text.size()) {
-        return std::nullopt;
-    }
-    return alignment;
+    return position == formatted.size();
+}
+
+std::u16string_view GapAlignment::getText(std::size_t gap) const {
+    const auto change = std::partition_point(changes.begin(), changes.end(),
+                                             [&](const Change& change) { return change.gap < gap; });
+    return change == changes.end() || change->gap != gap ? gaps->getText(gap) : getText(*change);
 }
 
 } // namespace ombrel

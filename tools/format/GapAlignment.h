@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ombrel {
@@ -15,27 +16,34 @@ namespace ombrel {
 class GapAlignment {
 public:
     /// Nothing if the text doesn't hold the same code tokens and comments in the same order. Takes linear
-    /// time. All line ends of the text are LF.
+    /// time. All line ends of the text are LF. Keeps the gaps by reference.
     static std::optional<GapAlignment> make(const GapList& gaps, std::u16string formatted);
 
-    /// What the formatter makes of a gap. Valid as long as the alignment isn't moved.
-    std::u16string_view getText(std::size_t gap) const {
-        return std::u16string_view(text).substr(places[gap].begin, places[gap].end - places[gap].begin);
-    }
-
-    /// Whether the formatter left a gap as it is in the source. If not, its text can still be the same but
-    /// for the kinds of line ends.
-    bool isUnchanged(std::size_t gap) const { return places[gap].isUnchanged; }
-
-private:
-    struct Place {
-        std::size_t begin;
+    /// A gap that the formatter doesn't leave as it is in the source. Its text can still be the same but for
+    /// the kinds of line ends.
+    struct Change {
+        std::size_t gap;
+        std::size_t begin; ///< in the formatted text
         std::size_t end;
-        bool isUnchanged;
     };
 
+    /// In ascending order.
+    const std::vector<Change>& getChanges() const { return changes; }
+
+    /// What the formatter makes of a gap. Valid as long as the alignment isn't moved.
+    std::u16string_view getText(const Change& change) const {
+        return std::u16string_view(text).substr(change.begin, change.end - change.begin);
+    }
+    std::u16string_view getText(std::size_t gap) const;
+
+private:
+    explicit GapAlignment(const GapList& gaps, std::u16string text) : gaps(&gaps), text(std::move(text)) {}
+
+    bool align();
+
+    const GapList* gaps;
     std::u16string text;
-    std::vector<Place> places;
+    std::vector<Change> changes;
 };
 
 } // namespace ombrel

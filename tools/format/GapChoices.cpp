@@ -8,23 +8,9 @@
 namespace ombrel {
 
 GapChoices::GapChoices(const GapList& gaps, const GapAlignment& formatted)
-    : gaps(gaps), formatted(formatted) {
-    choices.reserve(gaps.getCount());
-    for (std::size_t gap = 0; gap < gaps.getCount(); ++gap) {
-        const bool isSame =
-            formatted.isUnchanged(gap) || isSameText(gaps.getText(gap), formatted.getText(gap));
-        choices.push_back(isSame ? source : formatter);
-    }
-}
-
-std::u16string_view GapChoices::getText(std::size_t gap) const {
-    switch (choices[gap]) {
-    case source:
-        return gaps.getText(gap);
-    case formatter:
-        return formatted.getText(gap);
-    default:
-        return texts[choices[gap] - firstOwn];
+    : gaps(gaps), formatted(formatted), choices(gaps.getCount(), source) {
+    for (const GapAlignment::Change& change : formatted.getChanges()) {
+        set(change.gap, formatted.getText(change));
     }
 }
 
@@ -48,12 +34,16 @@ void GapChoices::chooseSource(std::size_t gap) {
 
 void GapChoices::choose(std::size_t gap, std::u16string text) {
     chosen.push_back(gap);
+    set(gap, ownTexts.emplace_back(std::move(text)));
+}
+
+void GapChoices::set(std::size_t gap, std::u16string_view text) {
     if (isSameText(gaps.getText(gap), text)) {
         choices[gap] = source;
         return;
     }
-    choices[gap] = static_cast<std::uint32_t>(texts.size()) + firstOwn;
-    texts.push_back(std::move(text));
+    texts.push_back(text);
+    choices[gap] = static_cast<std::uint32_t>(texts.size());
 }
 
 } // namespace ombrel

@@ -3,6 +3,7 @@
 #include "format/GapAlignment.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,9 @@ public:
 
     /// The chosen text. Of a gap that stays as it is in the source, it has the source's line ends; every
     /// other has LF.
-    std::u16string_view getText(std::size_t gap) const;
+    std::u16string_view getText(std::size_t gap) const {
+        return choices[gap] == source ? gaps.getText(gap) : texts[choices[gap] - 1];
+    }
 
     /// Whether the choice isn't the text that the gap has in the source.
     bool isChanged(std::size_t gap) const { return choices[gap] != source; }
@@ -34,14 +37,15 @@ public:
 
 private:
     static constexpr std::uint32_t source = 0;
-    static constexpr std::uint32_t formatter = 1;
-    static constexpr std::uint32_t firstOwn = 2;
+
+    void set(std::size_t gap, std::u16string_view text);
 
     const GapList& gaps;
     const GapAlignment& formatted;
-    std::vector<std::uint32_t> choices; ///< from firstOwn: a place in `texts`
-    std::vector<std::u16string> texts;
-    std::vector<std::size_t> chosen; ///< the gaps that a choice was made for, one for each time
+    std::vector<std::uint32_t> choices; ///< of each gap: the source's text, or which of `texts`, from 1
+    std::vector<std::u16string_view> texts;
+    std::deque<std::u16string> ownTexts; ///< those of `texts` that aren't the formatter's
+    std::vector<std::size_t> chosen;     ///< the gaps that a choice was made for, one for each time
 };
 
 } // namespace ombrel

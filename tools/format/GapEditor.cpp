@@ -11,13 +11,16 @@ namespace {
 
 /// Whether a text is whitespace, line ends, separators and whole continuations.
 bool isLayout(std::u16string_view text) {
-    for (std::size_t i = text.find_first_not_of(u" \t\r\n,;"); i != text.npos;
-         i = text.find_first_not_of(u" \t\r\n,;", i)) {
-        const std::size_t end = std::min(text.find_first_not_of(u'.', i), text.size());
-        if (end - i != 3) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == u'.') {
+            const std::size_t end = std::min(text.find_first_not_of(u'.', i), text.size());
+            if (end - i != 3) {
+                return false;
+            }
+            i = end - 1;
+        } else if (!ombrel::isLayout(text[i])) {
             return false;
         }
-        i = end;
     }
     return true;
 }
@@ -31,12 +34,8 @@ bool isInLineEnd(std::u16string_view text, std::size_t offset) {
 
 void GapEditor::enter(std::size_t next) {
     gap = next;
-    comments.clear();
+    comments = ombrel::getComments(gaps, gap);
     nextComment = 0;
-    const std::u16string_view text = gaps.getText(gap);
-    if (text.find(u'%') != text.npos || text.find(u"...") != text.npos) {
-        comments = ombrel::getComments(gaps, gap);
-    }
 }
 
 bool GapEditor::accepts(const Edit& edit) {

@@ -18,7 +18,6 @@
 #include <span>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace ombrel {
@@ -39,22 +38,11 @@ struct Section {
     std::u16string_view after;
 };
 
-/// Cuts a text at its line ends. Gives the lines with their offsets in the text.
-struct SectionLine {
-    std::size_t offset;
-    std::u16string_view content;
-    std::u16string_view end;
-};
-
-std::vector<SectionLine> splitLines(std::u16string_view text) {
-    std::vector<SectionLine> lines;
-    LineSplitter splitter(text);
-    std::size_t offset = 0;
-    while (const auto line = splitter.getNext()) {
-        lines.push_back({offset, line->content, line->end});
-        offset += line->content.size() + line->end.size();
-    }
-    return lines;
+/// The length of the whole lines that both texts start with.
+std::size_t countSameLines(std::u16string_view before, std::u16string_view after) {
+    const auto different = std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first;
+    const auto same = before.substr(0, static_cast<std::size_t>(different - before.begin()));
+    return same.find_last_of(u'\n') + 1; // 0 if there is none
 }
 
 /// Whether the second text is the first one without some of its commas and semicolons, whitespace aside.
@@ -99,103 +87,104 @@ std::vector<Block> findBlocks(std::u16string_view source, std::span<const GapCom
 class Writer {
 public:
     Writer(const GapList& gaps, const EditSelection& selection)
-        : gaps(gaps), source(gaps.getSource()), selection(selection), editor(gaps),
-          lineEndBefore(getFirstLineEnd(gaps.getSource())) {}
+        : gaps(gaps), source(gaps.getSource()), selection(selection), editor(gaps) {}
 
     void write(std::size_t gap, std::u16string_view chosen) {
-        const std::u16string_view before = gaps.getText(gap);
-        const std::size_t begin = gaps.getBegin(gap);
         editor.enter(gap);
-        const std::vector<GapComment>& comments = editor.getComments();
-        blocks = findBlocks(source, comments);
+        blocks.clear();
         nextBlock = 0;
-        if (comments.empty()) {
-            writeSection({begin, before, chosen});
-            return;
+        const Section section{gaps.getBegin(gap), gaps.getText(gap), chosen};
+        if (editor.getComments().empty()) {
+            writeSection(section);
+        } else {
+            writeBetweenComments(gap, section);
         }
-        std::vector<GapComment> commentsAfter;
-        std::u16string whole(chosen);
-        whole += gaps.getToken(gap).lexeme;
-        if (!matchGap(gaps, gap, whole, 0, &commentsAfter)) {
-            throw std::logic_error("the text chosen for a gap isn't one of that gap");
-        }
-        std::size_t doneBefore = 0;
-        std::size_t doneAfter = 0;
-        for (std::size_t i = 0; i < comments.size(); ++i) {
-            const std::size_t offset = comments[i].offset - begin;
-            writeSection({begin + doneBefore, before.substr(doneBefore, offset - doneBefore),
-                          chosen.substr(doneAfter, commentsAfter[i].offset - doneAfter)});
-            doneBefore = offset + comments[i].text.size();
-            doneAfter = commentsAfter[i].offset + comments[i].text.size();
-        }
-        writeSection({begin + doneBefore, before.substr(doneBefore), chosen.substr(doneAfter)});
     }
 
     Edits take() { return editor.take(); }
 
 private:
-    void writeSection(const Section& section) {
-        if (section.before == section.after || writeLastLine(section)) {
-            return;
+    void writeBetweenComments(std::size_t gap, const Section& whole) {
+        const std::vector<GapComment>& comments = editor.getComments();
+        blocks = findBlocks(source, comments);
+        const auto commentsAfter = findComments(gaps, gap, whole.after);
+        if (!commentsAfter) {
+            throw std::logic_error("the text chosen for a gap isn't one of that gap");
         }
-        const std::vector<SectionLine> before = splitLines(section.before);
-        const std::vector<SectionLine> after = splitLines(section.after);
-        if (!isLineByLine(before, after)) {
-            writeWhole(section, before, after);
-            return;
+        std::size_t doneBefore = 0;
+        std::size_t doneAfter = 0;
+        for (std::size_t i = 0; i < comments.size(); ++i) {
+            const std::size_t offset = comments[i].offset - whole.offset;
+            const std::size_t offsetAfter = (*commentsAfter)[i].offset;
+            writeSection({whole.offset + doneBefore, whole.before.substr(doneBefore, offset - doneBefore),
+                          whole.after.substr(doneAfter, offsetAfter - doneAfter)});
+            doneBefore = offset + comments[i].text.size();
+            doneAfter = offsetAfter + comments[i].text.size();
         }
-        for (std::size_t i = 0; i < before.size(); ++i) {
-            if (!joinsLineEnds(before, after, i)) {
-                add(section.offset + before[i].offset, before[i].content, std::u16string(after[i].content));
-            }
-        }
+        writeSection(
+            {whole.offset + doneBefore, whole.before.substr(doneBefore), whole.after.substr(doneAfter)});
     }
 
-    /// Most gaps differ in the whitespace before their code token only, and need not be cut into lines. False
-    /// if this one has another difference.
-    bool writeLastLine(const Section& section) {
-        const std::size_t start = section.before.find_last_of(u"\r\n") + 1; // 0 if there is no line end
-        const std::u16string_view before = section.before.substr(start);
-        if (section.after.substr(0, start) != section.before.substr(0, start) ||
-            countLeadingWhitespace(before) != before.size()) {
-            return false;
+    void writeSection(const Section& whole) {
+        if (whole.before == whole.after) {
+            return;
         }
-        const std::u16string_view after = section.after.substr(start);
-        if (countLeadingWhitespace(after) != after.size()) {
-            return false;
+        const std::size_t sameLines = countSameLines(whole.before, whole.after);
+        const Section section{whole.offset + sameLines, whole.before.substr(sameLines),
+                              whole.after.substr(sameLines)};
+        if (isLineByLine(section)) {
+            writeLines(section);
+        } else {
+            writeWhole(section);
         }
-        add(section.offset + start, before, std::u16string(after));
-        return true;
     }
 
     /// Whether each line changes for itself: whitespace may come and go, and separators may go. One that
     /// comes may be what takes the place of another line's.
-    static bool isLineByLine(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after) {
-        return before.size() == after.size() &&
-               std::equal(before.begin(), before.end(), after.begin(),
-                          [](const SectionLine& a, const SectionLine& b) {
-                              return losesOnlySeparators(a.content, b.content);
-                          });
+    static bool isLineByLine(const Section& section) {
+        LineSplitter before(section.before);
+        LineSplitter after(section.after);
+        for (;;) {
+            const auto a = before.getNext();
+            const auto b = after.getNext();
+            if (!a || !b) {
+                return !a && !b;
+            }
+            if (!losesOnlySeparators(a->content, b->content)) {
+                return false;
+            }
+        }
     }
 
-    static bool joinsLineEnds(const std::vector<SectionLine>& before, const std::vector<SectionLine>& after,
-                              std::size_t i) {
-        return i > 0 && before[i - 1].end == u"\r" && before[i].end == u"\n" && after[i].content.empty();
+    void writeLines(const Section& section) {
+        LineSplitter before(section.before);
+        LineSplitter after(section.after);
+        std::size_t offset = section.offset;
+        while (const auto line = before.getNext()) {
+            const std::u16string_view content = after.getNext()->content;
+            const bool joinsLineEnds =
+                content.empty() && line->end == u"\n" && source.substr(0, offset).ends_with(u'\r');
+            if (!joinsLineEnds) {
+                add(offset, line->content, content);
+            }
+            offset += line->content.size() + line->end.size();
+        }
     }
 
-    void writeWhole(const Section& section, const std::vector<SectionLine>& before,
-                    const std::vector<SectionLine>& after) {
+    void writeWhole(const Section& section) {
         std::u16string text;
         std::u16string_view end = getLineEndBefore(section.offset);
-        for (std::size_t i = 0; i < after.size(); ++i) {
-            text += after[i].content;
-            if (i + 1 == after.size()) {
-                break;
+        LineSplitter before(section.before);
+        LineSplitter after(section.after);
+        while (const auto line = after.getNext()) {
+            text += line->content;
+            const auto lineBefore = before.getNext();
+            if (lineBefore && !lineBefore->end.empty()) {
+                end = lineBefore->end;
             }
-            if (i + 1 < before.size()) {
-                end = before[i].end;
+            if (!line->end.empty()) {
+                text += text.ends_with(u'\r') && end == u"\n" ? u"\r" : end;
             }
-            text += text.ends_with(u'\r') && end == u"\n" ? u"\r" : end;
         }
         addDifference(section.offset, section.before, text);
     }
@@ -208,6 +197,8 @@ private:
             const std::size_t end = searched + last + 1;
             const std::size_t length = end > 1 && source.substr(end - 2, 2) == u"\r\n" ? 2 : 1;
             lineEndBefore = source.substr(end - length, length);
+        } else if (lineEndBefore.empty()) {
+            lineEndBefore = getFirstLineEnd(source);
         }
         searched = offset;
         return lineEndBefore;
@@ -228,14 +219,14 @@ private:
             before.remove_suffix(1);
             after.remove_suffix(1);
         }
-        add(offset + start, before, std::u16string(after));
+        add(offset + start, before, after);
     }
 
-    void add(std::size_t offset, std::u16string_view before, std::u16string after) {
+    void add(std::size_t offset, std::u16string_view before, std::u16string_view after) {
         if (before == after || !isSelected(offset, offset + before.size())) {
             return;
         }
-        editor.add({offset, before.size(), std::move(after)});
+        editor.add({offset, before.size(), std::u16string(after)});
     }
 
     /// Places come in ascending order.
@@ -269,6 +260,13 @@ Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelect
             writer.write(gap, choices.getText(gap));
         }
     }
+    return writer.take();
+}
+
+Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection,
+                std::size_t gap) {
+    Writer writer(gaps, selection);
+    writer.write(gap, choices.getText(gap));
     return writer.take();
 }
 

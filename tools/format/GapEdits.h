@@ -17,4 +17,8 @@ namespace ombrel {
 /// before. No edit makes CR and LF meet that are two line ends.
 Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection);
 
+/// Those of one gap.
+Edits makeEdits(const GapList& gaps, const GapChoices& choices, const EditSelection& selection,
+                std::size_t gap);
+
 } // namespace ombrel

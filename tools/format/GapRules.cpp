@@ -6,6 +6,7 @@
 
 #include "format/GapText.h"
 #include "format/TokenKinds.h"
+#include "format/WordGaps.h"
 #include "text/Whitespace.h"
 
 #include <ca/lexer/KeywordTypes.h>
@@ -14,7 +15,6 @@
 #include <optional>
 #include <string_view>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace ombrel {
@@ -24,55 +24,6 @@ namespace {
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 namespace keyword = ca::lexer::keyword;
-
-bool isWordCharacter(char16_t c) {
-    return (u'a' <= c && c <= u'z') || (u'A' <= c && c <= u'Z') || (u'0' <= c && c <= u'9') || c == u'_';
-}
-
-/// Whether two tokens with nothing between them would be read as others.
-bool mayNotTouch(const Token& first, const Token& second) {
-    if (first.lexeme.empty() || second.lexeme.empty()) {
-        return false;
-    }
-    const char16_t last = first.lexeme.back();
-    const char16_t next = second.lexeme.front();
-    const bool isAfterWord = isWordCharacter(last);
-    if (isAfterWord && (isWordCharacter(next) || (isNumber(second) && next == u'.'))) {
-        return true;
-    }
-    if (isNumber(first) && last == u'.') { // the dot would go over to the operator
-        return isWordCharacter(next) ||
-               std::u16string_view(u"*/\\^'.").find(next) != std::u16string_view::npos;
-    }
-    if (second.type == TokenType::CharacterLiteral) { // would be a transpose
-        return isAfterWord || endsOperand(first);
-    }
-    if (second.type == TokenType::At) { // would be a superclass's method
-        return isAfterWord;
-    }
-    return (last == u'"' && next == u'"') || (next == u'=' && (last == u'~' || last == u'=' || last == u'<'));
-}
-
-/// `a .b` is the field of a value, and `a.b` a name with a dot in it.
-bool joinsField(const GapList& gaps, std::size_t gap) {
-    const Token& next = gaps.getToken(gap);
-    if (next.type == TokenType::Dot) {
-        return isName(gaps.getToken(gap - 1)) && isName(gaps.getToken(gap + 1));
-    }
-    return gaps.getToken(gap - 1).type == TokenType::Dot && gap >= 2 && isName(gaps.getToken(gap - 2)) &&
-           isName(next) && gaps.getText(gap - 1).empty();
-}
-
-/// Words, quotes and dots that would run together get a space.
-std::u16string separate(const GapList& gaps, std::size_t gap, std::u16string text) {
-    const Token& previous = gaps.getToken(gap - 1);
-    const bool isLost = text.empty() && !gaps.getText(gap).empty();
-    if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsField(gaps, gap))) {
-        return u" ";
-    }
-    const bool wouldHaveFourDots = previous.lexeme.ends_with(u'.') || previous.type == TokenType::CommandWord;
-    return text.starts_with(u"...") && wouldHaveFourDots ? u" " + text : text;
-}
 
 /// Whether a command's word has a quote that nothing on its line closes: what is joined to its line could.
 bool hasUnclosedQuote(std::u16string_view word) {
@@ -134,7 +85,7 @@ private:
     std::u16string getChosen(std::size_t gap) const { return getLayout(gaps, gap, choices.getText(gap)); }
 
     void keep(std::size_t gap) {
-        choices.choose(gap, separate(gaps, gap, getKeptText(gaps, gap, input.isTrimming)));
+        choices.choose(gap, keepApart(gaps, gap, getKeptText(gaps, gap, input.isTrimming)));
     }
     void doNotBreak(std::size_t gap) { choices.choose(gap, getConservativeText(input, gap)); }
 
@@ -158,7 +109,7 @@ private:
         }
         const std::u16string_view text = choices.getText(gap);
         if (text.empty() || text.starts_with(u"...")) {
-            choices.choose(gap, separate(gaps, gap, std::u16string(text)));
+            choices.choose(gap, keepApart(gaps, gap, std::u16string(text)));
         }
     }
 
@@ -311,9 +262,9 @@ private:
     /// breaking the operators after it would serve nothing.
     void settle(std::size_t gap) {
         while (nextRowEnd < rowEnds.size() && rowEnds[nextRowEnd] < gap) {
-            unitWithRows = syntax.getUnit(rowEnds[nextRowEnd++]);
+            endOfUnitWithRows = syntax.getUnitEnd(syntax.getUnit(rowEnds[nextRowEnd++]));
         }
-        if (unitWithRows && syntax.getUnit(gap) == *unitWithRows && breaksOperator(gap)) {
+        if (gap < endOfUnitWithRows && breaksOperator(gap)) {
             choices.choose(gap, u" ");
         }
     }
@@ -390,7 +341,7 @@ private:
     std::size_t nextWord = 0;    ///< the first token that wasn't looked at for unclosed quotes
     bool isWordUnclosed = false; ///< of the command that it may belong to
     std::size_t nextRowEnd = 0;
-    std::optional<std::size_t> unitWithRows; ///< the unit of the row ends before a gap
+    std::size_t endOfUnitWithRows = 0; ///< the unit of the last row end before a gap
 };
 
 } // namespace
@@ -400,15 +351,18 @@ void repairGaps(const GapRuleInput& input, GapChoices& choices) {
 }
 
 std::u16string getConservativeText(const GapRuleInput& input, std::size_t gap) {
-    const std::u16string source = getLayout(input.gaps, gap, input.gaps.getText(gap));
+    const std::u16string_view text = input.gaps.getText(gap);
+    if (countLeadingWhitespace(text) == text.size()) { // has nothing to break or to join
+        return input.isTrimming && !text.empty() ? u" " : std::u16string(text);
+    }
+    const std::u16string separators = getSeparators(getLayout(input.gaps, gap, text));
     if (const GapAlignment* unbroken = input.getUnbroken()) {
-        const std::u16string_view text = unbroken->getText(gap);
-        if (getSeparators(getLayout(input.gaps, gap, text)) == getSeparators(source)) {
-            return gap == 0 ? std::u16string(text) : separate(input.gaps, gap, std::u16string(text));
+        const std::u16string_view formatted = unbroken->getText(gap);
+        if (getSeparators(getLayout(input.gaps, gap, formatted)) == separators) {
+            return keepApart(input.gaps, gap, std::u16string(formatted));
         }
     }
-    std::u16string kept = getKeptText(input.gaps, gap, input.isTrimming);
-    return gap == 0 ? kept : separate(input.gaps, gap, std::move(kept));
+    return keepApart(input.gaps, gap, getKeptText(input.gaps, gap, input.isTrimming));
 }
 
 } // namespace ombrel

@@ -34,9 +34,9 @@ struct GapRuleInput {
 /// The rules know what the formatter is known to do. Whether the program stays the same is not theirs to say.
 void repairGaps(const GapRuleInput& input, GapChoices& choices);
 
-/// The gap without new line breaks: as the formatter writes it when it neither breaks nor joins lines if that
-/// has the separators of the source, and else as it is in the source, without the whitespace that trimming
-/// takes out.
+/// The gap without new line breaks. If it is nothing but whitespace, at most a space when trimming; otherwise
+/// as the formatter writes it when it neither breaks nor joins lines if that has the separators of the
+/// source, and else as it is in the source, without the whitespace that trimming takes out.
 std::u16string getConservativeText(const GapRuleInput& input, std::size_t gap);
 
 } // namespace ombrel

@@ -1,5 +1,6 @@
 #include "format/GapText.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace ombrel {
@@ -10,12 +11,15 @@ using ca::lexer::Token;
 using ca::lexer::TokenType;
 
 void appendNormalized(std::u16string& result, std::u16string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != u'\r') {
-            result += text[i];
-        } else if (i + 1 == text.size() || text[i + 1] != u'\n') {
-            result += u'\n';
+    for (;;) {
+        const std::size_t length = std::min(text.find(u'\r'), text.size());
+        result += text.substr(0, length);
+        text.remove_prefix(length);
+        if (text.empty()) {
+            return;
         }
+        result += u'\n';
+        text.remove_prefix(text.starts_with(u"\r\n") ? 2 : 1);
     }
 }
 
@@ -31,12 +35,9 @@ std::u16string getLayout(const GapList& gaps, std::size_t gap, std::u16string_vi
         appendNormalized(layout, text);
         return layout;
     }
-    std::vector<GapComment> comments;
-    std::u16string whole(text);
-    whole += gaps.getToken(gap).lexeme;
-    matchGap(gaps, gap, whole, 0, &comments);
+    const auto comments = findComments(gaps, gap, text);
     std::size_t done = 0;
-    for (const GapComment& comment : comments) {
+    for (const GapComment& comment : comments.value()) {
         appendNormalized(layout, text.substr(done, comment.offset - done));
         layout += u'%';
         done = comment.offset + comment.text.size();

@@ -27,6 +27,7 @@ Pairing::Pairing(const Marks& before, const Marks& after, const Edits& edits,
     auto edit = edits.begin();
     std::size_t shift = 0; // may wrap around: only sums are looked at
     std::size_t next = 0;
+    numbers.reserve(after.getCount());
     for (std::size_t i = 0; i < before.getCount(); ++i) {
         for (; edit != edits.end() && edit->offset + edit->length <= before.getPosition(i); ++edit) {
             shift += edit->text.size() - edit->length;

@@ -14,7 +14,7 @@ using ca::lexer::TokenType;
 
 bool isMark(const Token& token) {
     const bool isSeparator = token.type == TokenType::Semicolon || token.type == TokenType::Comma;
-    return token.isComment() || (!token.isWhitespace() && !isSeparator);
+    return !isSeparator && (!token.isWhitespace() || token.isComment());
 }
 
 TokenType getCommentType(const Token& token) {
@@ -32,6 +32,9 @@ std::size_t getIndentation(const Token& token) {
 }
 
 bool isSame(const Token& a, const Token& b) {
+    if (a.type == b.type && a.lexeme == b.lexeme) {
+        return true;
+    }
     if (a.isComment() && b.isComment()) {
         return getCommentType(a) == getCommentType(b) && getCommentText(a) == getCommentText(b);
     }
@@ -40,6 +43,7 @@ bool isSame(const Token& a, const Token& b) {
 
 Marks::Marks(const std::vector<Token>& tokens) {
     std::size_t position = 0;
+    marks.reserve(tokens.size() / 2 + 1);
     for (const Token& token : tokens) {
         if (isMark(token)) {
             marks.push_back({&token, position + getIndentation(token)});
@@ -48,16 +52,12 @@ Marks::Marks(const std::vector<Token>& tokens) {
     }
 }
 
-std::size_t Marks::find(const SyntaxNode& node) const {
-    return getNumber(std::partition_point(marks.begin(), marks.end(),
-                                          [&](const Mark& mark) { return mark.position < node.position; }));
-}
-
 std::size_t Marks::find(const ca::SyntaxError& error) const {
     const auto isBefore = [&](const Mark& mark) {
         return std::pair(mark.token->line, mark.token->column) < std::pair(error.line, error.column);
     };
-    return getNumber(std::partition_point(marks.begin(), marks.end(), isBefore));
+    return static_cast<std::size_t>(std::partition_point(marks.begin(), marks.end(), isBefore) -
+                                    marks.begin());
 }
 
 } // namespace ombrel

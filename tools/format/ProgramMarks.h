@@ -1,5 +1,7 @@
 #pragma once
 
+#include "format/PlaceSearch.h"
+
 #include <ca/SyntaxError.h>
 #include <ca/astapi/CA.h>
 #include <ca/lexer/Token.h>
@@ -33,10 +35,13 @@ public:
     const ca::lexer::Token& operator[](std::size_t i) const { return *marks[i].token; }
 
     /// Offset in the text, 16-bit characters from 0.
-    std::size_t getPosition(std::size_t i) const { return marks[i].position; }
+    std::size_t getPosition(std::size_t i) const { return marks[i].offset; }
 
-    /// The first mark at a node's first character or after it.
-    std::size_t find(const SyntaxNode& node) const;
+    /// The first mark at a node's first character or after it. Quick if it comes soon after the
+    /// mark `hint`.
+    std::size_t find(const SyntaxNode& node, std::size_t hint) const {
+        return findPlace(marks, node.position, hint);
+    }
 
     /// The first mark at the place of an error or after it.
     std::size_t find(const ca::SyntaxError& error) const;
@@ -44,12 +49,8 @@ public:
 private:
     struct Mark {
         const ca::lexer::Token* token;
-        std::size_t position;
+        std::size_t offset;
     };
-
-    std::size_t getNumber(std::vector<Mark>::const_iterator mark) const {
-        return static_cast<std::size_t>(mark - marks.begin());
-    }
 
     std::vector<Mark> marks;
 };

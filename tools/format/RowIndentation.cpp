@@ -1,5 +1,6 @@
 #include "format/RowIndentation.h"
 
+#include "format/GapEdits.h"
 #include "text/LineSplitter.h"
 #include "text/Whitespace.h"
 
@@ -72,8 +73,8 @@ std::optional<std::u16string> moveLines(std::u16string_view source, std::u16stri
 
 class RowMover {
 public:
-    RowMover(const GapRuleInput& input, const std::function<Edits()>& makeEdits, GapChoices& choices)
-        : gaps(input.gaps), syntax(input.syntax), makeEdits(makeEdits), choices(choices) {}
+    RowMover(const GapRuleInput& input, const EditSelection& selection, GapChoices& choices)
+        : gaps(input.gaps), syntax(input.syntax), selection(selection), choices(choices) {}
 
     void run() {
         std::size_t unit = gaps.getCount();
@@ -96,20 +97,16 @@ private:
     std::optional<Move> findMove(std::size_t unit) {
         const auto before = getLineStart(gaps.getText(unit), unit == 0);
         const auto after = getLineStart(choices.getText(unit), unit == 0);
-        if (!before || !after || *before == *after || !isEdited(gaps.getEnd(unit), before->size())) {
+        if (!before || !after || *before == *after || !isEdited(unit, before->size())) {
             return std::nullopt;
         }
         return Move{std::u16string(*before), std::u16string(*after)};
     }
 
     /// Whether an edit changes the line's start of this length before a token.
-    bool isEdited(std::size_t token, std::size_t length) {
-        if (!edits) {
-            edits = makeEdits();
-        }
-        const auto next = std::partition_point(edits->begin(), edits->end(),
-                                               [&](const Edit& edit) { return edit.offset <= token; });
-        return next != edits->begin() && (next - 1)->getEnd() + length >= token;
+    bool isEdited(std::size_t token, std::size_t length) const {
+        const Edits edits = makeEdits(gaps, choices, selection, token);
+        return !edits.empty() && edits.back().getEnd() + length >= gaps.getEnd(token);
     }
 
     void moveGap(std::size_t gap, const Move& move) {
@@ -123,15 +120,14 @@ private:
 
     const GapList& gaps;
     const SyntaxContext& syntax;
-    const std::function<Edits()>& makeEdits;
-    std::optional<Edits> edits; ///< without any row moved
+    const EditSelection& selection;
     GapChoices& choices;
 };
 
 } // namespace
 
-void moveRows(const GapRuleInput& input, const std::function<Edits()>& makeEdits, GapChoices& choices) {
-    RowMover(input, makeEdits, choices).run();
+void moveRows(const GapRuleInput& input, const EditSelection& selection, GapChoices& choices) {
+    RowMover(input, selection, choices).run();
 }
 
 } // namespace ombrel

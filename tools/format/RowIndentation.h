@@ -1,9 +1,7 @@
 #pragma once
 
+#include "format/EditSelection.h"
 #include "format/GapRules.h"
-#include "text/Edit.h"
-
-#include <functional>
 
 namespace ombrel {
 
@@ -15,9 +13,8 @@ namespace ombrel {
 ///          3 4];      →              3 4];
 ///     end                   end
 ///
-/// `makeEdits` makes the edits that the choices come to, and is called if rows may move: where the line of a
-/// statement isn't edited, or starts with something else, its rows stay. A row that would have to go to the
-/// left of the first column starts there.
-void moveRows(const GapRuleInput& input, const std::function<Edits()>& makeEdits, GapChoices& choices);
+/// Where the selection keeps the line of a statement from being edited, or where it starts with something
+/// else, its rows stay. A row that would have to go to the left of the first column starts there.
+void moveRows(const GapRuleInput& input, const EditSelection& selection, GapChoices& choices);
 
 } // namespace ombrel

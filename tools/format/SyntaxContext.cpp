@@ -1,5 +1,7 @@
 #include "format/SyntaxContext.h"
 
+#include "format/TokenKinds.h"
+
 #include <ca/lexer/KeywordTypes.h>
 #include <lf/astapi/visitFields.h>
 
@@ -54,7 +56,7 @@ public:
         const bool areStatements = isListOfStatements(name);
         for (const SyntaxNode* node : nodes) {
             if (areStatements) {
-                set(gaps.find(node->position), statementStart);
+                set(*node, statementStart);
             }
             child(name, node);
         }
@@ -74,16 +76,18 @@ public:
     }
 
 private:
-    void set(std::size_t token, Flag flag) { flags[token] |= flag; }
+    std::size_t find(const SyntaxNode& node) { return last = gaps.find(node.position, last); }
+
+    void set(const SyntaxNode& node, Flag flag) { flags[find(node)] |= flag; }
 
     void look(const SyntaxNode& node) {
         if (node.kind == NodeKind::MatrixLiteral || node.kind == NodeKind::CellLiteral) {
-            set(gaps.find(node.position), literalOpening);
+            set(node, literalOpening);
         } else if (node.kind == NodeKind::TokenLeaf2) {
-            set(gaps.find(node.position), elementInGap);
+            set(node, elementInGap);
         } else if (node.kind == NodeKind::UnaryOperation) {
             // of a postfix operator this is the operand, of which nobody asks
-            set(gaps.find(node.position), prefix);
+            set(node, prefix);
         } else if (node.kind == NodeKind::BinaryOperation) {
             lookAtOperation(lf::astapi::as<lf::astapi::BinaryOperation>(node));
         }
@@ -91,48 +95,30 @@ private:
 
     void lookAtOperation(const lf::astapi::BinaryOperation<CA>& node) {
         if (node.operatorNumber == superclassOperator) {
-            set(gaps.find(node.right->position) - 1, superclassAt);
+            flags[find(*node.right) - 1] |= superclassAt;
         }
     }
 
     const GapList& gaps;
     std::vector<std::uint8_t>& flags;
     std::vector<const SyntaxNode*> work;
+    std::size_t last = 0; ///< the token that was found last
 };
 
 SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flags(gaps.getCount()) {
     Walk(gaps, flags).visitTree(root);
-    findLiterals(gaps);
-    findUnits(gaps);
-}
-
-void SyntaxContext::findLiterals(const GapList& gaps) {
-    std::vector<std::size_t> open;
+    std::vector<std::size_t> open; // brackets; `none` for those that don't open a literal
     literals.reserve(gaps.getCount());
     for (std::size_t token = 0; token < gaps.getCount(); ++token) {
+        const ca::lexer::Token& own = gaps.getToken(token);
         literals.push_back(open.empty() ? none : open.back());
-        switch (gaps.getToken(token).type) {
-        case TokenType::OpenParenthesis:
-        case TokenType::OpenSquareBracket:
-        case TokenType::OpenBrace:
+        if (isOpening(own)) {
             open.push_back(has(token, literalOpening) ? token : none);
-            break;
-        case TokenType::CloseParenthesis:
-        case TokenType::CloseSquareBracket:
-        case TokenType::CloseBrace:
-            open.empty() ? void() : open.pop_back();
-            break;
-        default:
-            break;
+        } else if (isClosing(own) && !open.empty()) {
+            open.pop_back();
         }
-    }
-}
-
-void SyntaxContext::findUnits(const GapList& gaps) {
-    for (std::size_t token = 0; token < gaps.getCount(); ++token) {
-        const TokenType type = gaps.getToken(token).type;
-        if (token == 0 || has(token, statementStart) || isWordOfBlock(type) ||
-            type == TokenType::EndOfInput) {
+        if (token == 0 || has(token, statementStart) || isWordOfBlock(own.type) ||
+            own.type == TokenType::EndOfInput) {
             units.push_back(token);
         }
     }

@@ -59,8 +59,6 @@ private:
     bool has(std::size_t token, Flag flag) const { return (flags[token] & flag) != 0; }
 
     class Walk;
-    void findLiterals(const GapList& gaps);
-    void findUnits(const GapList& gaps);
 
     std::vector<std::uint8_t> flags;
     std::vector<std::size_t> literals;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 namespace ombrel {
 
@@ -18,44 +17,45 @@ using Validation = lf::astapi::ValidationSpec<CA>;
 
 /// A field of a node, or one element of a field that is a list.
 struct Part {
-    enum class Kind { Child, Element, ListEnd, Number, Text };
+    enum class Kind : std::uint8_t { Child, Element, ListEnd, Number, Text };
 
     Kind kind;
-    const SyntaxNode* owner;
-    const SyntaxNode* child = nullptr; ///< null for an optional child that is absent
     std::int32_t number = 0;
+    const SyntaxNode* child = nullptr; ///< null for an optional child that is absent
+    std::size_t mark = 0;              ///< of the child, in the text before
+    std::size_t ownMark = 0;           ///< of the child, in the text that it is in
     std::u16string_view text = {};
 };
 
-bool hasChild(const Part& part) {
-    return part.child != nullptr;
+bool isElement(const Part& part) {
+    return part.kind == Part::Kind::Element;
 }
 
 /// Collects the parts of one node in order. Nodes of one kind have the same parts up to the first list whose
 /// lengths differ, and there one has a list's end where the other has an element.
 class PartCollector {
 public:
-    PartCollector(const SyntaxNode& owner, std::vector<Part>& parts) : owner(&owner), parts(parts) {}
+    /// `mark` is the one of the node. Without a pairing, the text is the one before.
+    PartCollector(std::vector<Part>& parts, const Marks& marks, std::size_t mark, const Pairing* pairing)
+        : parts(parts), marks(marks), lastMark(mark), pairing(pairing) {}
 
-    void child(const char*, const SyntaxNode* node) { parts.push_back({Part::Kind::Child, owner, node}); }
+    void child(const char*, const SyntaxNode* node) { add(Part::Kind::Child, node); }
 
     void list(const char*, const SyntaxList& nodes) {
         for (const SyntaxNode* node : nodes) {
-            parts.push_back({Part::Kind::Element, owner, node});
+            add(Part::Kind::Element, node);
         }
-        parts.push_back({Part::Kind::ListEnd, owner});
+        parts.push_back({Part::Kind::ListEnd});
     }
 
     void words(const char* name, const SyntaxList& nodes) { list(name, nodes); }
 
-    void number(const char*, std::int32_t value) {
-        parts.push_back({Part::Kind::Number, owner, nullptr, value});
-    }
+    void number(const char*, std::int32_t value) { parts.push_back({Part::Kind::Number, value}); }
 
     void flag(const char* name, bool value) { number(name, value ? 1 : 0); }
 
     void text(const char*, std::u16string_view value) {
-        parts.push_back({Part::Kind::Text, owner, nullptr, 0, value});
+        parts.push_back({Part::Kind::Text, 0, nullptr, 0, 0, value});
     }
 
     void validation(const char* name, const Validation* spec) {
@@ -68,8 +68,20 @@ public:
     }
 
 private:
-    const SyntaxNode* owner;
+    void add(Part::Kind kind, const SyntaxNode* node) {
+        if (node == nullptr) {
+            parts.push_back({kind});
+            return;
+        }
+        lastMark = marks.find(*node, lastMark);
+        const std::size_t mark = pairing == nullptr ? lastMark : pairing->getBefore(lastMark);
+        parts.push_back({kind, 0, node, mark, lastMark});
+    }
+
     std::vector<Part>& parts;
+    const Marks& marks;
+    std::size_t lastMark; ///< the one that was found last
+    const Pairing* pairing;
 };
 
 class TreeComparison {
@@ -79,12 +91,16 @@ public:
         : before(before), after(after), pairing(pairing), differences(differences) {}
 
     void run() {
-        expand(before.root, after.root);
+        work.push_back({&before.root, &after.root});
         while (!work.empty()) {
-            const auto [a, b] = work.back();
+            const Pair pair = work.back();
             work.pop_back();
-            if (isSame(a, b) && hasChild(a)) {
-                expand(*a.child, *b.child);
+            if (pair.after == nullptr) {
+                add({Kind::NodeTaken, pair.markBefore, pair.before, pair.owner});
+            } else if (pair.before == nullptr) {
+                add({Kind::NodeAdded, pair.markBefore, pair.after, pair.owner});
+            } else {
+                compareParts(pair);
             }
         }
     }
@@ -92,81 +108,74 @@ public:
 private:
     using Kind = Difference::Kind;
 
-    std::size_t findBefore(const SyntaxNode& node) const { return before.marks.find(node); }
-    std::size_t findAfter(const SyntaxNode& node) const { return pairing.getBefore(after.marks.find(node)); }
+    /// Two nodes that are the same but for their parts, or a node that has no partner.
+    struct Pair {
+        const SyntaxNode* before;
+        const SyntaxNode* after;
+        std::size_t markBefore = 0;
+        std::size_t markAfter = 0;         ///< if there are both
+        const SyntaxNode* owner = nullptr; ///< if there is only one
+    };
 
-    void expand(const SyntaxNode& a, const SyntaxNode& b) {
+    void compareParts(const Pair& nodes) {
         beforeParts.clear();
         afterParts.clear();
-        lf::astapi::visitFields(a, PartCollector(a, beforeParts));
-        lf::astapi::visitFields(b, PartCollector(b, afterParts));
+        lf::astapi::visitFields(*nodes.before,
+                                PartCollector(beforeParts, before.marks, nodes.markBefore, nullptr));
+        lf::astapi::visitFields(*nodes.after,
+                                PartCollector(afterParts, after.marks, nodes.markAfter, &pairing));
         const std::size_t start = work.size();
-        pairParts();
+        pairParts(nodes);
         std::reverse(work.begin() + static_cast<std::ptrdiff_t>(start), work.end());
     }
 
-    /// An element that one list has and the other hasn't gets an absent one as its partner.
-    void pairParts() {
+    void pairParts(const Pair& nodes) {
         auto b = afterParts.begin();
         for (const Part& a : beforeParts) {
-            while (b != afterParts.end() && b->kind == Part::Kind::Element && isBefore(*b, a)) {
-                work.emplace_back(Part{Part::Kind::Element, a.owner}, *b++);
+            for (; b != afterParts.end() && isElement(*b) && (!isElement(a) || b->mark < a.mark); ++b) {
+                work.push_back({nullptr, b->child, b->mark, 0, nodes.after});
             }
-            const bool isLonger =
-                a.kind == Part::Kind::Element &&
-                (b == afterParts.end() || b->kind != Part::Kind::Element || isBefore(a, *b));
-            if (isLonger) {
-                work.emplace_back(a, Part{Part::Kind::Element, a.owner});
+            if (isElement(a) && (b == afterParts.end() || !isElement(*b) || a.mark < b->mark)) {
+                work.push_back({a.child, nullptr, a.mark, 0, nodes.before});
             } else if (b != afterParts.end()) {
-                work.emplace_back(a, *b++);
+                compare(a, *b++, nodes);
             }
         }
     }
 
-    bool isBefore(const Part& a, const Part& b) const {
-        if (b.kind != Part::Kind::Element) {
-            return true;
+    void compare(const Part& a, const Part& b, const Pair& nodes) {
+        if (a.child != nullptr && b.child != nullptr) {
+            compareChildren(a, b);
+        } else if (a.child != nullptr) {
+            work.push_back({a.child, nullptr, a.mark, 0, nodes.before});
+        } else if (b.child != nullptr) {
+            work.push_back({nullptr, b.child, b.mark, 0, nodes.after});
+        } else if (a.kind != b.kind || a.number != b.number || a.text != b.text) {
+            add({Kind::NodeChanged, nodes.markBefore, nodes.before});
         }
-        return a.owner == beforeParts.front().owner ? findBefore(*a.child) < findAfter(*b.child)
-                                                    : findAfter(*a.child) < findBefore(*b.child);
     }
 
-    bool isSame(const Part& a, const Part& b) {
-        if (hasChild(a) && hasChild(b)) {
-            return isSameNode(*a.child, *b.child);
+    void compareChildren(const Part& a, const Part& b) {
+        if (a.child->kind != b.child->kind) {
+            add({Kind::NodeTurned, a.mark, a.child, b.child});
+        } else if (a.mark != b.mark || isOtherSeparator(*a.child, *b.child)) {
+            add({Kind::NodeChanged, a.mark, a.child});
+        } else {
+            work.push_back({a.child, b.child, a.ownMark, b.ownMark});
         }
-        if (hasChild(a)) {
-            return fail({Kind::NodeTaken, findBefore(*a.child), a.child, a.owner});
-        }
-        if (hasChild(b)) {
-            return fail({Kind::NodeAdded, findAfter(*b.child), b.child, b.owner});
-        }
-        if (a.kind != b.kind || a.number != b.number || a.text != b.text) {
-            return fail({Kind::NodeChanged, findBefore(*a.owner), a.owner});
-        }
-        return true;
     }
 
-    bool isSameNode(const SyntaxNode& a, const SyntaxNode& b) {
-        const std::size_t mark = findBefore(a);
-        if (a.kind != b.kind) {
-            return fail({Kind::NodeTurned, mark, &a, &b});
-        }
-        const bool isOtherSeparator =
-            a.kind == NodeKind::TokenLeaf2 && before.text[a.position] != after.text[b.position];
-        return (mark == findAfter(b) && !isOtherSeparator) || fail({Kind::NodeChanged, mark, &a});
+    bool isOtherSeparator(const SyntaxNode& a, const SyntaxNode& b) const {
+        return a.kind == NodeKind::TokenLeaf2 && before.text[a.position] != after.text[b.position];
     }
 
-    bool fail(Difference difference) {
-        differences.push_back(difference);
-        return false;
-    }
+    void add(Difference difference) { differences.push_back(difference); }
 
     const MarkedTree& before;
     const MarkedTree& after;
     const Pairing& pairing;
     std::vector<Difference>& differences;
-    std::vector<std::pair<Part, Part>> work;
+    std::vector<Pair> work;
     std::vector<Part> beforeParts;
     std::vector<Part> afterParts;
 };

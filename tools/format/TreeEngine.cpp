@@ -105,8 +105,7 @@ private:
                                  [&] { return getUnbroken(alignment); }};
         repairGaps(input, choices);
         if (options.config == options.unbrokenConfig) { // else lines would be broken in another way next time
-            moveRows(
-                input, [&] { return makeEdits(gaps, choices, selection); }, choices);
+            moveRows(input, selection, choices);
         }
         Escalation escalation(input, choices);
         for (int round = 1;; ++round) {

@@ -36,8 +36,8 @@ std::size_t findLineEnd(std::string_view text, std::size_t offset) {
 
 /// Whole lines that are replaced by others.
 struct Change {
-    std::size_t begin; ///< offset in the text before
-    std::size_t end;   ///< after the last line; the same if lines are only added
+    std::size_t begin = 0; ///< offset in the text before
+    std::size_t end = 0;   ///< after the last line; the same if lines are only added
     std::string after;
 };
 
@@ -65,26 +65,38 @@ void removeCommonLines(std::string_view text, Change& change) {
     }
 }
 
+/// Whether an edit can leave whole lines as they are.
+bool hasLineEnd(std::string_view text, const ByteEdit& edit) {
+    return text.substr(edit.offset, edit.length).find('\n') != text.npos ||
+           edit.text.find('\n') != edit.text.npos;
+}
+
 /// What the edits do to lines, in order. Changes that follow each other directly are one.
 std::vector<Change> makeChanges(std::string_view text, const std::vector<ByteEdit>& edits) {
     std::vector<Change> changes;
+    Change change;
     for (auto edit = edits.begin(); edit != edits.end();) {
-        Change change{findLineStart(text, edit->offset), 0, {}};
+        change.begin = findLineStart(text, edit->offset);
+        change.after.clear();
         std::size_t done = change.begin;
+        bool hasLineEnds = false;
         do {
             change.after.append(text, done, edit->offset - done).append(edit->text);
+            hasLineEnds = hasLineEnds || hasLineEnd(text, *edit);
             done = edit->offset + edit->length;
             change.end = findLineEnd(text, done);
             ++edit;
         } while (edit != edits.end() &&
                  (edit->offset < change.end || !text.substr(0, change.end).ends_with('\n')));
         change.after.append(text, done, change.end - done);
-        removeCommonLines(text, change);
+        if (hasLineEnds) {
+            removeCommonLines(text, change);
+        }
         if (!changes.empty() && changes.back().end == change.begin) {
             changes.back().end = change.end;
             changes.back().after += change.after;
         } else {
-            changes.push_back(std::move(change));
+            changes.push_back(change);
         }
     }
     return changes;
@@ -184,15 +196,18 @@ private:
     }
 
     void printLines(std::string_view paint, char mark, std::string_view lines) {
-        for (; !lines.empty(); lines.remove_prefix(findLineEnd(lines, 0))) {
-            const std::string_view line = lines.substr(0, findLineEnd(lines, 0));
-            const bool hasEnd = line.ends_with('\n');
-            const bool isPainted = isColored && !paint.empty();
-            result.append(isPainted ? paint : "").append(1, mark);
-            const std::string_view content = line.substr(0, line.size() - (hasEnd ? 1 : 0));
-            result.append(isPainted ? showWhitespace(content) : std::string(content));
-            result += isPainted ? "\033[0m\n" : "\n";
+        const bool isPainted = isColored && !paint.empty();
+        while (!lines.empty()) {
+            const std::size_t length = findLineEnd(lines, 0);
+            const bool hasEnd = lines[length - 1] == '\n';
+            const std::string_view content = lines.substr(0, length - (hasEnd ? 1 : 0));
+            if (isPainted) {
+                result.append(paint).append(1, mark).append(showWhitespace(content)).append("\033[0m\n");
+            } else {
+                result.append(1, mark).append(content).append(1, '\n');
+            }
             result += hasEnd ? "" : "\\ No newline at end of file\n";
+            lines.remove_prefix(length);
         }
     }
 

@@ -3,6 +3,9 @@
 #include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace ombrel {
 
 namespace {
@@ -24,6 +27,10 @@ public:
 
     /// The place in bytes of an offset, which isn't before the last one.
     std::size_t moveTo(std::size_t offset) {
+        while (units + sizeof(std::uint64_t) <= offset && isAsciiAhead()) {
+            position += sizeof(std::uint64_t);
+            units += sizeof(std::uint64_t);
+        }
         while (units < offset) {
             units += getUnitCount(bytes[position]);
             ++position;
@@ -35,6 +42,16 @@ public:
     }
 
 private:
+    /// Whether the next eight bytes are a character each.
+    bool isAsciiAhead() const {
+        std::uint64_t word = 0;
+        if (bytes.size() - position < sizeof(word)) {
+            return false;
+        }
+        std::memcpy(&word, bytes.data() + position, sizeof(word));
+        return (word & 0x8080'8080'8080'8080) == 0;
+    }
+
     std::string_view bytes;
     std::size_t position;  ///< in bytes
     std::size_t units = 0; ///< the same place in 16-bit characters

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "text/Whitespace.h"
+
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -21,8 +24,9 @@ public:
         if (isDone) {
             return std::nullopt;
         }
-        const std::size_t length = rest.find_first_of(u"\r\n");
-        if (length == std::u16string_view::npos) {
+        const auto end = std::find_if(rest.begin(), rest.end(), isLineEnd);
+        const auto length = static_cast<std::size_t>(end - rest.begin());
+        if (end == rest.end()) {
             isDone = true;
             return Line{rest, {}};
         }

@@ -1,0 +1,67 @@
+#include "format/WordGaps.h"
+
+#include "format/TokenKinds.h"
+
+#include <string_view>
+
+namespace ombrel {
+
+namespace {
+
+using ca::lexer::Token;
+using ca::lexer::TokenType;
+
+bool isWordCharacter(char16_t c) {
+    return (u'a' <= c && c <= u'z') || (u'A' <= c && c <= u'Z') || (u'0' <= c && c <= u'9') || c == u'_';
+}
+
+/// Whether two tokens with nothing between them would be read as others.
+bool mayNotTouch(const Token& first, const Token& second) {
+    if (first.lexeme.empty() || second.lexeme.empty()) {
+        return false;
+    }
+    const char16_t last = first.lexeme.back();
+    const char16_t next = second.lexeme.front();
+    const bool isAfterWord = isWordCharacter(last);
+    if (isAfterWord && (isWordCharacter(next) || (isNumber(second) && next == u'.'))) {
+        return true;
+    }
+    if (isNumber(first) && last == u'.') { // the dot would go over to the operator
+        return isWordCharacter(next) ||
+               std::u16string_view(u"*/\\^'.").find(next) != std::u16string_view::npos;
+    }
+    if (second.type == TokenType::CharacterLiteral) { // would be a transpose
+        return isAfterWord || endsOperand(first);
+    }
+    if (second.type == TokenType::At) { // would be a superclass's method
+        return isAfterWord;
+    }
+    return (last == u'"' && next == u'"') || (next == u'=' && (last == u'~' || last == u'=' || last == u'<'));
+}
+
+/// `a .b` is the field of a value, and `a.b` a name with a dot in it.
+bool joinsField(const GapList& gaps, std::size_t gap) {
+    const Token& next = gaps.getToken(gap);
+    if (next.type == TokenType::Dot) {
+        return isName(gaps.getToken(gap - 1)) && isName(gaps.getToken(gap + 1));
+    }
+    return gaps.getToken(gap - 1).type == TokenType::Dot && gap >= 2 && isName(gaps.getToken(gap - 2)) &&
+           isName(next) && gaps.getText(gap - 1).empty();
+}
+
+} // namespace
+
+std::u16string keepApart(const GapList& gaps, std::size_t gap, std::u16string text) {
+    if (gap == 0) {
+        return text;
+    }
+    const Token& previous = gaps.getToken(gap - 1);
+    const bool isLost = text.empty() && !gaps.getText(gap).empty();
+    if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsField(gaps, gap))) {
+        return u" ";
+    }
+    const bool wouldHaveFourDots = previous.lexeme.ends_with(u'.') || previous.type == TokenType::CommandWord;
+    return text.starts_with(u"...") && wouldHaveFourDots ? u" " + text : text;
+}
+
+} // namespace ombrel
