@@ -126,8 +126,8 @@ GapList::GapList(const std::u16string& text, const std::vector<Token>& tokens) :
     }
 }
 
-std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap) {
-    std::vector<GapComment> comments;
+void getComments(const GapList& gaps, std::size_t gap, std::vector<GapComment>& comments) {
+    comments.clear();
     std::size_t offset = gaps.getBegin(gap);
     for (const Token& token : gaps.getTokens(gap)) {
         if (token.isComment()) {
@@ -135,7 +135,6 @@ std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap) {
         }
         offset += token.lexeme.size();
     }
-    return comments;
 }
 
 std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
@@ -152,21 +151,21 @@ std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u
     return matcher.getPosition();
 }
 
-std::optional<std::vector<GapComment>> findComments(const GapList& gaps, std::size_t gap,
-                                                    std::u16string_view text) {
-    std::vector<GapComment> comments;
+bool findComments(const GapList& gaps, std::size_t gap, std::u16string_view text,
+                  std::vector<GapComment>& comments) {
+    comments.clear();
     Matcher matcher(text, 0);
     for (const Token& token : gaps.getTokens(gap)) {
         if (!token.isComment()) {
             continue;
         }
         if (!matcher.passComment(token)) {
-            return std::nullopt;
+            return false;
         }
         const std::size_t offset = matcher.getComment();
         comments.push_back({offset, text.substr(offset, matcher.getPosition() - offset), token.type});
     }
-    return comments;
+    return true;
 }
 
 } // namespace ombrel

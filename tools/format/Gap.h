@@ -79,8 +79,9 @@ struct GapComment {
     ca::lexer::TokenType type;
 };
 
-/// The comments in a gap of the source, in order; each line of a block comment is one.
-std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap);
+/// The comments in a gap of the source, in order; each line of a block comment is one. Replaces what is in
+/// the list.
+void getComments(const GapList& gaps, std::size_t gap, std::vector<GapComment>& comments);
 
 /// Finds the gap in another text, in which it begins at `begin` and has the same comments, in the same order
 /// and followed by the same code token. Returns the place of that token, nothing if the text is another one.
@@ -90,9 +91,9 @@ std::vector<GapComment> getComments(const GapList& gaps, std::size_t gap);
 std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
                                     std::size_t begin);
 
-/// The comments in another text of the gap, with their places in that; nothing if it hasn't the same ones.
-std::optional<std::vector<GapComment>> findComments(const GapList& gaps, std::size_t gap,
-                                                    std::u16string_view text);
+/// The same for another text of the gap, with the places in that. False if it hasn't the same comments.
+bool findComments(const GapList& gaps, std::size_t gap, std::u16string_view text,
+                  std::vector<GapComment>& comments);
 
 /// Whether a character can be layout: whitespace, line ends and separators. The dots of a continuation can
 /// be too, but not each for itself.

@@ -9,7 +9,13 @@ namespace {
 
 /// How many characters both texts start with.
 std::size_t countCommon(std::u16string_view a, std::u16string_view b) {
-    const auto [end, other] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    constexpr std::size_t block = 32; // compared at once
+    std::size_t count = 0;
+    while (count + block <= std::min(a.size(), b.size()) &&
+           std::equal(a.begin() + count, a.begin() + count + block, b.begin() + count)) {
+        count += block;
+    }
+    const auto [end, other] = std::mismatch(a.begin() + count, a.end(), b.begin() + count, b.end());
     return static_cast<std::size_t>(end - a.begin());
 }
 

@@ -34,7 +34,7 @@ bool isInLineEnd(std::u16string_view text, std::size_t offset) {
 
 void GapEditor::enter(std::size_t next) {
     gap = next;
-    comments = ombrel::getComments(gaps, gap);
+    ombrel::getComments(gaps, gap, comments);
     nextComment = 0;
 }
 

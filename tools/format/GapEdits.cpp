@@ -107,15 +107,14 @@ private:
     void writeBetweenComments(std::size_t gap, const Section& whole) {
         const std::vector<GapComment>& comments = editor.getComments();
         blocks = findBlocks(source, comments);
-        const auto commentsAfter = findComments(gaps, gap, whole.after);
-        if (!commentsAfter) {
+        if (!findComments(gaps, gap, whole.after, commentsAfter)) {
             throw std::logic_error("the text chosen for a gap isn't one of that gap");
         }
         std::size_t doneBefore = 0;
         std::size_t doneAfter = 0;
         for (std::size_t i = 0; i < comments.size(); ++i) {
             const std::size_t offset = comments[i].offset - whole.offset;
-            const std::size_t offsetAfter = (*commentsAfter)[i].offset;
+            const std::size_t offsetAfter = commentsAfter[i].offset;
             writeSection({whole.offset + doneBefore, whole.before.substr(doneBefore, offset - doneBefore),
                           whole.after.substr(doneAfter, offsetAfter - doneAfter)});
             doneBefore = offset + comments[i].text.size();
@@ -132,11 +131,18 @@ private:
         const std::size_t sameLines = countSameLines(whole.before, whole.after);
         const Section section{whole.offset + sameLines, whole.before.substr(sameLines),
                               whole.after.substr(sameLines)};
-        if (isLineByLine(section)) {
+        if (isOneLine(section) && losesOnlySeparators(section.before, section.after)) {
+            add(section.offset, section.before, section.after);
+        } else if (isLineByLine(section)) {
             writeLines(section);
         } else {
             writeWhole(section);
         }
+    }
+
+    static bool isOneLine(const Section& section) {
+        return std::none_of(section.before.begin(), section.before.end(), isLineEnd) &&
+               std::none_of(section.after.begin(), section.after.end(), isLineEnd);
     }
 
     /// Whether each line changes for itself: whitespace may come and go, and separators may go. One that
@@ -245,10 +251,11 @@ private:
     std::u16string_view source;
     const EditSelection& selection;
     GapEditor editor;
-    std::size_t searched = 0;          ///< how far the source was searched for line ends
-    std::u16string_view lineEndBefore; ///< the last one there; the first of the text before that
-    std::vector<Block> blocks;         ///< of the gap
-    std::size_t nextBlock = 0;         ///< the first that ends at the current place or after it
+    std::size_t searched = 0;              ///< how far the source was searched for line ends
+    std::u16string_view lineEndBefore;     ///< the last one there; the first of the text before that
+    std::vector<GapComment> commentsAfter; ///< of the gap, in its chosen text
+    std::vector<Block> blocks;             ///< of the gap
+    std::size_t nextBlock = 0;             ///< the first that ends at the current place or after it
 };
 
 } // namespace

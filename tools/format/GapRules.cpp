@@ -15,6 +15,7 @@
 #include <optional>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace ombrel {
@@ -109,7 +110,10 @@ private:
         }
         const std::u16string_view text = choices.getText(gap);
         if (text.empty() || text.starts_with(u"...")) {
-            choices.choose(gap, keepApart(gaps, gap, std::u16string(text)));
+            std::u16string apart = keepApart(gaps, gap, std::u16string(text));
+            if (apart != text) {
+                choices.choose(gap, std::move(apart));
+            }
         }
     }
 

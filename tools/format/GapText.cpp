@@ -1,6 +1,9 @@
 #include "format/GapText.h"
 
+#include "text/Whitespace.h"
+
 #include <algorithm>
+#include <stdexcept>
 #include <vector>
 
 namespace ombrel {
@@ -23,6 +26,11 @@ void appendNormalized(std::u16string& result, std::u16string_view text) {
     }
 }
 
+/// The length of the line end that a text starts with; 0 if it starts with something else.
+std::size_t getLineEndLength(std::u16string_view text) {
+    return text.starts_with(u"\r\n") ? 2 : isLineEnd(text.front()) ? 1 : 0;
+}
+
 bool endsLine(const Token& token) {
     return token.isEndOfLine() || token.lexeme.ends_with(u'\n') || token.lexeme.ends_with(u'\r');
 }
@@ -35,9 +43,12 @@ std::u16string getLayout(const GapList& gaps, std::size_t gap, std::u16string_vi
         appendNormalized(layout, text);
         return layout;
     }
-    const auto comments = findComments(gaps, gap, text);
+    std::vector<GapComment> comments;
+    if (!findComments(gaps, gap, text, comments)) {
+        throw std::logic_error("this text isn't one of that gap");
+    }
     std::size_t done = 0;
-    for (const GapComment& comment : comments.value()) {
+    for (const GapComment& comment : comments) {
         appendNormalized(layout, text.substr(done, comment.offset - done));
         layout += u'%';
         done = comment.offset + comment.text.size();
@@ -73,17 +84,16 @@ std::u16string getKeptText(const GapList& gaps, std::size_t gap, bool isTrimming
 }
 
 bool isSameText(std::u16string_view a, std::u16string_view b) {
-    if (a == b) {
-        return true;
+    while (!a.empty() && !b.empty()) {
+        const std::size_t endA = getLineEndLength(a);
+        const std::size_t endB = getLineEndLength(b);
+        if ((endA == 0) != (endB == 0) || (endA == 0 && a.front() != b.front())) {
+            return false;
+        }
+        a.remove_prefix(std::max<std::size_t>(endA, 1));
+        b.remove_prefix(std::max<std::size_t>(endB, 1));
     }
-    if (a.find(u'\r') == a.npos && b.find(u'\r') == b.npos) {
-        return false;
-    }
-    std::u16string normalizedA;
-    std::u16string normalizedB;
-    appendNormalized(normalizedA, a);
-    appendNormalized(normalizedB, b);
-    return normalizedA == normalizedB;
+    return a.empty() && b.empty();
 }
 
 } // namespace ombrel

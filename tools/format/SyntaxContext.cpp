@@ -1,7 +1,5 @@
 #include "format/SyntaxContext.h"
 
-#include "format/TokenKinds.h"
-
 #include <ca/lexer/KeywordTypes.h>
 #include <lf/astapi/visitFields.h>
 
@@ -25,10 +23,6 @@ bool isListOfStatements(std::string_view field) {
            field == "cases";
 }
 
-bool isWordOfBlock(TokenType type) {
-    return type == TokenType::End || ca::lexer::dividesBlock(type);
-}
-
 } // namespace
 
 /// Visits every node once and sets the flags of its tokens, without recursion.
@@ -47,7 +41,8 @@ public:
     }
 
     void child(const char*, const SyntaxNode* node) {
-        if (node != nullptr) {
+        const bool hasNothing = node == nullptr || node->kind == NodeKind::Identifier;
+        if (!hasNothing) {
             work.push_back(node);
         }
     }
@@ -110,15 +105,29 @@ SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flag
     std::vector<std::size_t> open; // brackets; `none` for those that don't open a literal
     literals.reserve(gaps.getCount());
     for (std::size_t token = 0; token < gaps.getCount(); ++token) {
-        const ca::lexer::Token& own = gaps.getToken(token);
         literals.push_back(open.empty() ? none : open.back());
-        if (isOpening(own)) {
+        bool startsUnit = token == 0 || has(token, statementStart);
+        const TokenType type = gaps.getToken(token).type;
+        switch (type) {
+        case TokenType::OpenParenthesis:
+        case TokenType::OpenSquareBracket:
+        case TokenType::OpenBrace:
             open.push_back(has(token, literalOpening) ? token : none);
-        } else if (isClosing(own) && !open.empty()) {
-            open.pop_back();
+            break;
+        case TokenType::CloseParenthesis:
+        case TokenType::CloseSquareBracket:
+        case TokenType::CloseBrace:
+            open.empty() ? void() : open.pop_back();
+            break;
+        case TokenType::End:
+        case TokenType::EndOfInput:
+            startsUnit = true;
+            break;
+        default:
+            startsUnit = startsUnit || ca::lexer::dividesBlock(type);
+            break;
         }
-        if (token == 0 || has(token, statementStart) || isWordOfBlock(own.type) ||
-            own.type == TokenType::EndOfInput) {
+        if (startsUnit) {
             units.push_back(token);
         }
     }
