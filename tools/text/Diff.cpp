@@ -135,6 +135,7 @@ public:
     }
 
     void printHunks(const std::vector<Change>& changes) {
+        result.reserve(estimateLength(changes));
         for (auto first = changes.begin(); first != changes.end();) {
             auto last = first;
             std::size_t end = findContextEnd(last->end);
@@ -150,6 +151,15 @@ public:
 
 private:
     using Changes = std::vector<Change>::const_iterator;
+
+    /// Without context and color, but with some room for the marks before lines.
+    static std::size_t estimateLength(const std::vector<Change>& changes) {
+        std::size_t length = 0;
+        for (const Change& change : changes) {
+            length += change.end - change.begin + change.after.size();
+        }
+        return length + length / 8;
+    }
 
     std::size_t findContextStart(std::size_t offset) const {
         for (std::size_t i = 0; i < contextLineCount && offset > 0; ++i) {
