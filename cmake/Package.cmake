@@ -9,6 +9,9 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL library development tool devtools lsp)
+if(TARGET ombrel-explorer)
+    list(APPEND CPACK_COMPONENTS_ALL explorer)
+endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -58,11 +61,16 @@ in continuous integration. Has a line engine for any text and a tree engine for
 text that parses."
     DEPENDS "libca-formatting0 ${exactly}, ombrel-devtools ${exactly}" SUGGESTS git)
 ombrel_package(devtools ombrel-devtools devel
-    "source-code formatter for Ombrel (tree engine, ombrel-dump, ombrel-explorer)"
-    "The companion library, through which ombrel-format reaches the tree engine,
-ombrel-dump, which prints what the formatters make of a text at one stage, and
-ombrel-explorer, a local page to try options and see every stage."
-    DEPENDS "libca-formatting0 ${exactly}" SUGGESTS xdg-utils)
+    "source-code formatter for Ombrel (tree engine, ombrel-dump)"
+    "The companion library, through which ombrel-format reaches the tree engine, and
+ombrel-dump, which prints what the formatters make of a text at one stage."
+    DEPENDS "libca-formatting0 ${exactly}")
+if(TARGET ombrel-explorer)
+    ombrel_package(explorer ombrel-explorer devel
+        "source-code formatter for Ombrel (explorer)"
+        "A local page to try the options of ombrel-format and see every stage of it."
+        DEPENDS "libca-formatting0 ${exactly}, ombrel-devtools ${exactly}" SUGGESTS xdg-utils)
+endif()
 ombrel_package(lsp ombrel-lsp devel
     "source-code formatter for Ombrel (language server)"
     "Formats documents in editors while they are written, as ombrel-format does, and
