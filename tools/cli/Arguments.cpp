@@ -280,6 +280,12 @@ void addReportOptions(CLI::App& app, Arguments& arguments) {
         app, "--color", arguments.color,
         {{"auto", ColorChoice::Auto}, {"always", ColorChoice::Always}, {"never", ColorChoice::Never}},
         "Color in messages and diffs; auto: on a terminal, unless NO_COLOR is set");
+    app.add_option(
+           "--bug-report", arguments.bugReport,
+           "If the formatter fails with status 5, write what a report about that needs, sources included")
+        ->type_name("FILE");
+    app.add_flag("--stats", arguments.printsStatistics,
+                 "Print at the end what was done and how long each stage took");
     app.add_flag("-q,--quiet", arguments.quiet, "Only errors and results that were asked for");
     app.add_flag("-v,--verbose", arguments.verbose, "Report what was done with each file");
 }
@@ -365,7 +371,8 @@ Result<void> checkShards(const Arguments& arguments) {
     }
     const bool isOther = arguments.inPlace || arguments.diff || arguments.checkSyntax || arguments.init ||
                          arguments.printConfig || arguments.changes.isAsked() || !arguments.lines.empty() ||
-                         !arguments.search.pathList.empty() || arguments.search.listsOnly;
+                         !arguments.search.pathList.empty() || arguments.search.listsOnly ||
+                         arguments.printsStatistics || !arguments.bugReport.empty();
     if (arguments.mergesReports && isOther) {
         return refuse("--merge-reports only reads reports: it can't be combined with other modes");
     }

@@ -39,6 +39,8 @@ struct Arguments {
     OptionsRequest options;
     std::string stdinName = "<stdin>";
     std::vector<ReporterChoice> reporters; ///< at least one
+    std::string bugReport;                 ///< where to write what failed with status 5; empty: nowhere
+    bool printsStatistics = false;
     ColorChoice color = ColorChoice::Auto;
     std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
     ReplacementRules replacement;

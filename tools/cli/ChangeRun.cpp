@@ -2,6 +2,7 @@
 
 #include "cli/ReporterSet.h"
 #include "cli/Run.h"
+#include "cli/Statistics.h"
 #include "format/EditAdoption.h"
 #include "git/ChangedFiles.h"
 #include "git/StagedFiles.h"
@@ -48,28 +49,36 @@ ChangedLines getLines(const std::vector<ChangedFile>& files) {
     return lines;
 }
 
-ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& files) {
+ChangedFiles find(const Git& git, const ChangeOptions& options, const std::vector<std::string>& paths,
+                  Statistics& statistics) {
+    const Stopwatch::Lap lap(statistics.getWatch(Stage::Search));
+    return findChangedFiles(git, options, paths);
+}
+
+ExitStatus runWithGit(const Arguments& arguments, Console& console, FileSystem& files,
+                      Statistics& statistics) {
     const Git git;
     ChangeOptions options = arguments.changes;
     options.takesWhole = options.takesWhole || arguments.checkSyntax;
-    const ChangedFiles changed = findChangedFiles(git, options, arguments.paths);
+    const ChangedFiles changed = find(git, options, arguments.paths, statistics);
     print(changed.notes, arguments, console);
     const Arguments named = nameFiles(arguments, changed.files);
     const ChangedLines lines = getLines(changed.files);
     if (!arguments.changes.isStaged) {
-        return runOnPaths(named, lines, console, files);
+        return runOnPaths(named, lines, console, files, statistics);
     }
     StagedFiles staged(git, changed.files, files, adoptEdits);
-    const ExitStatus status = runOnPaths(named, lines, console, staged);
+    const ExitStatus status = runOnPaths(named, lines, console, staged, statistics);
     print(staged.getNotes(), arguments, console);
     return status;
 }
 
 } // namespace
 
-ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem& files) {
+ExitStatus runOnChanges(const Arguments& arguments, Console& console, FileSystem& files,
+                        Statistics& statistics) {
     try {
-        return runWithGit(arguments, console, files);
+        return runWithGit(arguments, console, files, statistics);
     } catch (const GitError& error) {
         ReporterSet reporters(arguments, console, files, console.getErrColor(arguments.color));
         const Problem problem(Code::GitFailed, error.what());

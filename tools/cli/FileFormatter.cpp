@@ -8,6 +8,7 @@
 #include "git/ChangedFiles.h"
 #include "text/Diff.h"
 #include "text/Edit.h"
+#include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
 #include <exception>
@@ -32,16 +33,32 @@ Code getCode(FileError::Kind kind) {
     return Code::WriteFailed;
 }
 
+/// Line ends of any kind, and one more for a last line without.
+std::size_t countLines(std::u16string_view text) {
+    LineSplitter splitter(text);
+    std::size_t count = 0;
+    while (const auto line = splitter.getNext()) {
+        count += line->content.empty() && line->end.empty() ? 0 : 1;
+    }
+    return count;
+}
+
 /// The work on one input.
 class Task {
 public:
     Task(const FileJob& job, const std::string& path) : job(job), arguments(job.arguments), path(path) {
         outcome.path = arguments.getShownName(path);
+        if (arguments.printsStatistics) {
+            result.measures = std::make_unique<FileMeasures>();
+        }
     }
 
     FileResult formatFile() { return withBytes(&Task::process); }
 
-    FileResult pass() { return withBytes(&Task::deliverUnchanged); }
+    FileResult pass() {
+        result.isPassed = true;
+        return withBytes(&Task::deliverUnchanged);
+    }
 
     FileResult refuse(const Problem& problem) {
         report(problem, {});
@@ -52,8 +69,7 @@ private:
     /// Reads the input and does something with its bytes.
     FileResult withBytes(void (Task::*work)(std::string)) {
         try {
-            (this->*work)(job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
-                                                : readInput(path, job.console.in, job.files));
+            (this->*work)(read());
         } catch (const FileError& error) {
             report(Problem(getCode(error.kind), error.what()), {});
         } catch (const std::bad_alloc&) {
@@ -61,21 +77,47 @@ private:
         } catch (const std::exception& error) { // a fault of ours, and no reason to leave out the other files
             report(Problem(Code::InternalError, fmt::format("formatting failed: {}", error.what())), {});
         }
+        if (result.status != ExitStatus::Unsafe) {
+            result.failure.reset();
+        }
         return std::move(result);
     }
 
+    std::string read() {
+        const Stopwatch::Lap lap(getWatch(Stage::Reading));
+        return job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
+                                     : readInput(path, job.console.in, job.files);
+    }
+
+    auto decode(const std::string& bytes) {
+        const Stopwatch::Lap lap(getWatch(Stage::Reading));
+        return decodeSource(bytes);
+    }
+
     void process(std::string bytes) {
-        const auto source = decodeSource(bytes);
+        const auto source = decode(bytes);
+        if (source && result.measures) {
+            result.measures->byteCount = bytes.size();
+            result.measures->lineCount = countLines(source->text);
+        }
         if (!source) {
             report(source.error(), decodeLossy(bytes));
         } else if (arguments.checkSyntax) {
-            report(findSyntaxErrors(source->text), source->text);
+            checkSyntax(source->text);
         } else {
             formatBytes(std::move(bytes), *source);
         }
     }
 
+    void checkSyntax(const std::u16string& text) {
+        const Stopwatch::Lap lap(getWatch(Stage::Checking));
+        report(findSyntaxErrors(text), text);
+    }
+
     void formatBytes(std::string bytes, const DecodedText& source) {
+        if (!arguments.bugReport.empty()) {
+            result.failure.reset(new FailedText{bytes, getLines(source.text), {}});
+        }
         const Suppression suppression = findSuppression(source.text);
         report(suppression.warnings, source.text);
         if (suppression.isWholeFile) {
@@ -93,6 +135,7 @@ private:
             return;
         }
         if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
+            const Stopwatch::Lap lap(getWatch(Stage::Reporting));
             outcome.changes = describeChanges(source.text, *edits);
             outcome.firstChangedLine = outcome.changes.front().begin.line;
         }
@@ -100,9 +143,9 @@ private:
     }
 
     Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {
-        const FileOptions options = job.options.resolve(outcome.path);
+        const FileOptions options = getOptions();
         const std::vector<LineRange> lines = getLines(text);
-        auto formatted = formatText(text, options, lines, suppression);
+        auto formatted = callEngine(text, options, lines, suppression);
         if (!formatted) {
             return fail(std::move(formatted.error()));
         }
@@ -112,6 +155,34 @@ private:
         report(formatted->notes, text);
         return std::move(formatted->edits);
     }
+
+    FileOptions getOptions() {
+        const Stopwatch::Lap lap(getWatch(Stage::Options));
+        return job.options.resolve(outcome.path);
+    }
+
+    Result<TreeResult> callEngine(const std::u16string& text, const FileOptions& options,
+                                  const std::vector<LineRange>& lines, const Suppression& suppression) {
+        if (!result.measures && !result.failure) {
+            return formatText(text, options, lines, suppression);
+        }
+        FormatRecord record;
+        auto formatted = [&] {
+            const Stopwatch::Lap lap(getWatch(Stage::Formatting));
+            return formatText(text, options, lines, suppression, &record);
+        }();
+        if (result.measures) {
+            result.measures->times[Stage::Formatting].subtract(record.checking);
+            result.measures->times[Stage::Checking].add(record.checking);
+        }
+        if (result.failure && !record.rejected.empty()) {
+            result.failure->result = encodeLossy(record.rejected);
+        }
+        return formatted;
+    }
+
+    /// Null if nothing is to be measured.
+    Stopwatch* getWatch(Stage stage) { return result.measures ? &result.measures->times[stage] : nullptr; }
 
     std::vector<LineRange> getLines(std::u16string_view text) const {
         const auto changed = job.changedLines.find(path);
@@ -125,6 +196,7 @@ private:
     }
 
     void deliverChanged(const std::string& bytes, const Edits& edits) {
+        const Stopwatch::Lap lap(getWatch(arguments.diff ? Stage::Reporting : Stage::Writing));
         if (arguments.inPlace) {
             job.files.edit(path, bytes, edits);
             outcome.status = FileStatus::Formatted;

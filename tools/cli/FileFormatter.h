@@ -3,10 +3,13 @@
 #include "cli/Arguments.h"
 #include "cli/Console.h"
 #include "cli/ExitStatus.h"
+#include "cli/Measures.h"
 #include "files/FileSystem.h"
 #include "reports/Reporter.h"
 
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,11 +28,21 @@ struct FileJob {
     bool wantsFirstChangedLine; ///< some report names the first line of a file that would change
 };
 
+/// What the formatter failed on.
+struct FailedText {
+    std::string source;                ///< bytes, valid UTF-8
+    std::vector<LineRange> lines;      ///< to format; none: all
+    std::optional<std::string> result; ///< UTF-8; nothing: none was made
+};
+
 /// What became of one input.
 struct FileResult {
     ExitStatus status = ExitStatus::Done;
     std::string out; ///< for standard output, bytes
     FileOutcome outcome;
+    bool isPassed = false;                  ///< it wasn't to be formatted
+    std::unique_ptr<FileMeasures> measures; ///< if the arguments ask for statistics
+    std::unique_ptr<FailedText> failure;    ///< after status 5, if the arguments ask for a bug report
 
     bool isChanged() const {
         return outcome.status == FileStatus::Formatted || outcome.status == FileStatus::WouldChange;

@@ -120,6 +120,30 @@ bool printsNames(const Arguments& arguments) {
     return hasHumanReporter(arguments) && arguments.check && !arguments.diff && !arguments.quiet;
 }
 
+namespace {
+
+Result<void> checkBugReport(const Arguments& arguments) {
+    const std::string& file = arguments.bugReport;
+    const auto isReport = [&](const ReporterChoice& choice) { return choice.file == file; };
+    const auto& choices = arguments.reporters;
+    if (file.empty()) {
+        return {};
+    }
+    if (file == "-") {
+        return fail(Code::UsageError, "--bug-report needs a file of its own, not standard output");
+    }
+    if (file.ends_with(".omb") || std::count(arguments.paths.begin(), arguments.paths.end(), file) > 0) {
+        return fail(Code::UsageError,
+                    fmt::format("a bug report can't go to {}, which is a source file", file));
+    }
+    if (std::any_of(choices.begin(), choices.end(), isReport)) {
+        return fail(Code::UsageError, fmt::format("two reports can't both go to {}", file));
+    }
+    return {};
+}
+
+} // namespace
+
 Result<void> checkReporters(const Arguments& arguments) {
     const auto& choices = arguments.reporters;
     const auto result = getPrintedResult(arguments);
@@ -139,7 +163,7 @@ Result<void> checkReporters(const Arguments& arguments) {
                         fmt::format("a report can't go to {}, which is an input", choice->file));
         }
     }
-    return {};
+    return checkBugReport(arguments);
 }
 
 } // namespace ombrel

@@ -2,12 +2,14 @@
 // parallel, report in the order of the search. The status of the run is the worst of its files.
 #include "cli/Run.h"
 
+#include "cli/BugReport.h"
 #include "cli/ChangeRun.h"
 #include "cli/FileFormatter.h"
 #include "cli/MergeRun.h"
 #include "cli/OrderedWork.h"
 #include "cli/Progress.h"
 #include "cli/ReporterSet.h"
+#include "cli/Statistics.h"
 #include "cli/Summary.h"
 #include "diagnostics/Message.h"
 #include "files/FileSearch.h"
@@ -38,8 +40,10 @@ constexpr const char* foldersAreNotPrinted =
 
 class Run {
 public:
-    Run(const Arguments& arguments, const ChangedLines& changedLines, Console& console, FileSystem& files)
-        : arguments(arguments), console(console), files(files), resolver(arguments.options, files),
+    Run(const Arguments& arguments, const ChangedLines& changedLines, Console& console, FileSystem& files,
+        Statistics& statistics)
+        : arguments(arguments), console(console), files(files), statistics(statistics),
+          resolver(arguments.options, files), bugReport(resolver),
           reporters(arguments, console, files, console.getErrColor(arguments.color)),
           job{arguments, changedLines, resolver, console, files, reporters.wantsFirstChangedLine()} {}
 
@@ -63,6 +67,7 @@ public:
 private:
     ExitStatus processFound(SearchResult found) {
         warn(found.warnings);
+        statistics.addFound(found.files);
         if (const std::string report = findReportOnSource(found.files); !report.empty()) {
             const Problem problem(Code::UsageError, "a report can't go to " + getPrintableName(report) +
                                                         ", which is a source file");
@@ -108,13 +113,17 @@ private:
 
     /// The file of a report that is one of the sources too, by whatever path; empty if there is none.
     std::string findReportOnSource(const std::vector<FoundFile>& found) const {
+        std::vector<std::string> reports = {arguments.bugReport};
         for (const ReporterChoice& choice : arguments.reporters) {
-            const auto identity = choice.file.empty() ? std::nullopt : files.getIdentity(choice.file);
+            reports.push_back(choice.file);
+        }
+        for (const std::string& report : reports) {
+            const auto identity = report.empty() ? std::nullopt : files.getIdentity(report);
             const auto isSame = [&](const FoundFile& file) {
                 return file.path != "-" && files.getIdentity(file.path) == identity;
             };
             if (identity && std::any_of(found.begin(), found.end(), isSame)) {
-                return choice.file;
+                return report;
             }
         }
         return {};
@@ -122,6 +131,7 @@ private:
 
     /// False if there is a fault in one of the options files. Then all faults have been reported.
     bool prepareOptions(const std::vector<std::string>& names) {
+        const Stopwatch::Lap lap(statistics.getWatch(Stage::Options));
         const std::vector<OptionsFault> faults = resolver.prepare(names);
         for (const OptionsFault& fault : faults) {
             status = ExitStatus::Usage;
@@ -187,6 +197,7 @@ private:
     }
 
     SearchResult search() {
+        const Stopwatch::Lap lap(statistics.getWatch(Stage::Search));
         const SearchOptions& options = arguments.search;
         std::vector<std::string> paths = arguments.paths;
         if (!options.pathList.empty()) {
@@ -215,6 +226,7 @@ private:
         const bool isProgressWanted = console.isErrTerminal && isTalking();
         Progress progress(isProgressWanted ? &console.err : nullptr, inputs.size());
         const auto showProgress = [&] { progress.show(summary.getTotal()); };
+        statistics.setThreadCount(getThreadCount(inputs.size()));
         OrderedWork<FileResult> work(inputs.size(), getThreadCount(inputs.size()),
                                      [&](std::size_t i) { return processOne(inputs[i]); });
         while (const auto result = work.getNext(showProgress)) {
@@ -257,8 +269,11 @@ private:
 
     /// False if standard output can't be written any more.
     bool deliver(const FileResult& result) {
+        const Stopwatch::Lap lap(statistics.getWatch(Stage::Reporting));
         print(result.out);
         reporters.add(result.outcome);
+        statistics.add(result);
+        bugReport.add(result);
         noteFailure();
         status = getWorse(status, result.status);
         summary.count(result.status, result.isChanged());
@@ -303,8 +318,39 @@ private:
     }
 
     ExitStatus finishReports() {
+        const Stopwatch::Lap lap(statistics.getWatch(Stage::Reporting));
+        finishBugReport();
         status = getWorse(status, reporters.finish());
         return finish();
+    }
+
+    void finishBugReport() {
+        const std::string& file = arguments.bugReport;
+        if (file.empty()) {
+            if (status == ExitStatus::Unsafe) {
+                note("this is a fault of ombrel-format; --bug-report FILE writes what a report about it "
+                     "needs");
+            }
+        } else if (bugReport.getFileCount() == 0) {
+            note("no file failed with status 5, so no bug report was written");
+        } else {
+            writeBugReport(file);
+        }
+    }
+
+    void writeBugReport(const std::string& file) {
+        try {
+            files.write(file, bugReport.make());
+            note("wrote " + getPrintableName(file) + ", which has the whole text of each file that failed");
+        } catch (const FileError& error) {
+            status = getWorse(status, fail(file, {Code::WriteFailed, error.what()}));
+        }
+    }
+
+    void note(const std::string& text) {
+        if (!arguments.quiet) {
+            console.err << "ombrel-format: note: " << text << '\n';
+        }
     }
 
     /// Ends the run with its status so far.
@@ -320,7 +366,9 @@ private:
     const Arguments& arguments;
     Console& console;
     FileSystem& files;
+    Statistics& statistics;
     OptionsResolver resolver;
+    BugReport bugReport;
     ReporterSet reporters;
     FileJob job;
     Summary summary;
@@ -331,16 +379,20 @@ private:
 } // namespace
 
 ExitStatus runOnPaths(const Arguments& arguments, const ChangedLines& changedLines, Console& console,
-                      FileSystem& files) {
-    return Run(arguments, changedLines, console, files).processAll();
+                      FileSystem& files, Statistics& statistics) {
+    return Run(arguments, changedLines, console, files, statistics).processAll();
 }
 
 ExitStatus run(const Arguments& arguments, Console& console, FileSystem& files) {
     if (arguments.mergesReports) {
         return mergeReports(arguments, console, files);
     }
-    return arguments.changes.isAsked() ? runOnChanges(arguments, console, files)
-                                       : runOnPaths(arguments, {}, console, files);
+    Statistics statistics(arguments);
+    const ExitStatus status = arguments.changes.isAsked()
+                                  ? runOnChanges(arguments, console, files, statistics)
+                                  : runOnPaths(arguments, {}, console, files, statistics);
+    console.err << statistics.describe();
+    return status;
 }
 
 } // namespace ombrel

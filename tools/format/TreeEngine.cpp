@@ -75,8 +75,8 @@ Failure explainMismatch(const ParsedText& source, const std::u16string& formatte
 class Run {
 public:
     Run(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter,
-        const EditSelection& selection)
-        : source(source), options(options), formatter(formatter), selection(selection),
+        const EditSelection& selection, FormatRecord* record)
+        : source(source), options(options), formatter(formatter), selection(selection), record(record),
           gaps(source.text, *source.parsed.tokens) {}
 
     Outcome run() {
@@ -88,7 +88,7 @@ public:
             return TreeResult();
         }
         const auto alignment = GapAlignment::make(gaps, *formatted);
-        return alignment ? choose(*alignment) : explainMismatch(source, *formatted);
+        return alignment ? choose(*alignment) : reject(explainMismatch(source, *formatted), *formatted);
     }
 
 private:
@@ -113,15 +113,26 @@ private:
             if (edits.empty()) {
                 return TreeResult{{}, makeNotes(escalation), listExceptions(choices)};
             }
-            const ProgramDifferences differences =
-                findDifferences(source, applyEdits(source.text, edits), edits);
+            const ProgramDifferences differences = compare(edits);
             if (differences.places.empty()) {
                 return TreeResult{std::move(edits), makeNotes(escalation), listExceptions(choices)};
             }
             if (round == lastRound || !escalation.raise(differences.places)) {
-                return fail(*differences.first);
+                return reject(fail(*differences.first), applyEdits(source.text, edits));
             }
         }
+    }
+
+    ProgramDifferences compare(const Edits& edits) const {
+        const Stopwatch::Lap lap(record == nullptr ? nullptr : &record->checking);
+        return findDifferences(source, applyEdits(source.text, edits), edits);
+    }
+
+    Outcome reject(Failure failure, std::u16string result) const {
+        if (record != nullptr) {
+            record->rejected = std::move(result);
+        }
+        return failure;
     }
 
     std::vector<ExceptionalGap> listExceptions(const GapChoices& choices) const {
@@ -165,6 +176,7 @@ private:
     const TreeOptions& options;
     const TreeFormatter& formatter;
     const EditSelection& selection;
+    FormatRecord* record;
     GapList gaps;
     std::optional<GapAlignment> unbroken;
     bool isUnbrokenKnown = false;
@@ -193,7 +205,8 @@ TreeOptions makeOptions(const std::u16string& json) {
 } // namespace
 
 Outcome formatTree(const std::u16string& text, const TreeOptions& options, const TreeFormatter& formatter,
-                   const std::vector<LineRange>& ranges, const Suppression& suppression) {
+                   const std::vector<LineRange>& ranges, const Suppression& suppression,
+                   FormatRecord* record) {
     if (auto checked = checkRanges(text, ranges); !checked) {
         return fail(std::move(checked.error()));
     }
@@ -201,7 +214,7 @@ Outcome formatTree(const std::u16string& text, const TreeOptions& options, const
     if (!source.parsed.errors.empty()) {
         return fail(makeProblems(source.parsed.errors));
     }
-    return Run(source, options, formatter, EditSelection(text, ranges, suppression)).run();
+    return Run(source, options, formatter, EditSelection(text, ranges, suppression), record).run();
 }
 
 TreeOptions getTreeOptions(const std::u16string& json) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnostics/Result.h"
+#include "format/FormatRecord.h"
 #include "format/Suppression.h"
 #include "text/Edit.h"
 #include "text/LineRange.h"
@@ -65,6 +66,6 @@ struct TreeResult {
 /// which parses the result once.
 Result<TreeResult> formatTree(const std::u16string& text, const TreeOptions& options,
                               const TreeFormatter& formatter, const std::vector<LineRange>& ranges = {},
-                              const Suppression& suppression = {});
+                              const Suppression& suppression = {}, FormatRecord* record = nullptr);
 
 } // namespace ombrel
