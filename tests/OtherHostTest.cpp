@@ -62,8 +62,9 @@ TEST(OtherHost, MayKnowMoreOperators) {
     for (const std::int32_t number : {-1, 21, 127}) {
         const ParsedSource source = parseSource(u"x = a+b;\n");
         find<lf::astapi::BinaryOperation<CA>>(source, NodeKind::BinaryOperation).operatorNumber = number;
-        TestOptions options{.lineBreaking = true};
-        options.behaviors[Kind::Logical] = FormattingConfig::LineBreakBehavior::SeparateLines;
+        using Behavior = FormattingConfig::LineBreakBehavior;
+        TestOptions options{.lineBreaking = true, .lineBreakBehavior = Behavior::AllowSingleLine};
+        options.behaviors[Kind::Logical] = Behavior::SeparateLines;
         EXPECT_EQ(formatParsed({source, nullptr}, options), u"x = a ...\n    + b;\n") << number;
     }
 }
