@@ -49,7 +49,7 @@ TEST(FormatTree, KeepsItsInvariantsAndServesSeveralPasses) {
     EXPECT_EQ(formatTree(tree, makeConfig({})), sample);
 }
 
-TEST(FormatTree, NamesItsGapsByTheirTokens) {
+TEST(FormatTree, NamesGapsByTheirTokensAndLevelsByTheirPlace) {
     const FormatTree empty(u"");
     const auto& root = static_cast<const ContainerNode&>(*empty.getRootText());
     EXPECT_EQ(root.getName(), u"ContainerNode_[WhitespaceNode_T0_T0]_[Token_EndOfInput_L1_C1]");
@@ -57,6 +57,12 @@ TEST(FormatTree, NamesItsGapsByTheirTokens) {
     const FormatTree tree(u"x  = y;\n");
     EXPECT_EQ((*tree.getFirstLeaf())->getNext().value()->getNext().value()->getName(),
               u"WhitespaceNode_T1_T2");
+    const FormatTree block(u"\n  if a\n b\n end\n");
+    LeafNode* leaf = *block.getFirstLeaf();
+    for (int i = 0; i < 4; ++i) {
+        leaf = leaf->getNext().value();
+    }
+    EXPECT_EQ(leaf->getIndent()->getName(), u"StatementBlockIndent_L2_C3");
 }
 
 /// What each family of nodes waits for.

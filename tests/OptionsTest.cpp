@@ -55,36 +55,8 @@ TEST_F(OptionsTest, PlacesTheFaultsOfBrokenTexts) {
     }
 }
 
-TEST_F(OptionsTest, LooksOnceIntoEachFolder) {
-    folder.write("p/.ombrel-format.json", R"({"extends": "../base.json"})");
-    folder.write("base.json", "{}");
-    std::vector<std::string> paths;
-    for (int i = 0; i < 100; ++i) {
-        paths.push_back((i % 2 == 0 ? "p/q/" : "p/r/") + std::to_string(i) + ".omb");
-    }
-    const OptionsRequest request;
-    OptionsResolver resolver(request, disk);
-    EXPECT_TRUE(resolver.prepare(paths).empty());
-    for (const std::string& path : paths) {
-        resolver.resolve(path);
-    }
-    for (const auto& [path, count] : disk.lookUps) {
-        EXPECT_EQ(count, 1) << path;
-    }
-    EXPECT_TRUE(disk.lookUps.contains(folder.getPath() / "p/.ombrel-format.json"));
-    EXPECT_FALSE(
-        disk.lookUps.contains(folder.getPath() / ".ombrel-format.json")); // p has one that ends the search
-
-    disk.lookUps.clear();
-    const OptionsRequest none{{}, true, {}};
-    OptionsResolver indifferent(none, disk);
-    EXPECT_TRUE(indifferent.prepare(paths).empty());
-    EXPECT_EQ(indifferent.resolve("p/a.omb").line.indentSize, 4U);
-    EXPECT_TRUE(disk.lookUps.empty());
-}
-
-TEST_F(OptionsTest, ReadsEachFileOnceInARun) {
-    folder.write("p/.ombrel-format.json", R"({"root": false, "extends": ["../base.json", "../base.json"]})");
+TEST_F(OptionsTest, ReadsAndLooksForEachFileOnceInARun) {
+    folder.write("p/.ombrel-format.json", R"({"extends": ["../base.json", "../base.json"]})");
     folder.write(".ombrel-format.json", R"({"extends": "base.json"})");
     folder.write("base.json", "{}");
     folder.write("p/.editorconfig", "[*]\nindent_size = 2\n");
@@ -92,10 +64,18 @@ TEST_F(OptionsTest, ReadsEachFileOnceInARun) {
         folder.write(path, "x = 1;\n");
     }
     EXPECT_EQ(runProgram({"--check", "."}, "", disk).status, 0);
+    const auto top = folder.getPath();
     for (const auto* path :
          {"p/.ombrel-format.json", ".ombrel-format.json", "base.json", "p/.editorconfig"}) {
-        EXPECT_EQ(disk.reads[folder.getPath() / path], 1) << path;
+        EXPECT_EQ(disk.reads[top / path], 1) << path;
     }
+    for (const auto* path : {"p/q/.ombrel-format.json", "p/.ombrel-format.json", ".ombrel-format.json"}) {
+        EXPECT_EQ(disk.lookUps[top / path], 1) << path;
+    }
+
+    disk.lookUps.clear();
+    EXPECT_EQ(runProgram({"--check", "--no-config", "p/q"}, "", disk).status, 0);
+    EXPECT_FALSE(disk.lookUps.contains(top / "p/q/.ombrel-format.json"));
 }
 
 TEST_F(OptionsTest, HandsTheTreeEngineOneText) {

@@ -187,16 +187,3 @@ TEST(Syntax, StopsAtAHundredFaults) {
     EXPECT_NE(slips.npos,
               slips.find(u"99:2+1 UnclosedBracket: '(' is not closed on its line; did you forget"));
 }
-
-TEST(Syntax, NestedFunctionsAreThoseInsideFunctions) {
-    const auto result = parse(u"classdef a\nmethods\nfunction f\nfunction g\nend\nx = 1;\nend\nend\nend\n");
-    const auto& a =
-        lf::astapi::as<lf::astapi::ClassDefinition>(*result->getProgramFile()->statements.front());
-    const auto& methods = lf::astapi::as<lf::astapi::MethodsBlock>(*a.members.front());
-    const auto& outer = lf::astapi::as<lf::astapi::MethodDefinition>(*methods.members.front());
-    EXPECT_FALSE(ca::astapi::isNestedFunction(&outer));
-    EXPECT_TRUE(ca::astapi::isNestedFunction(outer.body[0]));
-    EXPECT_FALSE(ca::astapi::isNestedFunction(outer.body[1]));
-    EXPECT_EQ(4, outer.body[0]->getLine());
-    EXPECT_EQ(6, outer.body[1]->getLine());
-}
