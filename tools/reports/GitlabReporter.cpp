@@ -1,5 +1,7 @@
 #include "reports/GitlabReporter.h"
 
+#include "reports/JsonText.h"
+
 #include <cstdint>
 #include <ostream>
 #include <unordered_map>
@@ -28,7 +30,7 @@ class GitlabReporter : public FindingReporter {
 public:
     explicit GitlabReporter(std::ostream& stream) : stream(stream), list(Json::array()) {}
 
-    void finish() override { stream << list.dump(2, ' ', false, Json::error_handler_t::replace) << '\n'; }
+    void finish() override { stream << makeJsonText(list) << '\n'; }
 
 private:
     void addFinding(const std::string& path, const Problem& problem) override {

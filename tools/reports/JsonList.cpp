@@ -1,27 +1,17 @@
 #include "reports/JsonList.h"
 
-#include "text/Printable.h"
+#include "reports/JsonText.h"
 
 #include <ostream>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
 namespace ombrel {
-
-namespace {
-
-std::string dump(const nlohmann::ordered_json& json) {
-    return escapeHidden(json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
-}
-
-} // namespace
 
 void JsonList::add(const nlohmann::ordered_json& element) {
     if (!elements.empty()) {
         elements += ',';
     }
-    const std::string text = '\n' + dump(element); // a line end in a text is escaped
+    const std::string text = '\n' + makeJsonText(element); // a line end in a text is escaped
     for (const char c : text) {
         elements += c;
         if (c == '\n') {
@@ -31,7 +21,7 @@ void JsonList::add(const nlohmann::ordered_json& element) {
 }
 
 void JsonList::write(std::ostream& stream, const nlohmann::ordered_json& document) const {
-    const std::string text = dump(document);
+    const std::string text = makeJsonText(document);
     const std::string opening = '"' + key + "\": ["; // quotes in a text are escaped
     const std::size_t middle = text.find(opening) + opening.size();
     stream << std::string_view(text).substr(0, middle) << elements;

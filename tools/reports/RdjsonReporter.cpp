@@ -1,5 +1,7 @@
 #include "reports/RdjsonReporter.h"
 
+#include "reports/JsonText.h"
+
 #include <ostream>
 
 #include <nlohmann/json.hpp>
@@ -19,7 +21,7 @@ public:
     void finish() override {
         const Json document = {{"source", {{"name", "ombrel-format"}}},
                                {"diagnostics", std::move(diagnostics)}};
-        stream << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+        stream << makeJsonText(document) << '\n';
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "reports/XmlText.h"
 
+#include "text/Printable.h"
 #include "text/TextEncoding.h"
 
 #include <fmt/format.h>
@@ -36,7 +37,7 @@ std::string escapeXml(std::string_view text) {
     for (const char16_t c : decodeLossy(text)) {
         escaped += escapeCharacter(c);
     }
-    return encodeLossy(escaped);
+    return escapeHiddenInXml(encodeLossy(escaped));
 }
 
 } // namespace ombrel

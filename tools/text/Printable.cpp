@@ -94,6 +94,31 @@ UChar32 takeCharacter(std::string_view bytes, std::size_t& index) {
     }
 }
 
+std::string escapeInJson(UChar32 c) {
+    if (U_IS_BMP(c)) {
+        return fmt::format("\\u{:04X}", static_cast<std::uint32_t>(c));
+    }
+    return fmt::format("\\u{:04X}\\u{:04X}", static_cast<std::uint32_t>(U16_LEAD(c)),
+                       static_cast<std::uint32_t>(U16_TRAIL(c)));
+}
+
+/// Line ends and tabs stay.
+template <class Escape>
+std::string replaceHidden(std::string_view text, Escape escapeCharacter) {
+    std::string escaped;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        const UChar32 c = takeCharacter(text, i);
+        const bool isReplaced = c >= 0 && isHidden(c) && c != '\n' && c != '\r' && c != '\t';
+        if (isReplaced) {
+            escaped += escapeCharacter(c);
+        } else {
+            escaped += text.substr(start, i - start);
+        }
+    }
+    return escaped;
+}
+
 struct Glyph {
     std::string text; // UTF-8
     std::size_t width;
@@ -140,21 +165,12 @@ std::string getPrintableName(std::string_view bytes) {
 }
 
 std::string escapeHidden(std::string_view text) {
-    std::string escaped;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t start = i;
-        const UChar32 c = takeCharacter(text, i);
-        const bool isHiddenHere = c >= 0 && isHidden(c) && c != '\n' && c != '\r' && c != '\t';
-        if (!isHiddenHere) {
-            escaped += text.substr(start, i - start);
-        } else if (U_IS_BMP(c)) {
-            escaped += fmt::format("\\u{:04X}", static_cast<std::uint32_t>(c));
-        } else {
-            escaped += fmt::format("\\u{:04X}\\u{:04X}", static_cast<std::uint32_t>(U16_LEAD(c)),
-                                   static_cast<std::uint32_t>(U16_TRAIL(c)));
-        }
-    }
-    return escaped;
+    return replaceHidden(text, escapeInJson);
+}
+
+std::string escapeHiddenInXml(std::string_view text) {
+    return replaceHidden(text,
+                         [](UChar32 c) { return fmt::format("&#x{:X};", static_cast<std::uint32_t>(c)); });
 }
 
 std::string getQuotedName(std::string_view bytes) {

@@ -25,6 +25,9 @@ std::string getQuotedName(std::string_view bytes);
 /// has it: two of them for a character beyond 16 bits. Bytes that aren't UTF-8 stay.
 std::string escapeHidden(std::string_view text);
 
+/// The same with `&#xXXXX;`, as XML has it. XML can't hold most control characters even so.
+std::string escapeHiddenInXml(std::string_view text);
+
 /// The part of a source line that a message points at, ready to be printed:
 ///
 ///     text         s = '漢字' + ;
