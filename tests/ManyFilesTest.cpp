@@ -111,23 +111,34 @@ TEST_F(ManyFiles, ComeOutAlikeWhateverTheNumberOfThreads) {
 class FaultyFiles : public DiskFileSystem {
 public:
     std::string readRegular(const std::string& path, std::uint64_t limit) override {
-        return path.ends_with("b.omb") ? throw std::logic_error("lost")
-                                       : DiskFileSystem::readRegular(path, limit);
+        if (path.ends_with("b.omb")) {
+            isOutOfMemory ? throw std::bad_alloc() : throw std::logic_error("lost");
+        }
+        return DiskFileSystem::readRegular(path, limit);
     }
+
+    bool isOutOfMemory = false;
 };
 
-TEST_F(ManyFiles, ContinueAfterAnUnexpectedFault) {
-    FaultyFiles files;
-    for (const char* threads : {"-j1", "-j3"}) {
+TEST_F(ManyFiles, ContinueAfterAFaultAndWhereMemoryRunsOut) {
+    struct Row {
+        const char* threads;
+        bool isOutOfMemory;
+        int status;
+        std::string message;
+    };
+    for (const Row& row : {Row{"-j1", false, 5, "formatting failed: lost [internal-error]"},
+                           Row{"-j3", false, 5, "formatting failed: lost [internal-error]"},
+                           Row{"-j3", true, 3, "not enough memory for this text [out-of-memory]"}}) {
+        FaultyFiles files;
+        files.isOutOfMemory = row.isOutOfMemory;
         for (const char* name : {"a.omb", "b.omb", "c.omb"}) {
             disk.write(name, "if a\nx\nend\n");
         }
-        const auto outcome = runProgram({"-i", threads, disk.getPath().string()}, {}, files);
-        EXPECT_EQ(outcome.status, 5);
-        EXPECT_EQ(
-            outcome.err,
-            (disk.getPath() / "b.omb").string() +
-                ": error: formatting failed: lost [internal-error]\n2 of 3 files formatted, 1 failed\n");
+        const auto outcome = runProgram({"-i", row.threads, disk.getPath().string()}, {}, files);
+        EXPECT_EQ(outcome.status, row.status);
+        EXPECT_EQ(outcome.err, (disk.getPath() / "b.omb").string() + ": error: " + row.message +
+                                   "\n2 of 3 files formatted, 1 failed\n");
         EXPECT_EQ(disk.read("a.omb") + disk.read("b.omb") + disk.read("c.omb"),
                   "if a\n    x\nend\nif a\nx\nend\nif a\n    x\nend\n");
     }

@@ -115,39 +115,12 @@ const std::vector<ExampleFile>& getExamples() {
 
 /// A sequence of pieces that mean something to one stage or another, and of anything else.
 Text makeSoup(Random& random) {
-    static constexpr std::u16string_view pieces[] = {u"if a\n",
-                                                     u"end\n",
-                                                     u"function f\n",
-                                                     u"classdef c\n",
-                                                     u"else ",
-                                                     u"case 1\n",
-                                                     u"x = [1, ...\n",
-                                                     u"{2 3\n",
-                                                     u"]",
-                                                     u"};\n",
-                                                     u"(...\n",
-                                                     u")",
-                                                     u"% c\n",
-                                                     u"%{\n",
-                                                     u" %}\n",
-                                                     u"\n",
-                                                     u"   \n",
-                                                     u"\r\n",
-                                                     u"\r",
-                                                     u"\t",
-                                                     u"  ",
-                                                     u"'s'",
-                                                     u"\"s",
-                                                     u"a'",
-                                                     u"1e",
-
-                                                     u"\u2028",
-                                                     u"\xD83D\xDE00",
-                                                     u"\xD83D",
-                                                     u"\uFEFF",
-                                                     u"ä",
-                                                     u"!ls\n",
-                                                     u"hold on\n"};
+    // clang-format off
+    static constexpr std::u16string_view pieces[] = {
+        u"if a\n", u"end\n", u"function f\n", u"classdef c\n", u"else ", u"case 1\n", u"x = [1, ...\n", u"{2 3\n",
+        u"]", u"};\n", u"(...\n", u")", u"% c\n", u"%{\n", u" %}\n", u"\n", u"   \n", u"\r\n", u"\r", u"\t", u"  ",
+        u"'s'", u"\"s", u"a'", u"1e", u"\u2028", u"\xD83D\xDE00", u"\xD83D", u"\uFEFF", u"ä", u"!ls\n", u"hold on\n"};
+    // clang-format on
     Text text;
     for (std::size_t count = pick(random, 24); count > 0; --count) {
         if (pick(random, 4) == 0) {
@@ -267,6 +240,14 @@ bool tryParser(Trial& trial) {
         promise(!exception.getErrors().empty(), "refused without a reason");
         return false;
     }
+}
+
+/// Every example parses. Faults of a tokenizer: what it leaves out or gets wrong is an error somewhere.
+bool tryExamples(Trial& trial) {
+    const ExampleFile& example = getExamples()[trial.seed % getExamples().size()];
+    const auto errors = ca::formatting::parseSource(trial.spoil(example.text)).errors;
+    promise(errors.empty(), example.path.string() + " has errors");
+    return true;
 }
 
 /// A value of each option, as a JSON text.
@@ -481,9 +462,9 @@ struct Class {
     bool (*attempt)(Trial&);
 };
 
-constexpr Class classes[] = {{"lexer", tryLexer},   {"lines", tryLines},    {"range", tryRange},
-                             {"parser", tryParser}, {"tree", tryTree},      {"refusal", tryRefusal},
-                             {"memory", tryMemory}, {"threads", tryThreads}};
+constexpr Class classes[] = {{"lexer", tryLexer},     {"lines", tryLines},       {"range", tryRange},
+                             {"parser", tryParser},   {"examples", tryExamples}, {"tree", tryTree},
+                             {"refusal", tryRefusal}, {"memory", tryMemory},     {"threads", tryThreads}};
 
 int run(const Class& what, std::size_t count, std::size_t fault, std::uint32_t seed) {
     std::size_t accepted = 0;
