@@ -102,6 +102,15 @@ TEST_F(FileReplacement, ReadsNoMoreThanTheLimit) {
     DiskFileSystem files;
     EXPECT_EQ(files.read(file, 11), ugly);
     EXPECT_THROW(files.read(file, 10), FileError);
+    EXPECT_THROW(files.read("/dev/zero", 10), FileError);
+    EXPECT_THROW(files.read(disk.getPath(), 10), FileError);
+}
+
+TEST_F(FileReplacement, ReplacesNothingButFiles) {
+    ASSERT_EQ(disk.shell("mkfifo pipe"), 0);
+    EXPECT_THROW(replace("pipe"), FileError);
+    EXPECT_THROW(replace("nothing"), FileError);
+    EXPECT_EQ(disk.countFiles(), 2U);
 }
 
 TEST_F(FileReplacement, KeepsTheOldFileInAFolderOfAnother) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 
@@ -19,4 +21,20 @@ TEST(Token, WritesItsTypeNameToAStreamOfAnyLocale) {
     std::basic_stringstream<char16_t> stream;
     stream << TokenType::OpeningKeyword4 << TokenType::EndIndex << static_cast<TokenType>(49);
     EXPECT_EQ(stream.str(), u"OpeningKeyword4EndIndexUnknown");
+}
+
+TEST(Token, NamesEachTypeOnceAndByItsNumberWhereThereIsOneInTheName) {
+    std::set<std::u16string> names;
+    for (int number = 0; number <= 100; ++number) {
+        std::basic_stringstream<char16_t> stream;
+        stream << static_cast<TokenType>(number);
+        const std::u16string name = stream.str();
+        EXPECT_TRUE(name == u"Unknown" || names.insert(name).second) << number;
+        std::string digits;
+        for (const char16_t c : name.substr(name.find_last_not_of(u"0123456789") + 1)) {
+            digits += static_cast<char>(c);
+        }
+        EXPECT_TRUE(digits.empty() || digits == std::to_string(number)) << number;
+    }
+    EXPECT_GT(names.size(), 90U);
 }

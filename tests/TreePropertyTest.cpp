@@ -163,8 +163,10 @@ TEST(TreeFormatter, FormatsLongChainsAndRefusesDeepNesting) {
                                       u"global a" + repeat(u" a", many),
                                       repeat(u"function f\nx\n", many),
                                       repeat(u"if a\n", 255) + u"(x)\n" + repeat(u"end\n", 255),
-                                      u"x = " + repeat(u"(1 || 2 && 3 | 4 & 5 == 6:7 + 8 * -a(", 24) + u"1" +
-                                          repeat(u"))", 24)};
+                                      u"x = " + repeat(u"1 || 2 && 3 | 4 & 5 == 6:7 + 8 * (", 500) + u"1" +
+                                          repeat(u")", 500),
+                                      u"x = " + repeat(u"a(x=[", 250) + u"1" + repeat(u"])", 250),
+                                      u"x = " + repeat(u"@() -a{", 166) + u"1" + repeat(u"}", 166)};
     TestOptions options{.indentation = true, .lineBreaking = true, .columnLimit = 40};
     options.lineBreakBehavior = ca::formatting::FormattingConfig::LineBreakBehavior::AllowMultiplePerLine;
     runOnSmallStack([&] {

@@ -61,7 +61,7 @@ void Parser::parseArguments(Arguments kind) {
 const Node* Parser::parseArgument(Arguments kind) {
     const TokenType next = cursor.getNext().type;
     if (isAt(TokenType::Comma) || isClosing(cursor.getType())) {
-        fail(u"MissingElement", u"a value is missing before " + quoteCurrent(), cursor.get());
+        failBefore(u"MissingElement", u"a value is missing");
     }
     if (kind != Arguments::Plain && isAt(TokenType::Colon) && (next == TokenType::Comma || isClosing(next))) {
         return takeLeaf(NodeKind::TokenLeaf16);
@@ -178,7 +178,7 @@ const Node* Parser::parseRow(TokenType close) {
             break;
         }
         if (!isSeparated && !cursor.get().isAfterGap) {
-            fail(u"MissingSeparator", u"expected ',' or a space before " + quoteCurrent(), cursor.get());
+            failBefore(u"MissingSeparator", u"expected ',' or a space");
         }
         pending.push_back(parseExpression());
         isSeparated = false;
@@ -195,7 +195,7 @@ void Parser::parseOutputs(Outputs kind) {
     bool isSeparated = true;
     while (!isAt(TokenType::CloseSquareBracket) && (isAtName() || isAt(TokenType::PrefixOperator34))) {
         if (!isSeparated && !cursor.get().isAfterGap) {
-            fail(u"MissingSeparator", u"expected ',' or a space before " + quoteCurrent(), cursor.get());
+            failBefore(u"MissingSeparator", u"expected ',' or a space");
         }
         pending.push_back(parseOutput(kind));
         isSeparated = false;

@@ -76,6 +76,7 @@ private:
     // Faults and recovery (Recovery.cpp).
     void report(std::u16string_view identifier, std::u16string message, const CodeToken& at);
     [[noreturn]] void fail(std::u16string_view identifier, std::u16string message, const CodeToken& at);
+    [[noreturn]] void failBefore(std::u16string_view identifier, std::u16string_view what);
     [[noreturn]] void failExpected(std::u16string_view what);
     [[noreturn]] void failUnclosed(const CodeToken& open);
     void failIfUnrecognized();

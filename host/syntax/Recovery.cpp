@@ -77,7 +77,12 @@ void Parser::failExpected(std::u16string_view what) {
     if (isAt(lineEnd) && !brackets.empty()) {
         failUnclosed(brackets.back());
     }
-    fail(u"UnexpectedText", u"expected " + std::u16string(what) + u" before " + quoteCurrent(), cursor.get());
+    failBefore(u"UnexpectedText", u"expected " + std::u16string(what));
+}
+
+/// Makes the message here: texts would take room in the stack frames of functions that recurse.
+void Parser::failBefore(std::u16string_view identifier, std::u16string_view what) {
+    fail(identifier, std::u16string(what) + u" before " + quoteCurrent(), cursor.get());
 }
 
 void Parser::failIfUnrecognized() {

@@ -158,7 +158,8 @@ private:
     /// rules are in one stack.
     class Rule {
     public:
-        explicit Rule(FormattingParser& parser) : parser(parser), firstChild(parser.children.size()) {}
+        explicit Rule(FormattingParser& parser) : Rule(parser, parser.children.size()) {}
+        Rule(FormattingParser& parser, std::size_t firstChild) : parser(parser), firstChild(firstChild) {}
         Rule(const Rule&) = delete;
         Rule& operator=(const Rule&) = delete;
 
@@ -501,21 +502,6 @@ private:
         return rule.container();
     }
 
-    TextNode* binaryOperation(const BinaryOperation<CA>& node) {
-        const ContainerKind kind = getOperatorClass(node.operatorNumber).kind;
-        const auto operands = flattenChain(node);
-        Rule rule(*this);
-        enterIndent(make<ExpressionIndentNode>(currentIndentNode, node));
-        for (const SyntaxNode* operand : operands) {
-            if (operand != operands.front()) {
-                rule.operatorGap(kind, Side::Before).token().operatorGap(kind, Side::After);
-            }
-            rule.child(operand);
-        }
-        leaveIndent();
-        return rule.container(kind);
-    }
-
     TextNode* braceIndexing(const BraceIndexing<CA>& node) {
         return indexing(node.target, node.arguments, ContainerKind::BraceList);
     }
@@ -537,15 +523,6 @@ private:
             rule.unnecessary().token().unnecessary().child(superclass);
         }
         return rule.statements(node.members).separator().token().container();
-    }
-
-    TextNode* colonExpression(const ColonExpression<CA>& node) {
-        Rule rule(*this);
-        rule.child(node.first);
-        if (node.step != nullptr) {
-            rule.unnecessary().token().unnecessary().child(node.step);
-        }
-        return rule.unnecessary().token().unnecessary().child(node.last).container(ContainerKind::Colon);
     }
 
     TextNode* commandSyntax(const CommandSyntax<CA>& node) {
@@ -809,6 +786,82 @@ private:
         return rule.block(node).separator().token().container(ContainerKind::While);
     }
 
+    // Operations with an operator between two operands. Between two brackets one can be inside of another for
+    // each level of operators, so there are far more of them than levels of nesting, and those that are open
+    // are kept here and not on the call stack.
+
+    struct OpenOperation {
+        const SyntaxNode* node;
+        std::vector<const SyntaxNode*> operands; ///< in the order of the text
+        std::size_t takenCount;
+        std::size_t firstChild; ///< of its rule
+    };
+
+    static bool isOperation(const SyntaxNode* node) {
+        return node->kind == NodeKind::BinaryOperation || node->kind == NodeKind::ColonExpression;
+    }
+
+    TextNode* operation(const SyntaxNode& outermost) {
+        const std::size_t bottom = operations.size();
+        openOperation(outermost);
+        for (;;) {
+            OpenOperation& open = operations.back();
+            if (open.takenCount == open.operands.size()) {
+                TextNode* whole = closeOperation();
+                if (operations.size() == bottom) {
+                    return whole;
+                }
+                children.push_back(whole);
+                continue;
+            }
+            if (open.takenCount > 0) {
+                takeOperator(open);
+            }
+            const SyntaxNode* operand = open.operands[open.takenCount++];
+            if (isOperation(operand)) {
+                openOperation(*operand);
+            } else {
+                children.push_back(dispatch(operand));
+            }
+        }
+    }
+
+    void openOperation(const SyntaxNode& node) {
+        if (node.kind == NodeKind::ColonExpression) {
+            const auto& range = as<ColonExpression>(node);
+            std::vector<const SyntaxNode*> operands = {range.first, range.last};
+            if (range.step != nullptr) {
+                operands.insert(operands.begin() + 1, range.step);
+            }
+            operations.push_back({&node, std::move(operands), 0, children.size()});
+            return;
+        }
+        const auto& operation = as<BinaryOperation>(node);
+        operations.push_back({&node, flattenChain(operation), 0, children.size()});
+        enterIndent(make<ExpressionIndentNode>(currentIndentNode, operation));
+    }
+
+    void takeOperator(const OpenOperation& open) {
+        Rule rule(*this, open.firstChild);
+        if (open.node->kind == NodeKind::ColonExpression) {
+            rule.unnecessary().token().unnecessary();
+            return;
+        }
+        const ContainerKind kind = getOperatorClass(as<BinaryOperation>(*open.node).operatorNumber).kind;
+        rule.operatorGap(kind, Side::Before).token().operatorGap(kind, Side::After);
+    }
+
+    TextNode* closeOperation() {
+        const SyntaxNode* node = operations.back().node;
+        Rule rule(*this, operations.back().firstChild);
+        operations.pop_back();
+        if (node->kind == NodeKind::ColonExpression) {
+            return rule.container(ContainerKind::Colon);
+        }
+        leaveIndent();
+        return rule.container(getOperatorClass(as<BinaryOperation>(*node).operatorNumber).kind);
+    }
+
     // What several rules have in common.
 
     /// `target(arguments)` and `target{arguments}`: the list is a container of its own.
@@ -851,7 +904,7 @@ private:
         case NodeKind::Attribute:
             return attribute(as<Attribute>(*node));
         case NodeKind::BinaryOperation:
-            return binaryOperation(as<BinaryOperation>(*node));
+            return operation(*node);
         case NodeKind::BraceIndexing:
             return braceIndexing(as<BraceIndexing>(*node));
         case NodeKind::CaseSelection:
@@ -861,7 +914,7 @@ private:
         case NodeKind::ClassDefinition:
             return classDefinition(as<ClassDefinition>(*node));
         case NodeKind::ColonExpression:
-            return colonExpression(as<ColonExpression>(*node));
+            return operation(*node);
         case NodeKind::CommandSyntax:
             return commandSyntax(as<CommandSyntax>(*node));
         case NodeKind::FieldAccess:
@@ -968,9 +1021,10 @@ private:
     LeafNode* firstLeaf = nullptr;
     LeafNode* lastLeaf = nullptr;
     std::vector<FormatNode*> nodes;
-    std::vector<TextNode*> children;   ///< of all rules that are at work, the innermost last
-    std::vector<const Token*> run;     ///< the run that is being taken; kept for its memory
-    std::vector<WhitespaceItem> items; ///< of the run; likewise
+    std::vector<TextNode*> children;       ///< of all rules that are at work, the innermost last
+    std::vector<OpenOperation> operations; ///< of all expressions that are at work, the innermost last
+    std::vector<const Token*> run;         ///< the run that is being taken; kept for its memory
+    std::vector<WhitespaceItem> items;     ///< of the run; likewise
 };
 
 } // namespace

@@ -6,12 +6,7 @@
 
 namespace {
 
-/// A megabyte, and more under the address sanitizer, which makes each frame several times larger.
-#ifdef __SANITIZE_ADDRESS__
-constexpr std::size_t smallStack = 4 * 1024 * 1024;
-#else
 constexpr std::size_t smallStack = 1024 * 1024;
-#endif
 
 } // namespace
 
