@@ -36,5 +36,5 @@ TEST(Token, NamesEachTypeOnceAndByItsNumberWhereThereIsOneInTheName) {
         }
         EXPECT_TRUE(digits.empty() || digits == std::to_string(number)) << number;
     }
-    EXPECT_GT(names.size(), 90U);
+    EXPECT_GT(names.size(), 80U);
 }
