@@ -135,8 +135,16 @@ TEST_F(CrashSafety, LeavesOnlyTheOldFileWhenACallFails) {
         EXPECT_EQ(trace("-e inject=fsetxattr:error=EOPNOTSUPP"), 6);
         EXPECT_EQ(trace("-e inject=llistxattr,flistxattr:error=EOPNOTSUPP"), 0) << "there are none then";
         setAttribute();
+        EXPECT_EQ(trace("-e inject=lgetxattr:error=ERANGE:when=1"), 0) << "it may have grown meanwhile";
+        setAttribute();
     }
     findCalls();
+    for (const Call& call : calls) {
+        if (call.name == "read" || call.name == "write") {
+            const std::string when = ":error=EINTR:when=" + std::to_string(call.ordinal);
+            EXPECT_EQ(trace("-e inject=" + call.name + when), 0) << "isn't tried again: " << call.line;
+        }
+    }
     const std::set<std::string> fileCalls = {"fchown", "fsetxattr",  "lgetxattr",  "access",     "close",
                                              "fchmod", "flistxattr", "fsync",      "flock",      "getdents64",
                                              "getcwd", "linkat",     "llistxattr", "newfstatat", "openat",
@@ -165,18 +173,31 @@ TEST_F(CrashSafety, LeavesOnlyTheOldFileWhenACallFails) {
     }
 }
 
-/// Where the file system can't make a file without a name, one with a name serves.
+/// Where the file system can't make a file without a name, one with a name serves, and where it can't rename
+/// without replacing, a link does.
 TEST_F(CrashSafety, WorksWithoutUnnamedFiles) {
-    for (const Call& call : calls) {
-        if (call.line.find("O_TMPFILE") != std::string::npos) {
-            const std::string inject =
-                "-e inject=openat:error=EOPNOTSUPP:when=" + std::to_string(call.ordinal);
-            EXPECT_EQ(trace(inject), 0);
-            EXPECT_EQ(disk.read("in/a.omb"), tidy);
-            EXPECT_EQ(trace(inject + " -e inject=fsync:error=ENOSPC"), 6);
-            EXPECT_EQ(disk.read("in/a.omb"), ugly);
-            EXPECT_EQ(listFolder(), "a.omb\n");
-        }
+    const auto refuseUnnamed = [&] {
+        findCalls();
+        const auto open = std::find_if(calls.begin(), calls.end(), [](const Call& call) {
+            return call.line.find("O_TMPFILE") != std::string::npos;
+        });
+        return open == calls.end()
+                   ? ""
+                   : "-e inject=openat:error=EOPNOTSUPP:when=" + std::to_string(open->ordinal);
+    };
+    const std::string inject = refuseUnnamed();
+    EXPECT_EQ(trace(inject), 0);
+    EXPECT_EQ(disk.read("in/a.omb"), tidy);
+    EXPECT_EQ(trace(inject + " -e inject=fsync:error=ENOSPC"), 6);
+    EXPECT_EQ(disk.read("in/a.omb"), ugly);
+    EXPECT_EQ(listFolder(), "a.omb\n");
+    arguments = "--check --reporter json:in/new.json in/a.omb";
+    for (const char* more : {"", " -e inject=renameat2:error=EINVAL"}) {
+        const std::string both = refuseUnnamed() + more;
+        disk.shell("rm in/new.json");
+        EXPECT_EQ(trace(both), 1);
+        EXPECT_EQ(listFolder(), "a.omb\nnew.json\n");
+        disk.shell("rm in/new.json");
     }
 }
 

@@ -118,11 +118,26 @@ int spoilSource(const char* path, int file) {
     return file;
 }
 
+/// What valgrind has to see: values that nobody has set decide, point and leave the program.
+void useUnsetValues() {
+    volatile unsigned values[4];
+    if (has("unset-condition") && values[0] != 0) {
+        ::getpid();
+    }
+    if (has("unset-index")) {
+        values[values[1] % 4] = 0;
+    }
+    if (has("unset-output")) {
+        syscall(SYS_write, openPlainly("/dev/null", O_WRONLY), const_cast<unsigned*>(values), sizeof values);
+    }
+}
+
 __attribute__((constructor)) void begin() {
     const std::string_view program = program_invocation_short_name;
     const char* name = std::getenv("OMBREL_FAULT");
     if (name != nullptr && (program == "ombrel-format" || program == "ombrel_tests")) {
         fault = name;
+        useUnsetValues();
     }
     const char* number = std::getenv("OMBREL_FAIL_AT");
     if (number != nullptr && program == "ombrel-format") {
