@@ -116,13 +116,15 @@ bool isSeparator(const Token& token) {
 }
 
 GapList::GapList(const std::u16string& text, const std::vector<Token>& tokens) : text(text), tokens(tokens) {
-    std::size_t offset = 0;
+    std::uint32_t offset = 0;
+    std::uint32_t index = 0;
     places.reserve(tokens.size() / 2 + 1);
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        if (isCode(tokens[i])) {
-            places.push_back({offset, i});
+    for (const Token& token : tokens) {
+        if (isCode(token)) {
+            places.push_back({offset, index});
         }
-        offset += tokens[i].lexeme.size();
+        offset += static_cast<std::uint32_t>(token.lexeme.size());
+        ++index;
     }
 }
 

@@ -62,9 +62,9 @@ public:
     }
 
 private:
-    struct Place {
-        std::size_t offset;
-        std::size_t index; ///< in the token list
+    struct Place { // 32 bits as in the syntax tree: there are many
+        std::uint32_t offset;
+        std::uint32_t index; ///< in the token list
     };
 
     const std::u16string& text;

@@ -27,23 +27,32 @@ Pairing::Pairing(const Marks& before, const Marks& after, const Edits& edits,
     auto edit = edits.begin();
     std::size_t shift = 0; // may wrap around: only sums are looked at
     std::size_t next = 0;
-    numbers.reserve(after.getCount());
     for (std::size_t i = 0; i < before.getCount(); ++i) {
         for (; edit != edits.end() && edit->offset + edit->length <= before.getPosition(i); ++edit) {
             shift += edit->text.size() - edit->length;
         }
         const std::size_t place = before.getPosition(i) + shift;
         for (; next < after.getCount() && after.getPosition(next) < place; ++next) {
-            numbers.push_back(i);
+            add(i, next);
             differences.push_back({Difference::Kind::Token, i, nullptr, nullptr, next});
         }
         if (next < after.getCount() && after.getPosition(next) == place) {
-            compare(before, i, after, next++, differences);
-            numbers.push_back(i);
+            compare(before, i, after, next, differences);
+            add(i, next++);
         } else {
             differences.push_back({Difference::Kind::Token, i, nullptr, nullptr, next});
         }
     }
+}
+
+void Pairing::add(std::size_t mark, std::size_t markAfter) {
+    if (numbers.empty() && mark == markAfter) {
+        return;
+    }
+    while (numbers.size() < markAfter) {
+        numbers.push_back(numbers.size());
+    }
+    numbers.push_back(mark);
 }
 
 } // namespace ombrel

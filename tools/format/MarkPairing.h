@@ -22,6 +22,8 @@ public:
     }
 
 private:
+    void add(std::size_t mark, std::size_t markAfter);
+
     std::vector<std::size_t> numbers; ///< empty if all are the same
 };
 

@@ -41,20 +41,23 @@ bool isSame(const Token& a, const Token& b) {
     return a.isComment() == b.isComment() && a.lexeme == b.lexeme;
 }
 
-Marks::Marks(const std::vector<Token>& tokens) {
-    std::size_t position = 0;
+Marks::Marks(const std::vector<Token>& tokens) : tokens(tokens) {
+    std::size_t offset = 0;
+    std::uint32_t index = 0;
     marks.reserve(tokens.size() / 2 + 1);
     for (const Token& token : tokens) {
         if (isMark(token)) {
-            marks.push_back({&token, position + getIndentation(token)});
+            marks.push_back({static_cast<std::uint32_t>(offset + getIndentation(token)), index});
         }
-        position += token.lexeme.size();
+        offset += token.lexeme.size();
+        ++index;
     }
 }
 
 std::size_t Marks::find(const ca::SyntaxError& error) const {
     const auto isBefore = [&](const Mark& mark) {
-        return std::pair(mark.token->line, mark.token->column) < std::pair(error.line, error.column);
+        const Token& token = tokens[mark.index];
+        return std::pair(token.line, token.column) < std::pair(error.line, error.column);
     };
     return static_cast<std::size_t>(std::partition_point(marks.begin(), marks.end(), isBefore) -
                                     marks.begin());

@@ -8,6 +8,7 @@
 #include <lf/astapi/Nodes.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -32,7 +33,7 @@ public:
     explicit Marks(const std::vector<ca::lexer::Token>& tokens);
 
     std::size_t getCount() const { return marks.size(); }
-    const ca::lexer::Token& operator[](std::size_t i) const { return *marks[i].token; }
+    const ca::lexer::Token& operator[](std::size_t i) const { return tokens[marks[i].index]; }
 
     /// Offset in the text, 16-bit characters from 0.
     std::size_t getPosition(std::size_t i) const { return marks[i].offset; }
@@ -47,10 +48,12 @@ public:
     std::size_t find(const ca::SyntaxError& error) const;
 
 private:
-    struct Mark {
-        const ca::lexer::Token* token;
-        std::size_t offset;
+    struct Mark { // 32 bits as in the syntax tree: there are many
+        std::uint32_t offset;
+        std::uint32_t index; ///< in the token list
     };
+
+    const std::vector<ca::lexer::Token>& tokens;
 
     std::vector<Mark> marks;
 };

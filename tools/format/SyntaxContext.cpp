@@ -102,7 +102,7 @@ private:
 
 SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flags(gaps.getCount()) {
     Walk(gaps, flags).visitTree(root);
-    std::vector<std::size_t> open; // brackets; `none` for those that don't open a literal
+    std::vector<std::uint32_t> open; // brackets; `none` for those that don't open a literal
     literals.reserve(gaps.getCount());
     for (std::size_t token = 0; token < gaps.getCount(); ++token) {
         literals.push_back(open.empty() ? none : open.back());
@@ -112,7 +112,7 @@ SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flag
         case TokenType::OpenParenthesis:
         case TokenType::OpenSquareBracket:
         case TokenType::OpenBrace:
-            open.push_back(has(token, literalOpening) ? token : none);
+            open.push_back(has(token, literalOpening) ? static_cast<std::uint32_t>(token) : none);
             break;
         case TokenType::CloseParenthesis:
         case TokenType::CloseSquareBracket:

@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    static constexpr std::uint32_t none = static_cast<std::uint32_t>(-1);
 
     enum Flag : std::uint8_t {
         statementStart = 1,
@@ -61,8 +61,8 @@ private:
     class Walk;
 
     std::vector<std::uint8_t> flags;
-    std::vector<std::size_t> literals;
-    std::vector<std::size_t> units; ///< their first tokens, ascending
+    std::vector<std::uint32_t> literals; ///< of each gap: the token that opens the literal, or `none`
+    std::vector<std::size_t> units;      ///< their first tokens, ascending
 };
 
 } // namespace ombrel
