@@ -1,3 +1,13 @@
+// The outline of a document, made in one of two ways. Where the text parses, the tree has everything: classes
+// with their members, functions in functions. Where it doesn't, as while somebody is typing, the tokens still
+// show where functions and classes start, and the blocks show where they end:
+//
+//     classdef Stack              a class, up to its `end`
+//         methods
+//             function push(      the tree would have this in the class; the tokens list it after the class
+//
+// Both give the same symbols, which are then written as a tree or, for older clients, as a list.
+
 #include "lsp/Symbols.h"
 
 #include "lsp/Blocks.h"
