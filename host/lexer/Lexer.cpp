@@ -91,12 +91,6 @@ void Lexer::emit(TokenType type, std::size_t end) {
     position = end;
 }
 
-void Lexer::emitBlanks() {
-    if (const std::size_t end = skipBlanks(position); end != position) {
-        emit(TokenType::Whitespace, end);
-    }
-}
-
 /// The index after the line end at `index`; `index` itself at the end of the text.
 std::size_t Lexer::skipLineEnd(std::size_t index) const {
     if (index == size) {

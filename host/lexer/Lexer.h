@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AssignmentTracker.h"
+#include "Characters.h"
 #include "Keywords.h"
 #include "Literals.h"
 #include "Nesting.h"
@@ -51,7 +52,11 @@ private:
     // Writing. Each makes a token of the text from `position` to `end` and moves there.
     void emit(TokenType type, std::size_t end);
     void emitCode(TokenType type, std::size_t end);
-    void emitBlanks();
+    void emitBlanks() {
+        if (isBlank(at(position))) {
+            emit(TokenType::Whitespace, skipBlanks(position));
+        }
+    }
     void emitLineEnd();
     void emitWholeLine(TokenType type);
 

@@ -4,25 +4,6 @@
 
 namespace ca::lexer {
 
-std::optional<TokenType> findBracket(char16_t c) {
-    switch (c) {
-    case u'(':
-        return TokenType::OpenParenthesis;
-    case u')':
-        return TokenType::CloseParenthesis;
-    case u'[':
-        return TokenType::OpenSquareBracket;
-    case u']':
-        return TokenType::CloseSquareBracket;
-    case u'{':
-        return TokenType::OpenBrace;
-    case u'}':
-        return TokenType::CloseBrace;
-    default:
-        return std::nullopt;
-    }
-}
-
 void Brackets::open(TokenType bracket) {
     stack.push_back(bracket);
     ++counts[getSlot(bracket)];

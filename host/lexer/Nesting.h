@@ -10,7 +10,24 @@
 namespace ca::lexer {
 
 /// The token of a bracket; empty for any other character.
-std::optional<TokenType> findBracket(char16_t c);
+constexpr std::optional<TokenType> findBracket(char16_t c) {
+    switch (c) {
+    case u'(':
+        return TokenType::OpenParenthesis;
+    case u')':
+        return TokenType::CloseParenthesis;
+    case u'[':
+        return TokenType::OpenSquareBracket;
+    case u']':
+        return TokenType::CloseSquareBracket;
+    case u'{':
+        return TokenType::OpenBrace;
+    case u'}':
+        return TokenType::CloseBrace;
+    default:
+        return std::nullopt;
+    }
+}
 
 constexpr bool isOpening(TokenType bracket) {
     return bracket == TokenType::OpenParenthesis || bracket == TokenType::OpenSquareBracket ||
