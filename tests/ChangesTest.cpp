@@ -2,7 +2,7 @@
 
 #include "format/EditAdoption.h"
 #include "git/GitDiff.h"
-#include "git/Process.h"
+#include "process/Process.h"
 #include "git/StagedFiles.h"
 
 #include <gtest/gtest.h>

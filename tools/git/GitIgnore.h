@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/IgnoredFiles.h"
-#include "git/Process.h"
+#include "process/Process.h"
 
 #include <map>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "git/Process.h"
+#include "process/Process.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,4 +1,4 @@
-#include "git/Process.h"
+#include "process/Process.h"
 
 #include "files/Descriptor.h"
 
