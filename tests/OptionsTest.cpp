@@ -3,6 +3,8 @@
 
 #include "options/OptionsFile.h"
 #include "options/OptionsResolver.h"
+#include "options/SectionName.h"
+#include "options/VersionRange.h"
 #include "text/TextEncoding.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +78,64 @@ TEST_F(OptionsTest, ReadsAndLooksForEachFileOnceInARun) {
     disk.lookUps.clear();
     EXPECT_EQ(runProgram({"--check", "--no-config", "p/q"}, "", disk).status, 0);
     EXPECT_FALSE(disk.lookUps.contains(top / "p/q/.ombrel-format.json"));
+}
+
+TEST_F(OptionsTest, KnowsWhichVersionsARangeContains) {
+    struct Row {
+        const char* range;
+        std::vector<Version> inside;
+        std::vector<Version> outside;
+    };
+    const Row rows[] = {
+        {"1.2.3", {{1, 2, 3}}, {{1, 2, 2}, {1, 2, 4}}},
+        {"1.2", {{1, 2, 0}, {1, 2, 9}}, {{1, 1, 9}, {1, 3, 0}}},
+        {"=1.X", {{1, 0, 0}, {1, 9, 9}}, {{0, 9, 9}, {2, 0, 0}}},
+        {"x", {{0, 0, 0}, {9, 9, 9}}, {}},
+        {">1.2", {{1, 3, 0}, {2, 0, 0}}, {{1, 2, 9}}},
+        {">1.2.3", {{1, 2, 4}}, {{1, 2, 3}}},
+        {">*", {}, {{0, 0, 0}, {9, 9, 9}}},
+        {"<=1.2", {{1, 2, 9}, {0, 0, 0}}, {{1, 3, 0}}},
+        {"<1.2", {{1, 1, 9}}, {{1, 2, 0}}},
+        {">=1.2 <2", {{1, 2, 0}, {1, 9, 9}}, {{1, 1, 9}, {2, 0, 0}}},
+        {"^1.2.3", {{1, 2, 3}, {1, 9, 0}}, {{1, 2, 2}, {2, 0, 0}}},
+        {"^0.2.3", {{0, 2, 3}, {0, 2, 9}}, {{0, 2, 2}, {0, 3, 0}}},
+        {"^0.0.3", {{0, 0, 3}}, {{0, 0, 2}, {0, 0, 4}}},
+        {"^0.0", {{0, 0, 9}}, {{0, 1, 0}}},
+        {"^0", {{0, 9, 9}}, {{1, 0, 0}}},
+        {"~1.2.3", {{1, 2, 3}, {1, 2, 9}}, {{1, 2, 2}, {1, 3, 0}}},
+        {"~1", {{1, 0, 0}, {1, 9, 9}}, {{2, 0, 0}}},
+        {"<1 || 1.5.x || >3", {{0, 9, 9}, {1, 5, 5}, {4, 0, 0}}, {{1, 0, 0}, {3, 0, 0}}},
+    };
+    for (const Row& row : rows) {
+        const auto range = VersionRange::parse(row.range);
+        ASSERT_TRUE(range) << row.range;
+        for (const Version& version : row.inside) {
+            EXPECT_TRUE(range->contains(version)) << row.range << ": " << describe(version);
+        }
+        for (const Version& version : row.outside) {
+            EXPECT_FALSE(range->contains(version)) << row.range << ": " << describe(version);
+        }
+    }
+}
+
+TEST_F(OptionsTest, FindsTheSectionsThatTheLibraryFinds) {
+    const char* const names[] = {
+        "*",         "*.omb",      "**.omb",     "a?omb",      "a.[op]mb",      "[!a].omb",   "[a-c].omb",
+        "{a,b}.omb", "{a}.omb",    "{,a,b}.omb", "{a,{b,c}}*", "{1..20}.omb",   "{20..-1}.*", "p/*.omb",
+        "/*.omb",    "/p/**",      "p/**/a.omb", "**/a.omb",   "p/{q,r}/*.omb", "{a.omb",     "a}.omb",
+        "\\*.omb",   "p*/a.omb",   "[a/b].omb",  "a\\.omb",    "p/?/a.omb",     "*/q/*",      "{p,q/r}/a.omb",
+        "[a.omb",    "[!a-b].omb", "{p/**,x}",   "{a,b",
+    };
+    const char* const paths[] = {"a.omb",   "b.omb",     "d.omb",     "15.omb",      "-1.omb",  "25.omb",
+                                 "p/a.omb", "p/q/a.omb", "q/r/a.omb", "p/q/r/b.omb", "{a}.omb", "*.omb",
+                                 ".omb",    "a.pmb",     "{a.omb",    "a}.omb",      "[a.omb"};
+    for (const std::string name : names) {
+        folder.write(".editorconfig", "root = true\n[" + name + "]\nindent_size = 7\n");
+        for (const std::string path : paths) {
+            const auto settings = readEditorConfig(folder.getPath() / path);
+            EXPECT_EQ(matchesSection(name, path), !std::get<0>(settings).empty()) << name << ' ' << path;
+        }
+    }
 }
 
 TEST_F(OptionsTest, HandsTheTreeEngineOneText) {

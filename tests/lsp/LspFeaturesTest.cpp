@@ -420,7 +420,9 @@ TEST(LspOptionsFiles, AreCompletedAndExplained) {
         }
         return labels;
     };
-    EXPECT_EQ(complete("{|"), R"("$schema" "root" "extends" "overrides" "line" "formatting" "engine" )");
+    EXPECT_EQ(complete("{|"),
+              R"("$schema" "requiredVersion" "root" "extends" "overrides" "line" "formatting" "engine" )");
+    EXPECT_TRUE(complete(R"({"requiredVersion": |})").starts_with("\"^"));
     EXPECT_EQ(complete(R"({"line": {"indentSize": 2, "|)"),
               R"("indentSize" "tabSize" "useTabs" "functionStyle" "blankLines" )");
     EXPECT_EQ(complete(R"({/*"*/ "engine": |})"), R"("line" "tree" )");
@@ -437,6 +439,7 @@ TEST(LspOptionsFiles, AreCompletedAndExplained) {
     const Json hover = ask("hover", R"({"line": {"tab|Size": 2}})");
     EXPECT_EQ(hover["contents"]["value"],
               "**line.tabSize**\n\nColumns between tab stops.\n\nDefault: `4`; from 1 to 64");
+    EXPECT_FALSE(ask("hover", R"({"required|Version": ""})").is_null());
     EXPECT_TRUE(ask("hover", R"({"nonsense|": 2})").is_null());
     client.open("a.omb", "x\n");
     EXPECT_TRUE(

@@ -140,15 +140,15 @@ private:
         }
         warn(resolver.getWarnings());
         if (faults.empty()) {
-            warnOfIneffectiveOptions();
+            printRemarks();
         }
         return faults.empty();
     }
 
-    void warnOfIneffectiveOptions() {
+    void printRemarks() {
         const Color color = console.getErrColor(arguments.color);
         for (const OptionsFault& remark :
-             arguments.quiet ? std::vector<OptionsFault>() : resolver.getIneffective()) {
+             arguments.quiet ? std::vector<OptionsFault>() : resolver.getRemarks()) {
             for (const Message& message : makeMessages(remark.problems, remark.text)) {
                 if (remark.path.empty()) {
                     printRunProblem(console.err, "ombrel-format", message.problem, color);

@@ -42,6 +42,7 @@ enum class Code {
     TooLarge,
     OutOfMemory,
     RunawayIndentation,
+    TimeLimit,
 
     UsageError,
     NoFiles,
@@ -54,6 +55,7 @@ enum class Code {
     UnknownOption,
     InvalidValue,
     InvalidExtends,
+    RequiredVersion,
     InvalidEditorConfig,
     InvalidReport,
     GitFailed,
@@ -69,6 +71,7 @@ enum class Code {
     UnneededSuppression,
     KeptStatement,
     OptionWithoutEffect,
+    InvalidEditorConfigValue,
     LeftOut,
 };
 

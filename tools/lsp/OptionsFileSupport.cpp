@@ -3,6 +3,7 @@
 #include "lsp/OptionsText.h"
 #include "options/OptionTable.h"
 #include "options/OptionsFile.h"
+#include "options/VersionRange.h"
 #include "text/TextEncoding.h"
 
 #include <algorithm>
@@ -120,6 +121,11 @@ std::vector<Choice> listValues(const OptionsPath& path, const std::string& key) 
         return {{"true", "", valueKind}, {"false", "", valueKind}};
     }
     std::vector<Choice> choices;
+    if (path.keys.empty() && !path.isOverride && key == "requiredVersion") {
+        const std::string version = ombrel::describe(getProgramVersion());
+        return {{quote("^" + version), "this version and those that are compatible with it", valueKind},
+                {quote(version), "this version only", valueKind}};
+    }
     if (option == nullptr) {
         return choices;
     }

@@ -1,16 +1,18 @@
 #include "options/EditorConfig.h"
 
+#include "diagnostics/Suggestion.h"
 #include "options/IndentationFlags.h"
-#include "text/LineSplitter.h"
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <new>
 
 #include <editorconfig/editorconfig.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace ombrel {
 
@@ -66,7 +68,8 @@ public:
 
 std::vector<Setting> makeSettings(const Properties& properties) {
     const std::string style = getProperty(properties, "indent_style");
-    const std::string size = getProperty(properties, "indent_size");
+    std::string size = getProperty(properties, "indent_size");
+    size = findValueFault("indent_size", size).empty() ? size : "";
     SettingList list;
     list.addSetting("line.indentSize", size);
     list.addSetting("line.tabSize", getProperty(properties, "tab_width"));
@@ -79,84 +82,81 @@ std::vector<Setting> makeSettings(const Properties& properties) {
     return std::move(list.settings);
 }
 
-/// What an option comes from. A tab is as wide as a level unless it is told otherwise.
-std::vector<std::string_view> getSources(const Option& option) {
+/// A property as EditorConfig defines it. `unset` is a value of all of them.
+struct Property {
+    std::string_view name;
+    std::vector<std::string> words;
+    std::string_view option; ///< whose numbers it can have; empty if it has only words
+};
+
+const Property* findProperty(std::string_view name) {
+    static const Property properties[] = {
+        {"indent_style", {"tab", "space"}, ""},
+        {"indent_size", {"tab"}, "line.indentSize"},
+        {"tab_width", {}, "line.tabSize"},
+        {"max_line_length", {"off"}, "formatting.columnLimit"},
+    };
+    const auto* found = std::find_if(std::begin(properties), std::end(properties),
+                                     [&](const Property& property) { return property.name == name; });
+    return found == std::end(properties) ? nullptr : found;
+}
+
+bool isNumberOf(const Property& property, const std::string& value) {
+    return !property.option.empty() && parseValue(*findOption(property.option), value);
+}
+
+/// Of the lines that apply to one file.
+class LastLines {
+public:
+    explicit LastLines(const std::vector<EditorConfigProperty>& lines) : lines(lines) {}
+
+    const EditorConfigProperty* find(std::string_view name) const {
+        const auto found =
+            std::find_if(lines.rbegin(), lines.rend(),
+                         [&](const EditorConfigProperty& property) { return property.name == name; });
+        return found == lines.rend() ? nullptr : &*found;
+    }
+
+    bool isNumber(std::string_view name) const {
+        const EditorConfigProperty* line = find(name);
+        return line != nullptr && isNumberOf(*findProperty(name), line->value);
+    }
+
+private:
+    const std::vector<EditorConfigProperty>& lines;
+};
+
+bool isSame(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
+}
+
+/// A tab is as wide as a level unless it is told otherwise.
+std::vector<std::string_view> getSources(const Option& option, const LastLines& lines) {
     const std::string name = option.getName();
-    if (name == "line.indentSize") {
-        return {"indent_size", "tab_width"};
-    }
-    if (name == "line.tabSize") {
-        return {"tab_width", "indent_size"};
-    }
     if (name == "line.useTabs" || name == "formatting.indentCharacter") {
         return {"indent_style"};
     }
     if (name == "formatting.columnLimit") {
         return {"max_line_length"};
     }
-    return {"indent_size", "tab_width", "indent_style"};
-}
-
-/// The property that a line sets, in lower case; empty if it sets none.
-std::string getAssigned(std::string_view line) {
-    const std::size_t first = std::min(line.find_first_not_of(" \t"), line.size());
-    const std::size_t end = std::min(line.find_first_of("=: \t;#[", first), line.size());
-    std::string name(line.substr(first, end - first));
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return name;
-}
-
-/// `*`, `*.omb`, `*.{omb,txt}`.
-bool isAboutExtensions(std::string_view name) {
-    if (name == "*") {
-        return true;
+    if (name == "line.tabSize") {
+        return {lines.find("tab_width") != nullptr ? "tab_width" : "indent_size"};
     }
-    if (!name.starts_with("*.")) {
-        return false;
+    const std::string_view size = lines.isNumber("indent_size") ? "indent_size" : "tab_width";
+    const EditorConfigProperty* style = lines.find("indent_style");
+    if (name == "line.indentSize" || style == nullptr || !isSame(style->value, "tab")) {
+        return {size};
     }
-    name.remove_prefix(2);
-    const bool isList = name.size() > 1 && name.front() == '{' && name.back() == '}';
-    const std::string_view words = isList ? name.substr(1, name.size() - 2) : name;
-    return std::all_of(words.begin(), words.end(), [&](unsigned char c) {
-        return std::isalnum(c) != 0 || c == '_' || (isList && c == ',');
-    });
-}
-
-/// The steps that matching a path of ordinary length can take: the library tries all ways to divide a path
-/// between stars, and all ways to choose in braces.
-double estimateSteps(std::string_view name) {
-    constexpr double pathLength = 100;
-    double steps = 1;
-    double stars = 0;
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        if (name[i] == '*' && (i == 0 || name[i - 1] != '*')) {
-            steps *= pathLength / ++stars;
-        }
-        steps *= name[i] == '{' ? 2 : 1;
+    if (!lines.isNumber(size)) {
+        return {"indent_style"};
     }
-    return steps;
+    return size == "indent_size" && lines.isNumber("tab_width")
+               ? std::vector<std::string_view>{size, "tab_width"}
+               : std::vector<std::string_view>{size};
 }
 
 } // namespace
-
-SectionNames classifySectionNames(std::string_view text) {
-    constexpr double mostSteps = 1e7; // about a third of a second
-    SectionNames names = SectionNames::Extensions;
-    double steps = 0;
-    while (!text.empty()) {
-        const std::string_view line = takeLine(text);
-        const std::size_t first = line.find_first_not_of(" \t");
-        const std::size_t last = line.rfind(']');
-        if (first == std::string_view::npos || line[first] != '[' || last == std::string_view::npos) {
-            continue;
-        }
-        const std::string_view name = line.substr(first + 1, last - first - 1);
-        steps += estimateSteps(name);
-        names = isAboutExtensions(name) ? names : SectionNames::Paths;
-    }
-    return steps > mostSteps ? SectionNames::Excessive : names;
-}
 
 std::variant<std::vector<Setting>, EditorConfigFault> readEditorConfig(const std::string& path) {
     const Handle handle(editorconfig_handle_init());
@@ -172,15 +172,30 @@ std::variant<std::vector<Setting>, EditorConfigFault> readEditorConfig(const std
     return makeSettings(getProperties(handle));
 }
 
-std::vector<std::uint32_t> findEditorConfigLines(const Option& option, std::string_view text) {
-    const std::vector<std::string_view> sources = getSources(option);
-    std::vector<std::uint32_t> numbers;
-    for (std::uint32_t number = 1; !text.empty(); ++number) {
-        if (std::count(sources.begin(), sources.end(), getAssigned(takeLine(text))) > 0) {
-            numbers.push_back(number);
+std::string findValueFault(const std::string& property, const std::string& value) {
+    const Property* known = findProperty(property);
+    if (known == nullptr || isSame(value, "unset") || isNumberOf(*known, value) ||
+        std::any_of(known->words.begin(), known->words.end(),
+                    [&](const std::string& word) { return isSame(word, value); })) {
+        return {};
+    }
+    std::vector<std::string> expected = known->words;
+    if (const Option* option = findOption(known->option)) {
+        expected.insert(expected.begin(), fmt::format("a number from {} to {}", option->low, option->high));
+    }
+    return fmt::format("expected {} or unset{}", fmt::join(expected, ", "), suggest(value, known->words));
+}
+
+std::vector<const EditorConfigProperty*> findSources(const Option& option,
+                                                     const std::vector<EditorConfigProperty>& lines) {
+    const LastLines last(lines);
+    std::vector<const EditorConfigProperty*> sources;
+    for (const std::string_view name : getSources(option, last)) {
+        if (const EditorConfigProperty* line = last.find(name)) {
+            sources.push_back(line);
         }
     }
-    return numbers;
+    return sources;
 }
 
 } // namespace ombrel

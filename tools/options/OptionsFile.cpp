@@ -3,6 +3,7 @@
 #include "options/OptionsFile.h"
 
 #include "diagnostics/Suggestion.h"
+#include "options/VersionRange.h"
 #include "text/Printable.h"
 #include "text/TextEncoding.h"
 
@@ -26,6 +27,9 @@ using ca::utils::JsonValue;
 
 constexpr FileKey fileKeys[] = {
     {"$schema", "For editors: where the schema of this file is"},
+    {"requiredVersion",
+     "The versions of ombrel-format that this file is for, such as \">=1.2 <2\" or \"^1.2.0\"; "
+     "any other one refuses to run"},
     {"root", "Whether options files in folders above are ignored (true), or the next one is the base of this "
              "file (false)"},
     {"extends",
@@ -96,6 +100,7 @@ private:
         }
         if (document.root) {
             readTopLevel(*document.root);
+            keepUnmetRequirement();
         }
     }
 
@@ -114,6 +119,8 @@ private:
     bool readFileKey(std::string_view name, const JsonValue& value) {
         if (name == "$schema") {
             expect(value.getKind() == JsonValue::StringKind, value, "expected a string");
+        } else if (name == "requiredVersion") {
+            readRequiredVersion(value);
         } else if (name == "root") {
             if (expect(value.getKind() == JsonValue::BooleanKind, value, "expected true or false")) {
                 file.isRoot = value.getBoolean();
@@ -128,6 +135,29 @@ private:
             return false;
         }
         return true;
+    }
+
+    void readRequiredVersion(const JsonValue& value) {
+        if (!expect(value.getKind() == JsonValue::StringKind, value,
+                    "expected a range of versions as a string")) {
+            return;
+        }
+        const std::string text = encodeLossy(value.getString());
+        const auto range = VersionRange::parse(text);
+        if (!range) {
+            addProblem(Code::InvalidValue, value.getSpan(), range.error().front().text);
+        } else if (const Version version = getProgramVersion(); !range->contains(version)) {
+            addProblem(Code::RequiredVersion, value.getSpan(),
+                       fmt::format("this file is for ombrel-format {}, and this is {}",
+                                   getPrintableName(text), describe(version)));
+        }
+    }
+
+    void keepUnmetRequirement() {
+        const auto isUnmet = [](const Problem& problem) { return problem.code == Code::RequiredVersion; };
+        if (std::any_of(file.problems.begin(), file.problems.end(), isUnmet)) {
+            std::erase_if(file.problems, std::not_fn(isUnmet));
+        }
     }
 
     void readOverrides(const JsonValue& value) {

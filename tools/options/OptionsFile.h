@@ -20,7 +20,7 @@ struct FileKey {
     std::string_view description;
 };
 
-/// "$schema", "root", "extends", "overrides".
+/// "$schema", "requiredVersion", "root", "extends", "overrides".
 std::span<const FileKey> getFileKeys();
 
 /// "files", the one key that an override has to have.
@@ -41,7 +41,9 @@ struct Override {
     bool isFor(std::string_view path) const;
 };
 
-/// What one options file says. Where it is wrong there is a problem, and the rest is read all the same.
+/// What one options file says. Where it is wrong there is a problem, and the rest is read all the same. If it
+/// is for other versions of this program, that is the only problem: what else it says may well be right
+/// there.
 struct OptionsFile {
     std::u16string text;
     bool isRoot = true; ///< options files in folders above are ignored

@@ -60,7 +60,7 @@ std::string findTree(FileSystem& files, const std::string& path) {
 void hideText(OptionsFile& file) {
     const auto placed = std::find_if(file.problems.begin(), file.problems.end(),
                                      [](const Problem& problem) { return problem.line != 0; });
-    if (placed != file.problems.end()) {
+    if (placed != file.problems.end() && placed->code != Code::RequiredVersion) { // that quotes a range only
         Problem first = *placed;
         first.text = "not a valid options file; no text is shown of files outside of the tree, and of those "
                      "that aren't called *.json";

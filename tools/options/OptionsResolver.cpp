@@ -15,6 +15,7 @@
 #include <unordered_set>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace ombrel {
 
@@ -30,19 +31,6 @@ std::string join(const std::string& folder, std::string_view name) {
 
 bool isTop(const std::string& folder) {
     return folder == getFolder(folder);
-}
-
-/// Empty if the file can't be read, or is a link to one of another name, which may hold anything.
-std::string readText(FileSystem& files, const std::string& path) {
-    std::error_code error;
-    if (fs::canonical(path, error).filename() != editorConfigName) {
-        return {};
-    }
-    try {
-        return files.readRegular(path, maximalEditorConfigSize);
-    } catch (const FileError&) {
-        return {};
-    }
 }
 
 bool hasOverrides(const std::vector<const OptionsLayer*>& layers) {
@@ -72,6 +60,7 @@ std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string
         if (isNew || hasOverrides(layersByFolder.at(folder))) {
             checkEffects(absolute);
         }
+        checkEditorConfigValues(absolute);
     }
     std::vector<OptionsFault> faults = options.getFaults();
     faults.insert(faults.end(), editorConfigFaults.begin(), editorConfigFaults.end());
@@ -104,7 +93,7 @@ void OptionsResolver::checkEffects(const std::string& absolutePath) {
     effects.add(collect(absolutePath, Sources::Own), hasFile ? layers->second.front() : nullptr);
 }
 
-std::vector<OptionsFault> OptionsResolver::getIneffective() const {
+std::vector<OptionsFault> OptionsResolver::getRemarks() const {
     std::map<const OptionsLayer*, Problems> problems;
     for (EffectCheck::Remark& remark : effects.getRemarks()) {
         problems[remark.layer].push_back(std::move(remark.problem));
@@ -113,6 +102,9 @@ std::vector<OptionsFault> OptionsResolver::getIneffective() const {
     for (auto& [layer, found] : problems) {
         remarks.push_back({layer == nullptr ? "" : layer->path,
                            layer == nullptr ? std::u16string() : layer->file.text, std::move(found)});
+    }
+    for (const auto& [path, remark] : editorConfigRemarks) {
+        remarks.push_back(remark);
     }
     std::sort(remarks.begin(), remarks.end(),
               [](const OptionsFault& a, const OptionsFault& b) { return a.path < b.path; });
@@ -191,29 +183,65 @@ OptionsResolver::findEditorConfig(const std::string& folder, const std::string& 
     const std::string path = join(folder, editorConfigName);
     if (files.isThere(path)) {
         warnIfForeign(path, sourceFolder);
-        const SectionNames above = chain ? chain->names : SectionNames::Extensions;
-        chain = EditorConfigChain{std::max(above, checkEditorConfig(path)), std::nullopt};
+        const EditorConfigChain above = chain.value_or(EditorConfigChain{});
+        const EditorConfigChain own = checkEditorConfig(path);
+        chain = EditorConfigChain{std::max(above.names, own.names),
+                                  above.hasWrongValues || own.hasWrongValues, std::nullopt};
     }
     return editorConfigs.insert_or_assign(folder, std::move(chain)).first->second;
 }
 
 /// Reads one of the files before the library does, which waits for pipes and has no limits.
-SectionNames OptionsResolver::checkEditorConfig(const std::string& path) {
-    std::string text;
+OptionsResolver::EditorConfigChain OptionsResolver::checkEditorConfig(const std::string& path) {
+    EditorConfigText text;
     try {
-        text = files.readRegular(path, maximalEditorConfigSize);
+        text = readEditorConfigText(files.readRegular(path, maximalEditorConfigSize));
     } catch (const FileError& error) {
         addEditorConfigFault(path, {}, {Code::InvalidEditorConfig, error.what()});
-        return SectionNames::Excessive;
+        return {SectionNames::Excessive};
     }
-    const SectionNames names = classifySectionNames(text);
+    const SectionNames names = classifySectionNames(text.sections);
     if (names == SectionNames::Excessive) {
         addEditorConfigFault(path, {},
                              {Code::InvalidEditorConfig,
                               "its section names have too many '*' and '{' to be matched "
                               "in reasonable time"});
     }
-    return names;
+    const bool hasWrongValues =
+        std::any_of(text.properties.begin(), text.properties.end(), [](const EditorConfigProperty& property) {
+            return !findValueFault(property.name, property.value).empty();
+        });
+    return {names, hasWrongValues};
+}
+
+/// Notes the values that are wrong in sections for a file, each once.
+void OptionsResolver::checkEditorConfigValues(const std::string& absolutePath) {
+    const auto& chain = editorConfigs.at(getFolder(absolutePath));
+    if (!chain || !chain->hasWrongValues || chain->names == SectionNames::Excessive) {
+        return;
+    }
+    for (const EditorConfigPart& part : findEditorConfigParts(absolutePath, files)) {
+        for (const EditorConfigProperty& property : part.properties) {
+            if (const std::string fault = findValueFault(property.name, property.value); !fault.empty()) {
+                addEditorConfigRemark(part.path, {Code::InvalidEditorConfigValue,
+                                                  fmt::format("this {} is ignored: {}", property.name, fault),
+                                                  property.line, property.column});
+            }
+        }
+    }
+}
+
+void OptionsResolver::addEditorConfigRemark(const std::string& path, Problem problem) {
+    const auto [remark, isNew] = editorConfigRemarks.try_emplace(path);
+    if (isNew) {
+        remark->second = {path, decodeLossy(readEditorConfigBytes(path, files)), {}};
+    }
+    Problems& problems = remark->second.problems;
+    const auto place = std::find_if(problems.begin(), problems.end(),
+                                    [&](const Problem& known) { return known.line >= problem.line; });
+    if (place == problems.end() || place->line != problem.line) {
+        problems.insert(place, std::move(problem));
+    }
 }
 
 /// Finds out what the library says about the first file of a folder, since it reads all files again for each.
@@ -231,7 +259,7 @@ void OptionsResolver::prepareEditorConfig(const std::string& path) {
         return;
     }
     const auto& fault = std::get<EditorConfigFault>(read);
-    addEditorConfigFault(fault.path, decodeLossy(readText(files, fault.path)),
+    addEditorConfigFault(fault.path, decodeLossy(readEditorConfigBytes(fault.path, files)),
                          {Code::InvalidEditorConfig,
                           "expected a section, such as [*.omb], or a property, such as indent_size = 4",
                           fault.line, 1});
@@ -314,7 +342,8 @@ void OptionsResolver::visitBase(const std::string& absolutePath, bool hasFallbac
     }
 }
 
-std::string OptionsResolver::explainOrigin(const std::string& absolutePath, const SettingInForce& setting) const {
+std::string OptionsResolver::explainOrigin(const std::string& absolutePath,
+                                           const SettingInForce& setting) const {
     if (setting.isDefault) {
         return "default";
     }
@@ -331,21 +360,21 @@ std::string OptionsResolver::explainOrigin(const std::string& absolutePath, cons
                        setting.isOverride ? ", an override" : "");
 }
 
-/// The library doesn't say which line of which file decides, but often there is only one.
+/// The library doesn't say which lines decide, so the files are read again.
 std::string OptionsResolver::describeEditorConfig(const std::string& absolutePath,
                                                   const Option& option) const {
-    std::vector<std::string> places;
-    std::string folder = getFolder(absolutePath);
-    for (bool isDone = false; !isDone; folder = getFolder(folder)) {
-        isDone = isTop(folder);
-        const std::string path = join(folder, editorConfigName);
-        if (files.isThere(path)) {
-            for (const std::uint32_t line : findEditorConfigLines(option, readText(files, path))) {
-                places.push_back(fmt::format("{}:{}", getPrintableName(getShownPath(path)), line));
-            }
-        }
+    std::vector<EditorConfigProperty> all;
+    std::vector<std::string> paths;
+    for (const EditorConfigPart& part : findEditorConfigParts(absolutePath, files)) {
+        all.insert(all.end(), part.properties.begin(), part.properties.end());
+        paths.resize(all.size(), getPrintableName(getShownPath(part.path)));
     }
-    return places.size() == 1 ? places.front() : std::string(editorConfigName);
+    std::vector<std::string> places;
+    for (const EditorConfigProperty* source : findSources(option, all)) {
+        places.push_back(fmt::format("{}:{}, [{}]", paths[static_cast<std::size_t>(source - all.data())],
+                                     source->line, getPrintableName(source->section)));
+    }
+    return places.empty() ? std::string(editorConfigName) : fmt::format("{}", fmt::join(places, " and "));
 }
 
 } // namespace ombrel

@@ -2,13 +2,16 @@
 
 #include "files/FileSystem.h"
 #include "options/EditorConfig.h"
+#include "options/EditorConfigLookup.h"
 #include "options/EffectCheck.h"
 #include "options/FileOptions.h"
 #include "options/OptionValue.h"
 #include "options/OptionsFileSet.h"
 #include "options/OptionsRequest.h"
+#include "options/SectionName.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -18,8 +21,6 @@ namespace ombrel {
 
 /// What options files are called.
 inline constexpr std::string_view optionsFileName = ".ombrel-format.json";
-
-inline constexpr std::string_view editorConfigName = ".editorconfig";
 
 /// An option, and who says so.
 struct OptionInForce {
@@ -54,9 +55,10 @@ public:
     /// sentences: in a folder that everybody can write to, such a file decides how others' files look.
     const std::vector<std::string>& getWarnings() const { return warnings; }
 
-    /// Options that somebody set and that do nothing for any of the files prepared so far, as warnings: those
-    /// of the command line first, with an empty path, then one for each options file.
-    std::vector<OptionsFault> getIneffective() const;
+    /// Warnings: options that somebody set and that do nothing for any of the files prepared so far, and
+    /// values of .editorconfig files that are ignored for one of them. Those of the command line come first,
+    /// with an empty path, then one for each file.
+    std::vector<OptionsFault> getRemarks() const;
 
     /// The options for a file, one by one, in the order of the table.
     std::vector<OptionInForce> explain(const std::string& path) const;
@@ -85,14 +87,17 @@ private:
     const Layers& findLayers(const std::string& folder, const std::string& sourceFolder);
     /// The .editorconfig files of a folder and those above it.
     struct EditorConfigChain {
-        SectionNames names;                             ///< Excessive: don't read any of them
-        std::optional<std::vector<Setting>> forSources; ///< for every *.omb file of the folder
+        SectionNames names = SectionNames::Extensions;       ///< Excessive: don't read any of them
+        bool hasWrongValues = false;                         ///< in any section
+        std::optional<std::vector<Setting>> forSources = {}; ///< for every *.omb file of the folder
     };
 
     std::optional<EditorConfigChain> findEditorConfig(const std::string& folder,
                                                       const std::string& sourceFolder);
-    SectionNames checkEditorConfig(const std::string& path);
+    EditorConfigChain checkEditorConfig(const std::string& path);
     void prepareEditorConfig(const std::string& path);
+    void checkEditorConfigValues(const std::string& absolutePath);
+    void addEditorConfigRemark(const std::string& path, Problem problem);
     void addEditorConfigFault(const std::string& path, std::u16string text, Problem problem);
     void warnIfForeign(const std::string& path, const std::string& sourceFolder);
     std::vector<Setting> getEditorConfigSettings(const std::string& absolutePath) const;
@@ -112,6 +117,7 @@ private:
     std::unordered_map<std::string, Layers> layersByFolder; ///< overriding ones before what they override
     std::unordered_map<std::string, std::optional<EditorConfigChain>> editorConfigs; ///< by folder
     std::vector<OptionsFault> editorConfigFaults;                                    ///< one for each file
+    std::map<std::string, OptionsFault> editorConfigRemarks;                         ///< by path
     std::vector<std::string> warnings;
     EffectCheck effects;
 };

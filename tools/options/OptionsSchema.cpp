@@ -2,6 +2,7 @@
 
 #include "options/OptionValue.h"
 #include "options/OptionsFile.h"
+#include "options/VersionRange.h"
 
 #include <nlohmann/json.hpp>
 
@@ -101,6 +102,9 @@ Json describeOverrides(const Json& definitions) {
 Json describeFileKey(std::string_view name, const Json& definitions) {
     if (name == "root") {
         return {{"type", "boolean"}, {"default", true}};
+    }
+    if (name == "requiredVersion") {
+        return {{"type", "string"}, {"pattern", getVersionRangePattern()}};
     }
     if (name == "extends") {
         return describeStrings(0);

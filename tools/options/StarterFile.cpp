@@ -2,6 +2,7 @@
 
 #include "options/OptionValue.h"
 #include "options/OptionsFile.h"
+#include "options/VersionRange.h"
 
 #include <algorithm>
 #include <iterator>
@@ -48,8 +49,10 @@ std::string makeLines(std::string_view section, std::string_view indentation) {
 
 /// The keys that aren't options, with values that a project could have.
 std::string makeFileKeyLines() {
-    constexpr std::string_view examples[][2] = {
+    const std::string thisVersion = fmt::format("\"^{}\"", describe(getProgramVersion()));
+    const std::string_view examples[][2] = {
         {"$schema", "\"ombrel-format.schema.json\""},
+        {"requiredVersion", thisVersion},
         {"root", "false"},
         {"extends", "\"../shared.json\""},
         {"overrides", "[{\"files\": \"gen/**\", \"line\": {\"indentSize\": 2}}]"},
