@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -77,6 +78,21 @@ Shard parseShard(const std::string& text) {
                         mostShards));
     }
     return {pair->first, pair->second};
+}
+
+/// Seconds with or without a fraction.
+std::chrono::milliseconds parseTimeLimit(const std::string& text) {
+    constexpr double shortest = 0.001;
+    constexpr double longest = 86400;
+    double seconds = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
+    if (error != std::errc() || end != text.data() + text.size() ||
+        !(shortest <= seconds && seconds <= longest)) {
+        throw CLI::ValidationError(
+            fmt::format("--time-limit {}: expected seconds from {} to {}", text, shortest, longest));
+    }
+    return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
 }
 
 /// `shownDefault` is for the help text; empty: the number that is in `target`.
@@ -271,6 +287,11 @@ void addExecutionOptions(CLI::App& app, Arguments& arguments) {
         "--force", [] {}, "Has no effect: no file has to be forced any more");
     addNumber(app, "-j,--jobs", arguments.jobs, 1, 1024, "Files to format in parallel, 1 to 1024",
               "all cores");
+    app.add_option_function<std::string>(
+           "--time-limit",
+           [&arguments](const std::string& text) { arguments.timeLimit = parseTimeLimit(text); },
+           "Leave a file as it is, with status 3, if the work on it takes longer, 0.001 to 86400 [none]")
+        ->type_name("SECONDS");
 }
 
 void addReportOptions(CLI::App& app, Arguments& arguments) {

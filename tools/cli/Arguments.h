@@ -9,6 +9,7 @@
 #include "options/OptionsResolver.h"
 #include "text/LineRange.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -42,7 +43,8 @@ struct Arguments {
     std::string bugReport;                 ///< where to write what failed with status 5; empty: nowhere
     bool printsStatistics = false;
     ColorChoice color = ColorChoice::Auto;
-    std::uint32_t jobs = 0; ///< threads, 0: as many as the machine has cores
+    std::chrono::milliseconds timeLimit{0}; ///< for the work on one file's text; 0: as long as it takes
+    std::uint32_t jobs = 0;                 ///< threads, 0: as many as the machine has cores
     ReplacementRules replacement;
 
     /// The name of an input in messages.

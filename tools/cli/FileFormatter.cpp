@@ -1,10 +1,9 @@
 #include "cli/FileFormatter.h"
 
+#include "cli/TextWork.h"
 #include "diagnostics/SourceText.h"
 #include "files/InputReader.h"
-#include "format/Formatter.h"
-#include "format/SuppressionUse.h"
-#include "format/SyntaxCheck.h"
+#include "format/Suppression.h"
 #include "git/ChangedFiles.h"
 #include "text/Diff.h"
 #include "text/Edit.h"
@@ -111,7 +110,8 @@ private:
 
     void checkSyntax(const std::u16string& text) {
         const Stopwatch::Lap lap(getWatch(Stage::Checking));
-        report(findSyntaxErrors(text), text);
+        const auto checked = workOnText({text, {}, {}, true}, arguments.timeLimit);
+        report(checked ? Problems{} : checked.error(), text);
     }
 
     void formatBytes(std::string bytes, const DecodedText& source) {
@@ -149,9 +149,6 @@ private:
         if (!formatted) {
             return fail(std::move(formatted.error()));
         }
-        if (lines.empty()) { // else most of the text isn't meant to be formatted
-            report(findUnneededSuppression(text, options, suppression), text);
-        }
         report(formatted->notes, text);
         return std::move(formatted->edits);
     }
@@ -164,12 +161,12 @@ private:
     Result<TreeResult> callEngine(const std::u16string& text, const FileOptions& options,
                                   const std::vector<LineRange>& lines, const Suppression& suppression) {
         if (!result.measures && !result.failure) {
-            return formatText(text, options, lines, suppression);
+            return workOnText({text, options, lines, false, &suppression}, arguments.timeLimit);
         }
         FormatRecord record;
         auto formatted = [&] {
             const Stopwatch::Lap lap(getWatch(Stage::Formatting));
-            return formatText(text, options, lines, suppression, &record);
+            return workOnText({text, options, lines, false, &suppression, &record}, arguments.timeLimit);
         }();
         if (result.measures) {
             result.measures->times[Stage::Formatting].subtract(record.checking);

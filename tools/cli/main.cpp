@@ -1,5 +1,6 @@
 #include "cli/Arguments.h"
 #include "cli/Run.h"
+#include "cli/TextWork.h"
 #include "diagnostics/Message.h"
 #include "files/FileSystem.h"
 #include "files/Interruption.h"
@@ -123,6 +124,10 @@ int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     std::cin.tie(nullptr);
     std::cerr.tie(nullptr);
+    if (argc == 3 && std::string_view(argv[1]) == workerFlag) {
+        tuneMemory();
+        return serveTextWork(argv[2]);
+    }
     // A limit on file sizes is an error to report like a full disk, not the end of the process.
     std::signal(SIGXFSZ, SIG_IGN);
     handleInterruptions();

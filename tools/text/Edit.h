@@ -24,6 +24,8 @@ struct Edit {
 ///
 /// - LineEdgeEditor: whitespace at the edges of lines
 /// - GapEditor: whitespace, line ends, separators and continuations between two code tokens or comments
+///
+/// A ReceivedEdits has those that another process of the same program has made with them.
 class Edits {
 public:
     /// No edits.
@@ -40,6 +42,7 @@ public:
 private:
     friend class GapEditor;
     friend class LineEdgeEditor;
+    friend class ReceivedEdits;
 
     explicit Edits(std::vector<Edit> edits) : edits(std::move(edits)) {}
 
