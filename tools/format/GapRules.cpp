@@ -86,7 +86,7 @@ private:
     std::u16string getChosen(std::size_t gap) const { return getLayout(gaps, gap, choices.getText(gap)); }
 
     void keep(std::size_t gap) {
-        choices.choose(gap, keepApart(gaps, gap, getKeptText(gaps, gap, input.isTrimming)));
+        choices.choose(gap, keepApart(gaps, syntax, gap, getKeptText(gaps, gap, input.isTrimming)));
     }
     void doNotBreak(std::size_t gap) { choices.choose(gap, getConservativeText(input, gap)); }
 
@@ -110,7 +110,7 @@ private:
         }
         const std::u16string_view text = choices.getText(gap);
         if (text.empty() || text.starts_with(u"...")) {
-            std::u16string apart = keepApart(gaps, gap, std::u16string(text));
+            std::u16string apart = keepApart(gaps, syntax, gap, std::u16string(text));
             if (apart != text) {
                 choices.choose(gap, std::move(apart));
             }
@@ -223,12 +223,49 @@ private:
     }
 
     /// A statement that follows the header of its block directly is never a command, and does not count as
-    /// one that sets a variable. With a separator before it, it would be both.
-    bool separatesFromHeader(std::size_t gap) const {
+    /// one that sets a variable. With a separator before it, it could be the first, and the second could make
+    /// another statement of a later command.
+    bool separatesFromHeader(std::size_t gap) {
         const Token& next = getNext(gap);
         return syntax.isStatementStart(gap) && (isName(next) || next.type == TokenType::OpenSquareBracket) &&
                !isStartOfStatement(gap) && getSeparators(getSource(gap)).empty() &&
-               !getSeparators(getChosen(gap)).empty();
+               !getSeparators(getChosen(gap)).empty() && (mayBeCommand(gap) || namesCommand(gap));
+    }
+
+    /// Whether a statement could be a command if it stood for itself, by the token after its name.
+    bool mayBeCommand(std::size_t token) const {
+        if (!isName(getNext(token)) || syntax.getUnitEnd(syntax.getUnit(token)) == token + 1 ||
+            !getSeparators(getSource(token + 1)).empty()) {
+            return false;
+        }
+        const Token& next = getNext(token + 1);
+        return !isOpening(next) && next.type != TokenType::Assign;
+    }
+
+    /// Whether one of the names that a statement sets is also the name of a command in this text.
+    bool namesCommand(std::size_t token) {
+        const bool isList = !isName(getNext(token));
+        for (std::size_t i = token; i < gaps.getCount(); ++i) {
+            if (isName(gaps.getToken(i)) && getCommandNames().contains(gaps.getToken(i).lexeme)) {
+                return true;
+            }
+            if (!isList || isClosing(gaps.getToken(i))) {
+                return false;
+            }
+        }
+        return false;
+    }
+
+    const std::unordered_set<std::u16string_view>& getCommandNames() {
+        if (!commandNames) {
+            commandNames.emplace();
+            for (std::size_t token = 1; token < gaps.getCount(); ++token) {
+                if (gaps.getToken(token).type == TokenType::CommandWord && isName(getPrevious(token))) {
+                    commandNames->insert(getPrevious(token).lexeme);
+                }
+            }
+        }
+        return *commandNames;
     }
 
     /// Whether the tokenizer lets a statement start after the token before a gap, without any separator.
@@ -346,6 +383,7 @@ private:
     bool isWordUnclosed = false; ///< of the command that it may belong to
     std::size_t nextRowEnd = 0;
     std::size_t endOfUnitWithRows = 0; ///< the unit of the last row end before a gap
+    std::optional<std::unordered_set<std::u16string_view>> commandNames; ///< found when they are asked for
 };
 
 } // namespace
@@ -363,10 +401,10 @@ std::u16string getConservativeText(const GapRuleInput& input, std::size_t gap) {
     if (const GapAlignment* unbroken = input.getUnbroken()) {
         const std::u16string_view formatted = unbroken->getText(gap);
         if (getSeparators(getLayout(input.gaps, gap, formatted)) == separators) {
-            return keepApart(input.gaps, gap, std::u16string(formatted));
+            return keepApart(input.gaps, input.syntax, gap, std::u16string(formatted));
         }
     }
-    return keepApart(input.gaps, gap, getKeptText(input.gaps, gap, input.isTrimming));
+    return keepApart(input.gaps, input.syntax, gap, getKeptText(input.gaps, gap, input.isTrimming));
 }
 
 } // namespace ombrel

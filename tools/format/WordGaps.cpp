@@ -33,10 +33,15 @@ bool mayNotTouch(const Token& first, const Token& second) {
     if (second.type == TokenType::CharacterLiteral) { // would be a transpose
         return isAfterWord || endsOperand(first);
     }
-    if (second.type == TokenType::At) { // would be a superclass's method
-        return isAfterWord;
-    }
     return (last == u'"' && next == u'"') || (next == u'=' && (last == u'~' || last == u'=' || last == u'<'));
+}
+
+/// `[a @b]` has two elements, and `[a@b]` is a superclass's method.
+bool joinsSuperclass(const GapList& gaps, const SyntaxContext& syntax, std::size_t gap) {
+    const Token& previous = gaps.getToken(gap - 1);
+    return gaps.getToken(gap).type == TokenType::At && !previous.lexeme.empty() &&
+           isWordCharacter(previous.lexeme.back()) && !syntax.isSuperclassAt(gap) &&
+           (!isName(previous) || syntax.getLiteral(gap));
 }
 
 /// `a .b` is the field of a value, and `a.b` a name with a dot in it.
@@ -51,13 +56,15 @@ bool joinsField(const GapList& gaps, std::size_t gap) {
 
 } // namespace
 
-std::u16string keepApart(const GapList& gaps, std::size_t gap, std::u16string text) {
+std::u16string keepApart(const GapList& gaps, const SyntaxContext& syntax, std::size_t gap,
+                         std::u16string text) {
     if (gap == 0) {
         return text;
     }
     const Token& previous = gaps.getToken(gap - 1);
     const bool isLost = text.empty() && !gaps.getText(gap).empty();
-    if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsField(gaps, gap))) {
+    if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsSuperclass(gaps, syntax, gap) ||
+                   joinsField(gaps, gap))) {
         return u" ";
     }
     const bool wouldHaveFourDots = previous.lexeme.ends_with(u'.') || previous.type == TokenType::CommandWord;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "format/Gap.h"
+#include "format/SyntaxContext.h"
 
 #include <cstddef>
 #include <string>
@@ -13,6 +14,7 @@ namespace ombrel {
 ///     a 'b'     not a'b'         x. ...    not x....
 ///
 /// Without whitespace in the source none is needed.
-std::u16string keepApart(const GapList& gaps, std::size_t gap, std::u16string text);
+std::u16string keepApart(const GapList& gaps, const SyntaxContext& syntax, std::size_t gap,
+                         std::u16string text);
 
 } // namespace ombrel
