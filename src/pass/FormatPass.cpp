@@ -150,22 +150,41 @@ bool FormatPass::isCandidate(const WhitespaceNode& gap) const {
 }
 
 std::optional<std::uint64_t> FormatPass::measure(const TextNode& node) {
-    if (node.getExactClass() != ExactClass::Container) {
-        return measureLeaf(node, config, options);
-    }
-    if (const auto known = results.findValue(node)) {
-        return *known != unknownWidth ? known : std::nullopt;
-    }
-    std::optional<std::uint64_t> sum = 0;
-    for (const TextNode* child : static_cast<const ContainerNode&>(node).viewChildren()) {
-        const auto width = measure(*child);
-        sum = width ? std::optional(*sum + *width) : std::nullopt;
-        if (!sum) {
-            break;
+    const auto known = findWidth(node);
+    const std::uint64_t width = known ? *known : measureContainer(static_cast<const ContainerNode&>(node));
+    return width != unknownWidth ? std::optional(width) : std::nullopt;
+}
+
+/// The width of a node, unknownWidth included; empty for a container that wasn't measured yet.
+std::optional<std::uint64_t> FormatPass::findWidth(const TextNode& node) {
+    return node.getExactClass() == ExactClass::Container
+               ? results.findValue(node)
+               : measureLeaf(node, config, options).value_or(unknownWidth);
+}
+
+/// Without recursion: an operation in brackets may be in nine others, and these in brackets again.
+std::uint64_t FormatPass::measureContainer(const ContainerNode& container) {
+    measuring.push_back({&container});
+    while (true) {
+        Measuring& current = measuring.back();
+        const auto children = current.container->viewChildren();
+        if (current.next != children.size() && current.width != unknownWidth) {
+            const TextNode& child = *children[current.next];
+            if (const auto width = findWidth(child)) {
+                current.width = *width != unknownWidth ? current.width + *width : unknownWidth;
+                ++current.next;
+            } else {
+                measuring.push_back({static_cast<const ContainerNode*>(&child)});
+            }
+            continue;
+        }
+        const std::uint64_t width = current.width;
+        results.storeValue(*current.container, width);
+        measuring.pop_back();
+        if (measuring.empty()) {
+            return width;
         }
     }
-    results.storeValue(node, sum.value_or(unknownWidth));
-    return sum;
 }
 
 WhitespaceDecision FormatPass::getBreakDecision(const WhitespaceNode& gap) const {

@@ -15,6 +15,7 @@
 
 namespace ca::formatting {
 
+class ContainerNode;
 class IndentNode;
 class LeafNode;
 class TextNode;
@@ -108,18 +109,28 @@ private:
         std::size_t firstMissing;
     };
 
+    /// A container of which some children are measured.
+    struct Measuring {
+        const ContainerNode* container;
+        std::size_t next = 0; ///< child
+        std::uint64_t width = 0;
+    };
+
     void solve(FormatNode* first);
     void start(FormatNode* node);
     void dropSatisfied(const Waiting& waiting);
     bool hasRun(const FormatNode* dependency);
     void formatNode(FormatNode* node);
     std::u16string joinLeaves();
+    std::optional<std::uint64_t> findWidth(const TextNode& node);
+    std::uint64_t measureContainer(const ContainerNode& container);
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
     mutable OptionCache options;
     std::vector<FormatNode*> missing; ///< dependencies of the waiting nodes that may not have run
     std::vector<Waiting> waiting;     ///< a stack: each waits for the one above it
+    std::vector<Measuring> measuring; ///< a stack: each is in the one below it
 
     /// Values are the columns of leaves, the widths of containers, and for levels the index of a text in
     /// `indentations`.
