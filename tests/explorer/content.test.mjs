@@ -1,6 +1,6 @@
 // What is served: a fixed table of paths, and answers that are made of nothing but their requests.
 import assert from "node:assert/strict";
-import { readFileSync, readdirSync, writeFileSync, mkdtempSync } from "node:fs";
+import { existsSync, readFileSync, readdirSync, writeFileSync, mkdtempSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, describe, test } from "node:test";
@@ -199,11 +199,12 @@ describe("The program", { concurrency: 3 }, () => {
   });
   test("opens a browser and ends with its last page", { timeout: 60_000 }, async () => {
     const folder = mkdtempSync(join(tmpdir(), "explorer-"));
-    writeFileSync(join(folder, "xdg-open"), `#!/bin/sh\necho "$1" > ${folder}/opened\n`, { mode: 0o755 });
+    writeFileSync(join(folder, "xdg-open"), `#!/bin/sh\necho "$1" > ${folder}/new\nmv ${folder}/new ${folder}/opened\n`, { mode: 0o755 });
     const own = await Explorer.run([], { ...process.env, PATH: `${folder}:${process.env.PATH}` });
     const page = { page: "one", isOpen: true };
     assert.equal((await own.call("/api/presence", page)).status, 200);
     assert.equal((await own.call("/api/presence", { page: 1 })).status, 400);
+    while (!existsSync(`${folder}/opened`)) await new Promise((resolve) => setTimeout(resolve, 20)); // nobody waits for a browser
     assert.equal(readFileSync(`${folder}/opened`, "utf8").trim(), own.url);
     await own.call("/api/presence", { ...page, isOpen: false });
     const closed = performance.now();
