@@ -197,10 +197,11 @@ describe("The program", { concurrency: 3 }, () => {
     assert.equal(run("--no-browser", "--port", String(explorer.port)).status, 2);
     assert.match(run("--version").stdout, /^ombrel-explorer \d/);
   });
-  test("opens a browser and ends with its last page", { timeout: 60_000 }, async () => {
+  test("opens a browser and ends with its last page", { timeout: 60_000 }, async (t) => {
     const folder = mkdtempSync(join(tmpdir(), "explorer-"));
     writeFileSync(join(folder, "xdg-open"), `#!/bin/sh\necho "$1" > ${folder}/new\nmv ${folder}/new ${folder}/opened\n`, { mode: 0o755 });
     const own = await Explorer.run([], { ...process.env, PATH: `${folder}:${process.env.PATH}` });
+    t.after(() => own.stop());
     const page = { page: "one", isOpen: true };
     assert.equal((await own.call("/api/presence", page)).status, 200);
     assert.equal((await own.call("/api/presence", { page: 1 })).status, 400);

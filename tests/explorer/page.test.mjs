@@ -34,7 +34,7 @@ afterEach(async () => {
 });
 
 async function openPage({ url = explorer.url, waits = true, permissions = [], ...settings } = {}) {
-  const context = await browser.newContext({ viewport: wide, ...settings });
+  const context = await browser.newContext({ viewport: wide, reducedMotion: "reduce", ...settings }); // or colors are measured while they change
   open.push(context);
   context.setDefaultTimeout(5000);
   await context.grantPermissions(permissions, { origin: explorer.origin });
