@@ -81,7 +81,7 @@ std::vector<std::string_view> splitChoices(std::string_view list) {
     return choices;
 }
 
-/// Digits with or without a sign.
+/// Digits, after a sign if there is one.
 std::optional<long long> readNumber(std::string_view text) {
     text.remove_prefix(text.starts_with('+') ? 1 : 0);
     long long number = 0;
