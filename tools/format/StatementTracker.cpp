@@ -2,6 +2,8 @@
 
 #include "format/TokenKinds.h"
 
+#include <ca/lexer/KeywordTypes.h>
+
 #include <algorithm>
 
 namespace ombrel {
@@ -34,41 +36,9 @@ bool isCode(const Token& token) {
     return !token.isWhitespace() && token.type != TokenType::EndOfInput;
 }
 
-bool opensBlock(TokenType type) {
-    switch (type) {
-    case TokenType::Function:
-    case TokenType::OpeningKeyword3:
-    case TokenType::OpeningKeyword4:
-    case TokenType::OpeningKeyword5:
-    case TokenType::OpeningKeyword6:
-    case TokenType::OpeningKeyword7:
-    case TokenType::OpeningKeyword13:
-    case TokenType::ClassLevelKeyword20:
-    case TokenType::OpeningKeyword21:
-    case TokenType::ClassLevelKeyword22:
-    case TokenType::OpeningKeyword23:
-    case TokenType::OpeningKeyword24:
-    case TokenType::OpeningKeyword25:
-    case TokenType::OpeningKeyword26:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// Whether a token ends a block, or the part of one.
 bool closesPart(TokenType type) {
-    switch (type) {
-    case TokenType::End:
-    case TokenType::SecondaryKeyword9:
-    case TokenType::SecondaryKeyword10:
-    case TokenType::SecondaryKeyword16:
-    case TokenType::SecondaryIndentedKeyword18:
-    case TokenType::SecondaryIndentedKeyword19:
-        return true;
-    default:
-        return false;
-    }
+    return type == TokenType::End || ca::lexer::dividesBlock(type);
 }
 
 } // namespace
@@ -99,7 +69,7 @@ void StatementTracker::takeLineEnd() {
 }
 
 void StatementTracker::takeCode(const Token& token) {
-    if (isLineStart && !brackets.empty() && (opensBlock(token.type) || closesPart(token.type))) {
+    if (isLineStart && !brackets.empty() && (ca::lexer::opensBlock(token.type) || closesPart(token.type))) {
         end();
         givenUp = true;
     }
@@ -163,7 +133,7 @@ bool StatementSearch::isBefore(const Token& token) const {
 void StatementSearch::takeCode(TokenType type) {
     hasBegun = true;
     hasCode = true;
-    if (opensBlock(type)) {
+    if (ca::lexer::opensBlock(type)) {
         ++depth;
     } else if (type == TokenType::End) {
         isOver = --depth <= 0;
@@ -187,7 +157,7 @@ std::optional<std::size_t> StatementSearch::getEnd() const {
 bool hasFunctionEnds(const std::vector<Token>& tokens) {
     std::vector<TokenType> open;
     for (const Token& token : tokens) {
-        if (opensBlock(token.type)) {
+        if (ca::lexer::opensBlock(token.type)) {
             open.push_back(token.type);
         } else if (token.type == TokenType::End && !open.empty()) {
             if (open.back() == TokenType::Function) {
