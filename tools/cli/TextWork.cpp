@@ -4,6 +4,7 @@
 
 #include "cli/ExitStatus.h"
 #include "cli/Wire.h"
+#include "format/EditAdoption.h"
 #include "format/Formatter.h"
 #include "format/SuppressionUse.h"
 #include "format/SyntaxCheck.h"
@@ -24,17 +25,6 @@
 #include <sys/time.h>
 
 namespace ombrel {
-
-/// Edits that this program has made and checked in another process.
-class ReceivedEdits {
-public:
-    explicit ReceivedEdits(std::vector<Edit> edits) : edits(std::move(edits)) {}
-
-    Edits take() { return Edits(std::move(edits)); }
-
-private:
-    std::vector<Edit> edits;
-};
 
 namespace {
 
@@ -134,14 +124,14 @@ void write(const Edits& edits, WireWriter& writer) {
     }
 }
 
-Edits readEdits(WireReader& reader) {
+std::vector<Edit> readEdits(WireReader& reader) {
     std::vector<Edit> edits;
     for (std::uint64_t count = reader.readNumber(); count > 0; --count) {
         const std::size_t offset = reader.readNumber();
         const std::size_t length = reader.readNumber();
         edits.push_back({offset, length, reader.readText<char16_t>()});
     }
-    return ReceivedEdits(std::move(edits)).take();
+    return edits;
 }
 
 std::string writeAnswer(const Result<TreeResult>& result, const FormatRecord& record) {
@@ -155,18 +145,23 @@ std::string writeAnswer(const Result<TreeResult>& result, const FormatRecord& re
     return writer.take();
 }
 
-Result<TreeResult> readAnswer(std::string_view bytes, FormatRecord* record) {
+/// Edits count only if they keep the text's program, as if another version of it had been formatted.
+Result<TreeResult> readAnswer(std::string_view bytes, const TextJob& job) {
     WireReader reader(bytes);
     const bool isDone = reader.readNumber() != 0;
     Problems problems = readProblems(reader);
     std::u16string rejected = reader.readText<char16_t>();
-    if (record != nullptr) {
-        record->rejected = std::move(rejected);
+    if (job.record != nullptr) {
+        job.record->rejected = std::move(rejected);
     }
     if (!isDone) {
         return fail(std::move(problems));
     }
-    return TreeResult{readEdits(reader), std::move(problems)};
+    auto edits = adoptEdits(job.text, readEdits(reader));
+    if (!edits) {
+        return fail(std::move(edits.error()));
+    }
+    return TreeResult{*std::move(edits), std::move(problems)};
 }
 
 Failure failInTime(std::chrono::milliseconds timeLimit) {
@@ -186,7 +181,7 @@ Result<TreeResult> workElsewhere(const TextJob& job, std::chrono::milliseconds t
     try {
         const ProcessResult done = runProcess(words, getEnvironment(), writeJob(job), {timeLimit + grace});
         if (done.status == EXIT_SUCCESS) {
-            return readAnswer(done.out, job.record);
+            return readAnswer(done.out, job);
         }
         return done.status == 128 + SIGALRM ? failInTime(timeLimit) : failWithStatus(done.status);
     } catch (const std::system_error& error) {

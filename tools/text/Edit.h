@@ -24,8 +24,6 @@ struct Edit {
 ///
 /// - LineEdgeEditor: whitespace at the edges of lines
 /// - GapEditor: whitespace, line ends, separators and continuations between two code tokens or comments
-///
-/// A ReceivedEdits has those that another process of the same program has made with them.
 class Edits {
 public:
     /// No edits.
@@ -42,7 +40,6 @@ public:
 private:
     friend class GapEditor;
     friend class LineEdgeEditor;
-    friend class ReceivedEdits;
 
     explicit Edits(std::vector<Edit> edits) : edits(std::move(edits)) {}
 
