@@ -31,9 +31,7 @@ class TextDocument {
         public text: string,
     ) {
         this.uri = URI.file(path.join(folder, name));
-        editor.documents.push(this);
-        editor.getEvent('onDidChangeTabs').fire({ closed: [], opened: [this] });
-        editor.getEvent('onDidOpenTextDocument').fire(this);
+        editor.open(this);
     }
 
     getText(): string {

@@ -99,6 +99,7 @@ interface FakeDocument {
 /** What a test looks at, and what it fires. */
 const editor = {
     settings: {} as Record<string, unknown>,
+    tabs: [] as TabInputText[],
     documents: [] as FakeDocument[],
     events: new Map<string, EventEmitter>(),
     commands: new Map<string, (...args: unknown[]) => unknown>(),
@@ -113,6 +114,14 @@ const editor = {
         const event = this.events.get(name) ?? new EventEmitter();
         this.events.set(name, event);
         return event;
+    },
+
+    /** The order is the editor's: the tab is there first, and the client must not ask about a text that it hasn't sent. */
+    open(document: FakeDocument): void {
+        this.tabs.push(new TabInputText(document.uri));
+        this.getEvent('onDidChangeTabs').fire({ closed: [], opened: [document] });
+        this.documents.push(document);
+        this.getEvent('onDidOpenTextDocument').fire(document);
     },
 };
 
@@ -169,7 +178,7 @@ const window = complete(
             return editor.activeTextEditor;
         },
         visibleTextEditors: [],
-        tabGroups: complete({ get all() { return [{ tabs: editor.documents.map(({ uri }) => ({ input: new TabInputText(uri) })) }]; } }, inert),
+        tabGroups: complete({ get all() { return [{ tabs: editor.tabs.map((input) => ({ input })) }]; } }, inert),
         createOutputChannel: () => complete({ append: () => undefined, appendLine: () => undefined, dispose: () => undefined }, inert),
         showErrorMessage: (message: string) => {
             editor.errors.push(message);
