@@ -1,6 +1,6 @@
 // Marks in a text: the colors of its tokens, what is selected in another pane, changed gaps and problems.
 
-import { RangeSetBuilder, StateEffect, StateField, type Extension, type Text } from "@codemirror/state";
+import { StateEffect, StateField, type Extension, type Text } from "@codemirror/state";
 import { Decoration, EditorView, WidgetType, type DecorationSet } from "@codemirror/view";
 import type { Row } from "./api";
 import type { Range } from "./offsets";
@@ -10,26 +10,31 @@ export interface Mark extends Range {
   className: string;
 }
 
-/** A set of marks that can be replaced as a whole, and that moves with the text while it is edited. */
-export class MarkLayer {
-  private readonly setMarks = StateEffect.define<DecorationSet>();
-  private readonly field = StateField.define<DecorationSet>({
+/** Decorations of a view that can be replaced as a whole, and that move with the text while it is edited. */
+class DecorationLayer {
+  private readonly setDecorations = StateEffect.define<DecorationSet>();
+  readonly extension: Extension = StateField.define<DecorationSet>({
     create: () => Decoration.none,
-    update: (marks, transaction) => {
-      const effect = transaction.effects.find((one) => one.is(this.setMarks));
-      return effect !== undefined ? effect.value : marks.map(transaction.changes);
+    update: (decorations, transaction) => {
+      const effect = transaction.effects.find((one) => one.is(this.setDecorations));
+      return effect !== undefined ? effect.value : decorations.map(transaction.changes);
     },
     provide: (field) => EditorView.decorations.from(field),
   });
 
-  get extension(): Extension {
-    return this.field;
+  protected replace(view: EditorView, ranges: DecorationRange[]): void {
+    view.dispatch({ effects: this.setDecorations.of(Decoration.set(ranges, true)) });
   }
+}
 
+type DecorationRange = ReturnType<Decoration["range"]>;
+
+/** Marks in a text. */
+export class MarkLayer extends DecorationLayer {
   /** What is outside of the text is cut off. A line break that is marked alone shows as a point. */
   show(view: EditorView, marks: Mark[]): void {
     const { doc } = view.state;
-    const ranges = marks.flatMap(({ begin, end, className }): MarkRange[] => {
+    const ranges = marks.flatMap(({ begin, end, className }): DecorationRange[] => {
       if (begin > end || end > doc.length) {
         return [];
       }
@@ -37,11 +42,9 @@ export class MarkLayer {
       const shown = points.map((place) => getPoint(className).range(place));
       return begin === end ? shown : [getDecoration(className).range(begin, end), ...shown];
     });
-    view.dispatch({ effects: this.setMarks.of(Decoration.set(ranges, true)) });
+    this.replace(view, ranges);
   }
 }
-
-type MarkRange = ReturnType<Decoration["range"]>;
 
 const longestGap = 1000;
 
@@ -108,32 +111,17 @@ class Spacer extends WidgetType {
   }
 }
 
-/** Spacers after lines; replaced as a whole. */
-export class SpacerLayer {
-  private readonly setSpacers = StateEffect.define<DecorationSet>();
-  private readonly field = StateField.define<DecorationSet>({
-    create: () => Decoration.none,
-    update: (spacers, transaction) => {
-      const effect = transaction.effects.find((one) => one.is(this.setSpacers));
-      return effect !== undefined ? effect.value : spacers.map(transaction.changes);
-    },
-    provide: (field) => EditorView.decorations.from(field),
-  });
-
-  get extension(): Extension {
-    return this.field;
-  }
-
+/** Spacers after lines. */
+export class SpacerLayer extends DecorationLayer {
   /** By the numbers of the lines that they come after, from 1. */
   show(view: EditorView, spacers: Map<number, number>): void {
-    const builder = new RangeSetBuilder<Decoration>();
-    for (const [line, count] of [...spacers].sort((a, b) => a[0] - b[0])) {
-      if (line <= view.state.doc.lines) {
-        const { to } = view.state.doc.line(line);
-        builder.add(to, to, Decoration.widget({ widget: new Spacer(count), block: true, side: 1 }));
-      }
-    }
-    view.dispatch({ effects: this.setSpacers.of(builder.finish()) });
+    const { doc } = view.state;
+    const ranges = [...spacers]
+      .filter(([line]) => line <= doc.lines)
+      .map(([line, count]) =>
+        Decoration.widget({ widget: new Spacer(count), block: true, side: 1 }).range(doc.line(line).to),
+      );
+    this.replace(view, ranges);
   }
 }
 
