@@ -4,6 +4,7 @@
 #include "reports/HumanReporter.h"
 #include "reports/JsonReport.h"
 #include "reports/JsonReporter.h"
+#include "reports/RdjsonReporter.h"
 #include "reports/SarifReporter.h"
 
 #include <gtest/gtest.h>
@@ -67,6 +68,7 @@ TEST(Reporter, WritesEveryForm) {
 TEST(Reporter, JsonIsEnoughForTheOthers) {
     std::vector<FileOutcome> outcomes = makeOutcomes();
     outcomes[2].path = "/tmp/readable.omb"; // bytes that aren't UTF-8 don't survive
+    outcomes[1].changes = {{{3, 2, 3}, {4, 1, 1}, "\xC3\xA4 ", "spacing"}};
     std::ostringstream json;
     const auto read = readJsonReport(report(*makeJsonReporter(json), json, outcomes));
     ASSERT_TRUE(read) << read.error().front().text;
@@ -78,6 +80,7 @@ TEST(Reporter, JsonIsEnoughForTheOthers) {
     expectSame([](std::ostream& stream) { return makeJsonReporter(stream); });
     expectSame([](std::ostream& stream) { return makeGithubReporter(stream); });
     expectSame([](std::ostream& stream) { return makeSarifReporter(stream, "1.2.3"); });
+    expectSame([](std::ostream& stream) { return makeRdjsonReporter(stream); });
 }
 
 TEST(Reporter, JsonOfOthersIsRefusedWithAReason) {

@@ -136,7 +136,7 @@ private:
         }
         if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
             const Stopwatch::Lap lap(getWatch(Stage::Reporting));
-            outcome.changes = describeChanges(source.text, *edits);
+            outcome.changes = describeChanges(source, *edits);
             outcome.firstChangedLine = outcome.changes.front().begin.line;
         }
         deliverChanged(bytes, *edits);

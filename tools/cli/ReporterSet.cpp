@@ -1,5 +1,7 @@
 #include "cli/ReporterSet.h"
 
+#include "files/Paths.h"
+#include "files/RepositoryNames.h"
 #include "reports/CheckstyleReporter.h"
 #include "reports/GithubReporter.h"
 #include "reports/GitlabReporter.h"
@@ -10,8 +12,33 @@
 #include "reports/SarifReporter.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace ombrel {
+
+namespace {
+
+/// Turns the paths that the user knows into those from the top of a file's repository. A file that is a link
+/// keeps its name.
+class RepositoryPaths {
+public:
+    explicit RepositoryPaths(FileSystem& files) : names(files), currentFolder(getCurrentFolder()) {}
+
+    std::string operator()(const std::string& path) {
+        const std::filesystem::path absolute = std::filesystem::path(currentFolder) / path;
+        std::error_code error;
+        const auto folder = std::filesystem::weakly_canonical(absolute.parent_path(), error);
+        const auto real = error ? absolute.lexically_normal() : folder / absolute.filename();
+        return names.getName(real, currentFolder);
+    }
+
+private:
+    RepositoryNames names;
+    std::string currentFolder;
+};
+
+} // namespace
 
 ReporterSet::ReporterSet(const Arguments& arguments, Console& console, FileSystem& files, Color errorColor)
     : arguments(arguments), console(console), files(files), errorColor(errorColor) {
@@ -38,7 +65,7 @@ std::unique_ptr<Reporter> ReporterSet::makeReporter(ReporterKind kind, std::ostr
     case ReporterKind::Sarif:
         return makeSarifReporter(stream, OMBREL_VERSION);
     case ReporterKind::Gitlab:
-        return makeGitlabReporter(stream);
+        return makeGitlabReporter(stream, RepositoryPaths(files));
     case ReporterKind::Junit:
         return makeJunitReporter(stream);
     case ReporterKind::Checkstyle:

@@ -14,6 +14,7 @@
 #include "files/Exclusion.h"
 #include "files/Folder.h"
 #include "files/Paths.h"
+#include "files/RepositoryNames.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -90,8 +91,7 @@ public:
     /// `folders` are the real paths of the folders that were named.
     Search(const SearchOptions& options, FileSystem& files, IgnoredFiles& ignored,
            std::vector<std::string> folders)
-        : options(options), exclusion(options, files, ignored), shardNames(files),
-          folders(std::move(folders)) {}
+        : options(options), exclusion(options, files, ignored), names(files), folders(std::move(folders)) {}
 
     void addStandardInput() {
         const bool isLeft = options.forcesExclusion && !options.stdinName.empty();
@@ -233,7 +233,7 @@ private:
         if (shard.count == 1) {
             return false;
         }
-        const std::uint32_t number = getShardNumber(shardNames.getName(real, start), shard.count);
+        const std::uint32_t number = getShardNumber(names.getName(real, start), shard.count);
         if (number == shard.number) {
             return false;
         }
@@ -248,7 +248,7 @@ private:
 
     const SearchOptions& options;
     Exclusion exclusion;
-    ShardNames shardNames;
+    RepositoryNames names;
     std::vector<std::string> folders;
     const std::string currentFolder = getRealPath(".");
     std::string start;                     ///< the named folder that is looked through, or the current one

@@ -1,9 +1,5 @@
 #include "files/Shard.h"
 
-#include "files/Paths.h"
-
-#include <utility>
-
 namespace ombrel {
 
 namespace {
@@ -23,15 +19,6 @@ std::uint64_t getHash(std::string_view text) {
 
 std::uint32_t getShardNumber(std::string_view name, std::uint32_t count) {
     return static_cast<std::uint32_t>(getHash(name) % count) + 1;
-}
-
-std::string ShardNames::getName(const std::string& path, const std::string& start) {
-    std::string folder = getFolder(path);
-    if (folder != lastFolder) {
-        lastRepository = files.findRepository(folder);
-        lastFolder = std::move(folder);
-    }
-    return getShortPath(lastRepository.empty() ? start : lastRepository, path);
 }
 
 } // namespace ombrel

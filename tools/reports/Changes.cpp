@@ -1,8 +1,7 @@
 #include "reports/Changes.h"
 
-#include "text/TextEncoding.h"
-
 #include <algorithm>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -82,10 +81,17 @@ std::string describeEdit(std::u16string_view text, const Edit& edit) {
     return compare(isStart ? "indentation" : "spacing", before, after);
 }
 
+/// In UTF-8. Each half of a surrogate pair is half of four.
+std::uint32_t countBytes(char16_t c) {
+    const bool isHalf = c >= 0xD800 && c < 0xE000;
+    return c < 0x80 ? 1 : c < 0x800 || isHalf ? 2 : 3;
+}
+
 /// Goes through a text and knows the place of each offset, in ascending order.
 class PlaceFinder {
 public:
-    explicit PlaceFinder(std::u16string_view text) : text(text) {}
+    explicit PlaceFinder(const DecodedText& source)
+        : text(source.text), bytesBefore(source.hasByteOrderMark ? byteOrderMark.size() : 0) {}
 
     TextPlace find(std::size_t wanted) {
         for (; offset < wanted; ++offset) {
@@ -93,8 +99,9 @@ public:
                 text[offset] == u'\n' || (text[offset] == u'\r' && text.substr(offset + 1, 1) != u"\n");
             line += isEnd ? 1 : 0;
             lineStart = isEnd ? offset + 1 : lineStart;
+            bytesBefore = isEnd ? 0 : bytesBefore + countBytes(text[offset]);
         }
-        return {line, static_cast<std::uint32_t>(wanted - lineStart + 1)};
+        return {line, static_cast<std::uint32_t>(wanted - lineStart + 1), bytesBefore + 1};
     }
 
 private:
@@ -102,13 +109,15 @@ private:
     std::size_t offset = 0;
     std::size_t lineStart = 0;
     std::uint32_t line = 1;
+    std::uint32_t bytesBefore; ///< in the line
 };
 
 } // namespace
 
-std::vector<Change> describeChanges(std::u16string_view text, const Edits& edits) {
+std::vector<Change> describeChanges(const DecodedText& source, const Edits& edits) {
+    const std::u16string_view text = source.text;
     std::vector<Change> changes;
-    PlaceFinder places(text);
+    PlaceFinder places(source);
     std::size_t done = 0; // end of the edit before
     std::size_t inChange = 0;
     const auto finish = [&] {

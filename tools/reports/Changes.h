@@ -1,18 +1,19 @@
 #pragma once
 
 #include "text/Edit.h"
+#include "text/TextEncoding.h"
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace ombrel {
 
-/// A place in a text: line from 1, column from 1 in 16-bit characters.
+/// A place in a file: line from 1, column from 1 in 16-bit characters.
 struct TextPlace {
     std::uint32_t line = 0;
     std::uint32_t column = 0;
+    std::uint32_t byteColumn = 0; ///< from 1, with the byte-order mark; 0 if it isn't known
 
     bool operator==(const TextPlace&) const = default;
 };
@@ -27,7 +28,7 @@ struct Change {
     bool operator==(const Change&) const = default;
 };
 
-/// Edits of a text as changes, in order. Takes time in proportion to the text.
-std::vector<Change> describeChanges(std::u16string_view text, const Edits& edits);
+/// Edits of a file as changes, in order. Takes time in proportion to the text.
+std::vector<Change> describeChanges(const DecodedText& source, const Edits& edits);
 
 } // namespace ombrel

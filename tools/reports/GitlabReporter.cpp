@@ -2,6 +2,7 @@
 
 #include "reports/JsonText.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <ostream>
 #include <unordered_map>
@@ -26,22 +27,34 @@ std::uint64_t hash(std::string_view text) {
     return value;
 }
 
+using PathMaker = std::function<std::string(const std::string&)>;
+
 class GitlabReporter : public FindingReporter {
 public:
-    explicit GitlabReporter(std::ostream& stream) : stream(stream), list(Json::array()) {}
+    GitlabReporter(std::ostream& stream, PathMaker getPath)
+        : stream(stream), getPath(std::move(getPath)), list(Json::array()) {}
+
+    void addFailure(const Problem& problem) override { addIssue(".", problem); }
 
     void finish() override { stream << makeJsonText(list) << '\n'; }
 
 private:
     void addFinding(const std::string& path, const Problem& problem) override {
+        addIssue(getPath(path), problem);
+    }
+
+    void addIssue(const std::string& path, const Problem& problem) {
         const auto name = getInfo(problem.code).name;
+        const std::uint32_t line = std::max<std::uint32_t>(problem.line, 1);
         list.push_back(
-            {{"description", problem.text},
+            {{"type", "issue"},
+             {"description", problem.text},
              {"check_name", name},
+             {"categories", Json::array({"Style"})},
              {"fingerprint", makeFingerprint(fmt::format("{}\n{}\n{}", path, name, problem.text))},
              {"severity", words.get(problem.severity)},
              {"location",
-              {{"path", path}, {"lines", {{"begin", std::max<std::uint32_t>(problem.line, 1)}}}}}});
+              {{"path", path}, {"lines", {{"begin", line}, {"end", std::max(line, problem.lastLine)}}}}}});
     }
 
     /// The same for a finding that has moved to another line, and another one for each of several.
@@ -50,14 +63,15 @@ private:
     }
 
     std::ostream& stream;
+    PathMaker getPath;
     Json list;
     std::unordered_map<std::string, std::uint64_t> counts; ///< findings by what they say
 };
 
 } // namespace
 
-std::unique_ptr<Reporter> makeGitlabReporter(std::ostream& stream) {
-    return std::make_unique<GitlabReporter>(stream);
+std::unique_ptr<Reporter> makeGitlabReporter(std::ostream& stream, PathMaker getPath) {
+    return std::make_unique<GitlabReporter>(stream, std::move(getPath));
 }
 
 } // namespace ombrel

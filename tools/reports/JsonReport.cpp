@@ -102,7 +102,8 @@ Problem readProblem(const Json& object) {
 
 TextPlace readPlace(const Json& object, const char* key) {
     const Json& place = getValue(object, key);
-    return {getPlace(place, "line"), getPlace(place, "column")};
+    const bool hasBytes = place.contains("byteColumn"); // reports of older versions haven't
+    return {getPlace(place, "line"), getPlace(place, "column"), hasBytes ? getPlace(place, "byteColumn") : 0};
 }
 
 /// Reports of older versions have none.

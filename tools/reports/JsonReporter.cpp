@@ -33,7 +33,7 @@ Json makeMessage(const Problem& problem) {
 }
 
 Json makePlace(const TextPlace& place) {
-    return {{"line", place.line}, {"column", place.column}};
+    return {{"line", place.line}, {"column", place.column}, {"byteColumn", place.byteColumn}};
 }
 
 Json makeChanges(const std::vector<Change>& changes) {

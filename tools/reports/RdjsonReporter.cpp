@@ -1,6 +1,6 @@
 #include "reports/RdjsonReporter.h"
 
-#include "reports/JsonText.h"
+#include "reports/JsonList.h"
 
 #include <ostream>
 
@@ -14,30 +14,52 @@ using Json = nlohmann::ordered_json;
 
 constexpr SeverityWords words{.note = "INFO", .warning = "WARNING", .error = "ERROR"};
 
+Json makeDiagnostic(const std::string& path, const Problem& problem) {
+    Json location = {{"path", path}};
+    if (problem.line != 0) {
+        location["range"]["start"]["line"] = problem.line;
+    }
+    return {{"message", problem.text},
+            {"location", std::move(location)},
+            {"severity", words.get(problem.severity)},
+            {"code", {{"value", getInfo(problem.code).name}}}};
+}
+
+Json makePosition(const TextPlace& place) {
+    return {{"line", place.line}, {"column", place.byteColumn}};
+}
+
+Json makeDiagnostic(const std::string& path, const Change& change) {
+    Json diagnostic = makeDiagnostic(path, makeFinding(change));
+    if (change.begin.byteColumn != 0) {
+        const Json range = {{"start", makePosition(change.begin)}, {"end", makePosition(change.end)}};
+        diagnostic["location"]["range"] = range;
+        diagnostic["suggestions"] = Json::array({{{"range", range}, {"text", change.text}}});
+    }
+    return diagnostic;
+}
+
 class RdjsonReporter : public FindingReporter {
 public:
-    explicit RdjsonReporter(std::ostream& stream) : stream(stream), diagnostics(Json::array()) {}
+    explicit RdjsonReporter(std::ostream& stream) : stream(stream) {}
 
     void finish() override {
-        const Json document = {{"source", {{"name", "ombrel-format"}}},
-                               {"diagnostics", std::move(diagnostics)}};
-        stream << makeJsonText(document) << '\n';
+        diagnostics.write(stream, {{"source", {{"name", "ombrel-format"}}}, {"diagnostics", Json::array()}});
     }
 
 private:
     void addFinding(const std::string& path, const Problem& problem) override {
-        Json location = {{"path", path}};
-        if (problem.line != 0) {
-            location["range"]["start"]["line"] = problem.line;
+        diagnostics.add(makeDiagnostic(path, problem));
+    }
+
+    void addChanges(const std::string& path, const std::vector<Change>& changes) override {
+        for (const Change& change : changes) {
+            diagnostics.add(makeDiagnostic(path, change));
         }
-        diagnostics.push_back({{"message", problem.text},
-                               {"location", std::move(location)},
-                               {"severity", words.get(problem.severity)},
-                               {"code", {{"value", getInfo(problem.code).name}}}});
     }
 
     std::ostream& stream;
-    Json diagnostics;
+    JsonList diagnostics{"diagnostics", 2};
 };
 
 } // namespace

@@ -7,7 +7,8 @@
 
 namespace ombrel {
 
-/// The JSON form of Reviewdog. Its columns count bytes and ours don't, so findings have lines only.
+/// The JSON form of Reviewdog, with a suggestion for each change. Its columns count bytes, which are known
+/// for changes only: messages have lines.
 std::unique_ptr<Reporter> makeRdjsonReporter(std::ostream& stream);
 
 } // namespace ombrel

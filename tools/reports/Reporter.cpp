@@ -1,6 +1,8 @@
 #include "reports/Reporter.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -20,34 +22,36 @@ const char* getWord(FileStatus status) {
     return "failed";
 }
 
+Problem makeFinding(const Change& change) {
+    return {Code::NotFormatted, change.what, change.begin.line, change.begin.column};
+}
+
 namespace {
 
 constexpr std::size_t mostChanges = 20; // of one file, as findings of their own
 
-void addChanges(Problems& findings, const std::vector<Change>& changes) {
-    for (std::size_t i = 0; i < std::min(mostChanges, changes.size()); ++i) {
-        findings.push_back(makeFinding(changes[i]));
-    }
+Problems makeFindings(const std::vector<Change>& changes) {
+    const auto shown = std::min(mostChanges, changes.size());
+    Problems findings;
+    findings.reserve(shown + 1);
+    std::transform(changes.begin(), changes.begin() + static_cast<std::ptrdiff_t>(shown),
+                   std::back_inserter(findings), makeFinding);
     if (changes.size() > mostChanges) {
         findings.push_back(
             {Code::NotFormatted,
              fmt::format("{} more places would change, from here on", changes.size() - mostChanges),
              changes[mostChanges].begin.line, changes[mostChanges].begin.column});
     }
+    return findings;
 }
 
 } // namespace
 
-Problem makeFinding(const Change& change) {
-    return {Code::NotFormatted, change.what, change.begin.line, change.begin.column};
-}
-
-Problems getFindings(const FileOutcome& outcome) {
+Problems getOtherFindings(const FileOutcome& outcome) {
     Problems findings;
     findings.reserve(outcome.messages.size() + 1);
     std::transform(outcome.messages.begin(), outcome.messages.end(), std::back_inserter(findings),
                    [](const Message& message) { return message.problem; });
-    addChanges(findings, outcome.changes);
     if (outcome.status == FileStatus::WouldChange && outcome.changes.empty()) {
         findings.push_back({Code::NotFormatted,
                             "the file is not formatted; this is the first line that would change",
@@ -56,9 +60,23 @@ Problems getFindings(const FileOutcome& outcome) {
     return findings;
 }
 
+Problems getFindings(const FileOutcome& outcome) {
+    Problems findings = getOtherFindings(outcome);
+    Problems changes = makeFindings(outcome.changes);
+    std::move(changes.begin(), changes.end(), std::back_inserter(findings));
+    return findings;
+}
+
 void FindingReporter::add(const FileOutcome& outcome) {
-    for (const Problem& problem : getFindings(outcome)) {
+    for (const Problem& problem : getOtherFindings(outcome)) {
         addFinding(outcome.path, problem);
+    }
+    addChanges(outcome.path, outcome.changes);
+}
+
+void FindingReporter::addChanges(const std::string& path, const std::vector<Change>& changes) {
+    for (const Problem& problem : makeFindings(changes)) {
+        addFinding(path, problem);
     }
 }
 

@@ -34,6 +34,9 @@ const char* getWord(FileStatus status);
 /// column.
 Problems getFindings(const FileOutcome& outcome);
 
+/// The same without its changes, unless they aren't known.
+Problems getOtherFindings(const FileOutcome& outcome);
+
 /// The finding that a change is.
 Problem makeFinding(const Change& change);
 
@@ -52,7 +55,7 @@ public:
     virtual void finish() {}
 };
 
-/// A reporter for which all findings are alike, wherever they are from.
+/// A reporter with a list of findings, whatever they are from.
 class FindingReporter : public Reporter {
 public:
     void add(const FileOutcome& outcome) override;
@@ -61,6 +64,9 @@ public:
 private:
     /// A problem with the run as a whole is one of the current folder.
     virtual void addFinding(const std::string& path, const Problem& problem) = 0;
+
+    /// All changes of a file. As they are in getFindings(), unless a reporter has more to say of them.
+    virtual void addChanges(const std::string& path, const std::vector<Change>& changes);
 };
 
 } // namespace ombrel

@@ -134,10 +134,7 @@ private:
 
 void SarifReporter::add(const FileOutcome& outcome) {
     const std::string uri = makeUri(outcome.path);
-    FileOutcome others = outcome;
-    others.changes.clear();
-    others.status = outcome.changes.empty() ? outcome.status : FileStatus::Unchanged;
-    for (const Problem& problem : getFindings(others)) {
+    for (const Problem& problem : getOtherFindings(outcome)) {
         results.add(makeResult(uri, problem, rules));
     }
     for (const Change& change : outcome.changes) {
