@@ -7,6 +7,7 @@
 // that is under test: then the class has to fail, or it doesn't see what it claims to see.
 
 #include "AllocationFailure.h"
+#include "OptionCases.h"
 
 #include "entry/FormattingExplorerBridgeImpl.h"
 #include "support/ClaimChecker.h"
@@ -15,8 +16,11 @@
 #include "support/ProgramGenerator.h"
 #include "support/TokenContractChecker.h"
 
+#include "format/LineEngine.h"
 #include "format/TreeEngine.h"
 #include "format/TreeSafetyCheck.h"
+#include "options/FileOptions.h"
+#include "options/OptionsFile.h"
 #include "text/TextEncoding.h"
 
 #include <ca/Analyzer.h>
@@ -308,6 +312,86 @@ bool tryTree(Trial& trial) {
     return true;
 }
 
+ombrel::FileOptions readOptions(const std::string& text) {
+    const ombrel::OptionsFile file = ombrel::readOptionsFile(text);
+    promise(file.problems.empty(), "refused options: " + text);
+    ombrel::OptionValues values;
+    for (const ombrel::Setting& setting : file.settings) {
+        values.set(*setting.option, setting.value);
+    }
+    return ombrel::makeFileOptions(values);
+}
+
+Text formatByLines(const Text& text, const ombrel::FileOptions& options) {
+    const auto edits = ombrel::formatLines(text, options.line, {}, {});
+    return edits ? applyEdits(text, *edits) : text; // with 64 columns a level, some are indented too far
+}
+
+using Formatting = std::function<Text(const Text& text, const ombrel::FileOptions& options)>;
+
+/// Each row of option values with each file, in turn with each value alone.
+struct OptionCase {
+    explicit OptionCase(std::uint32_t number)
+        : rows(number % 2 == 0 ? getPairwiseRows() : getSingleRows()), row(rows[number / 2 % rows.size()]),
+          text(makeFile(number / 2 / rows.size())) {}
+
+    static Text makeFile(std::size_t number) {
+        return number < getExamples().size() ? getExamples()[number].text
+                                             : generateProgram(static_cast<std::uint32_t>(number));
+    }
+
+    const std::vector<OptionRow>& rows;
+    const OptionRow& row;
+    const Text text;
+};
+
+/// No value of an option, and no two of them, changes the program, and how they are written changes nothing.
+/// Faults: those of a text, and an option that is lost.
+bool tryOptions(Trial& trial) {
+    const OptionCase attempt(trial.seed - 1);
+    if (!isProgram(attempt.text)) {
+        return false;
+    }
+    const ombrel::FileOptions options = readOptions(writeOptions(attempt.row));
+    const ombrel::FileOptions respelled =
+        readOptions(respellOptions(attempt.row, trial.random, trial.hasFault(21)));
+    const auto formatByTree = [&](const Text& text, const ombrel::FileOptions& used) {
+        return formatProgram(text, used.formattingJson, formatByBridge);
+    };
+    for (const auto& format : {Formatting(formatByLines), Formatting(formatByTree)}) {
+        const Text once = trial.spoil(format(attempt.text, options));
+        const auto difference = checkSameProgram(ombrel::ParsedText(attempt.text), once);
+        promise(!difference, difference ? difference->text : "");
+        promise(format(once, options) == once, "formatting again changes the text");
+        promise(format(attempt.text, respelled) == once, "another spelling of the options changes the text");
+    }
+    return true;
+}
+
+/// Wrong options are refused with a place, good ones aren't. Faults: they aren't refused, all are, the place
+/// is missing.
+bool trySettings(Trial& trial) {
+    const HostileOptions hostile = makeHostileOptions(trial.random);
+    ombrel::OptionsFile file = ombrel::readOptionsFile(hostile.text);
+    if (trial.hasFault(21)) {
+        file.problems.clear();
+    }
+    const bool isRefused = !file.problems.empty() || trial.hasFault(22);
+    promise(!hostile.isWrong || isRefused == *hostile.isWrong,
+            (isRefused ? "refused: " : "accepted: ") + hostile.text);
+    const auto lines =
+        static_cast<std::uint32_t>(1 + std::count_if(hostile.text.begin(), hostile.text.end(),
+                                                     [](char c) { return c == '\n' || c == '\r'; }));
+    for (const ombrel::Problem& problem : file.problems) {
+        const std::uint32_t line = trial.hasFault(23) ? 0 : problem.line;
+        promise(line >= 1 && line <= lines && !problem.text.empty(), "no place in " + hostile.text);
+    }
+    for (const ombrel::Setting& setting : file.settings) {
+        promise(checkValue(*setting.option, setting.value).empty(), "a wrong value in " + hostile.text);
+    }
+    return hostile.isWrong.has_value();
+}
+
 /// A formatter with a fault must not get it through the engine: the text is refused, or what is left of the
 /// formatter's result is the same program. An engine that trusts its formatter is the planted fault.
 bool tryRefusal(Trial& trial) {
@@ -464,7 +548,8 @@ struct Class {
 
 constexpr Class classes[] = {{"lexer", tryLexer},     {"lines", tryLines},       {"range", tryRange},
                              {"parser", tryParser},   {"examples", tryExamples}, {"tree", tryTree},
-                             {"refusal", tryRefusal}, {"memory", tryMemory},     {"threads", tryThreads}};
+                             {"refusal", tryRefusal}, {"memory", tryMemory},     {"threads", tryThreads},
+                             {"options", tryOptions}, {"settings", trySettings}};
 
 int run(const Class& what, std::size_t count, std::size_t fault, std::uint32_t seed) {
     std::size_t accepted = 0;

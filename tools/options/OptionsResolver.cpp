@@ -121,7 +121,8 @@ std::vector<OptionInForce> OptionsResolver::explain(const std::string& path) con
 }
 
 std::string OptionsResolver::getShownPath(const std::string& path) const {
-    return getShortPath(currentFolder, path);
+    const std::string shown = getShortPath(currentFolder, path);
+    return shown.empty() ? "." : shown; // a folder where a file was expected
 }
 
 /// Links are followed only before a `..`, which has another meaning there.
