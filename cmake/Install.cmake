@@ -4,6 +4,7 @@
 #
 # The host is a package of its own, so that the library can be built against it as against any other host.
 include(CMakePackageConfigHelpers)
+include(cmake/Documents.cmake)
 
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON) # packaging takes what has been built, and builds nothing
 
@@ -36,7 +37,7 @@ if(TARGET ombrel-explorer)
     install(FILES packaging/ombrel-explorer.desktop DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/applications COMPONENT explorer)
     install(FILES devtools/explorer/page/src/icon.svg DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor/scalable/apps
         RENAME ombrel-explorer.svg COMPONENT explorer)
-    install(FILES docs/explorer.md DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/ombrel-explorer COMPONENT explorer)
+    ombrel_install_documents(ombrel-explorer explorer)
     install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/ombrel-explorer COMPONENT explorer)
 endif()
 ombrel_install(ombrel-lsp lsp)
@@ -45,17 +46,14 @@ install(TARGETS ca_formatting_devtools LIBRARY COMPONENT devtools)
 # Documents for the users of each package, and what they copy or point their tools to.
 set(docDir ${CMAKE_INSTALL_DATAROOTDIR}/doc)
 set(dataDir ${CMAKE_INSTALL_DATAROOTDIR}/ombrel-format)
-set(toolDocuments usage.md options.md messages.md scale.md security.md language.md debugging.md)
-list(TRANSFORM toolDocuments PREPEND docs/)
-install(FILES ${toolDocuments} DESTINATION ${docDir}/ombrel-format COMPONENT tool)
+ombrel_install_documents(ombrel-format tool)
 install(FILES packaging/github-workflow.yml packaging/github-workflow-shards.yml .pre-commit-hooks.yaml
     DESTINATION ${docDir}/ombrel-format/examples COMPONENT tool)
 install(DIRECTORY examples/ DESTINATION ${docDir}/ombrel-format/examples COMPONENT tool
     FILES_MATCHING PATTERN "*.omb" PATTERN embed EXCLUDE)
 install(FILES docs/ombrel-format.schema.json docs/ombrel-format.report.schema.json DESTINATION ${dataDir} COMPONENT tool)
-install(FILES docs/editors.md docs/lsp.md DESTINATION ${docDir}/ombrel-lsp COMPONENT lsp)
-install(FILES docs/architecture.md docs/host.md DESTINATION ${docDir}/libca-formatting-dev
-    COMPONENT development)
+ombrel_install_documents(ombrel-lsp lsp)
+ombrel_install_documents(libca-formatting-dev development)
 install(DIRECTORY examples/embed DESTINATION ${docDir}/libca-formatting-dev/examples COMPONENT development)
 if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/editors)
     install(DIRECTORY editors DESTINATION ${dataDir} COMPONENT lsp PATTERN vscode EXCLUDE) # an extension is installed from its own archive
