@@ -227,6 +227,15 @@ TEST(LspDiagnostics, ShowWhatIsWrongAndWhatItBelongsTo) {
     EXPECT_EQ(diagnose(".ombrel-format.json", "{\n  \"engin\": \"line\",\n  \"line\": {\"tabSize\": 65}\n}"),
               "1:2-1:9 unknown-option: unknown option engin; did you mean engine?\n"
               "2:22-2:24 invalid-value: expected a number from 1 to 64\n");
+    client.folder.write(".editorconfig", "root = true\n[*]\nindent_size = fuor\n[*.m]\ntab_width = x\n");
+    const std::string ignored = diagnose("f.omb", "x = 1;\n");
+    EXPECT_EQ(ignored.substr(0, 38), "0:0-0:6 invalid-editor-config-value: /") << ignored;
+    EXPECT_NE(
+        ignored.find(".editorconfig:3: this indent_size is ignored: expected a number from 0 to 64, tab or "
+                     "unset (2:14-2:14 this indent_size is ignored"),
+        std::string::npos)
+        << ignored;
+    EXPECT_EQ(std::count(ignored.begin(), ignored.end(), '\n'), 1) << ignored;
     client.folder.write(".ombrel-format.json", "{\n\"engin\": 1}");
     client.notify("workspace/didChangeWatchedFiles", Json::object());
     const std::string shown =

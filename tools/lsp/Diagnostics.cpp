@@ -8,6 +8,7 @@
 #include "text/TextEncoding.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -39,14 +40,16 @@ public:
 
     Json takeSource() {
         const AnalysisPointer analysis = question.analyze();
-        addOptionsFaults();
+        const DocumentOptions options = question.workspace.resolve(document, {});
+        addOptionsFaults(options);
+        addIgnoredValues(options);
         if (const auto problem = analysis->program.findEncodingProblem()) {
             addLine(*problem);
         }
         for (const ca::SyntaxError& error : analysis->parsed.errors) {
             addSyntaxError(*analysis, error);
         }
-        addSuppression(analysis->program.get());
+        addSuppression(analysis->program.get(), options);
         return std::move(list);
     }
 
@@ -70,10 +73,9 @@ private:
             problem);
     }
 
-    void addSuppression(const std::u16string& text) {
+    void addSuppression(const std::u16string& text, const DocumentOptions& options) {
         const Suppression suppression = findSuppression(text);
         addSuppressionWarnings(suppression.warnings);
-        const DocumentOptions options = question.workspace.resolve(document, {});
         if (options.faults.empty() && !question.workspace.isIgnored(document)) {
             addSuppressionWarnings(findUnneededSuppression(text, options.options, suppression));
         }
@@ -98,17 +100,30 @@ private:
         }
     }
 
-    void addOptionsFaults() {
-        for (const OptionsFault& fault : question.workspace.resolve(document, {}).faults) {
-            const Problem& first = fault.problems.front();
-            add(0, document.lines.getEnd(document.text, 0),
-                {first.code, fmt::format("not formatted until this options file is right: {}:{}: {}",
-                                         fault.path, std::max(first.line, 1U), first.text)});
-            if (question.client.showsRelatedInformation) {
-                const Json place =
-                    writePosition({std::max(first.line, 1U) - 1, std::max(first.column, 1U) - 1});
-                addRelated(makeUri(fault.path), {{"start", place}, {"end", place}}, first.text);
+    void addOptionsFaults(const DocumentOptions& options) {
+        for (const OptionsFault& fault : options.faults) {
+            addElsewhere(fault.path, fault.problems.front(),
+                         "not formatted until this options file is right: ");
+        }
+    }
+
+    void addIgnoredValues(const DocumentOptions& options) {
+        for (const OptionsFault& file : options.ignoredValues) {
+            for (const Problem& problem : file.problems) {
+                addElsewhere(file.path, problem, "");
             }
+        }
+    }
+
+    /// A problem of another file that matters for this document. It is shown at the document's first line.
+    void addElsewhere(const std::string& path, const Problem& problem, const char* consequence) {
+        const std::uint32_t line = std::max(problem.line, 1U);
+        Problem shown = problem;
+        shown.text = fmt::format("{}{}:{}: {}", consequence, path, line, problem.text);
+        add(0, document.lines.getEnd(document.text, 0), shown);
+        if (question.client.showsRelatedInformation) {
+            const Json place = writePosition({line - 1, std::max(problem.column, 1U) - 1});
+            addRelated(makeUri(path), {{"start", place}, {"end", place}}, problem.text);
         }
     }
 

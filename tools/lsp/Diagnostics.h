@@ -18,7 +18,8 @@ std::vector<PlacedProblem> findOptionsProblems(const Question& question);
 /// The diagnostics of a document, in the order of the text:
 ///
 /// - of a source: syntax errors, suppression comments without effect, and that options files that apply to it
-///   are wrong, placed at the start, with the first fault as related information;
+///   are wrong or values of .editorconfig files are ignored, placed at the start, with the first fault or the
+///   value as related information;
 /// - of an options file: everything that is wrong with it, as it is in the editor.
 Json makeDiagnostics(const Question& question);
 

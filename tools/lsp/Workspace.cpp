@@ -118,7 +118,7 @@ DocumentOptions Workspace::resolve(const Document& document,
     if (!faults.empty()) {
         return {std::move(faults), {}};
     }
-    return {{}, resolver.resolve(path)};
+    return {{}, resolver.resolve(path), resolver.getEditorConfigRemarks()};
 }
 
 std::string Workspace::explain(const Document& document, const std::vector<Setting>& editorOptions) const {

@@ -15,10 +15,11 @@
 
 namespace ombrel::lsp {
 
-/// What decides how a document is formatted. One of the first two is empty.
+/// What decides how a document is formatted.
 struct DocumentOptions {
-    std::vector<OptionsFault> faults; ///< of options files that apply: then nothing is formatted
+    std::vector<OptionsFault> faults; ///< of options files that apply: then there are no options
     FileOptions options;
+    std::vector<OptionsFault> ignoredValues = {}; ///< of .editorconfig files
 };
 
 /// The folders and settings that the editor has told, and the files of the disk that options come from. The

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <unordered_set>
 
@@ -103,11 +104,19 @@ std::vector<OptionsFault> OptionsResolver::getRemarks() const {
         remarks.push_back({layer == nullptr ? "" : layer->path,
                            layer == nullptr ? std::u16string() : layer->file.text, std::move(found)});
     }
+    std::vector<OptionsFault> others = getEditorConfigRemarks();
+    std::move(others.begin(), others.end(), std::back_inserter(remarks));
+    std::sort(remarks.begin(), remarks.end(),
+              [](const OptionsFault& a, const OptionsFault& b) { return a.path < b.path; });
+    return remarks;
+}
+
+std::vector<OptionsFault> OptionsResolver::getEditorConfigRemarks() const {
+    std::vector<OptionsFault> remarks;
+    remarks.reserve(editorConfigRemarks.size());
     for (const auto& [path, remark] : editorConfigRemarks) {
         remarks.push_back(remark);
     }
-    std::sort(remarks.begin(), remarks.end(),
-              [](const OptionsFault& a, const OptionsFault& b) { return a.path < b.path; });
     return remarks;
 }
 

@@ -60,6 +60,9 @@ public:
     /// with an empty path, then one for each file.
     std::vector<OptionsFault> getRemarks() const;
 
+    /// Those about .editorconfig files only.
+    std::vector<OptionsFault> getEditorConfigRemarks() const;
+
     /// The options for a file, one by one, in the order of the table.
     std::vector<OptionInForce> explain(const std::string& path) const;
 
