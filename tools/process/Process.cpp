@@ -140,9 +140,12 @@ private:
 /// Serves all three ends as they get ready, so that neither side waits for the other. False if that isn't
 /// over at this time.
 bool exchange(Descriptor& in, std::string_view& input, Descriptor& out, Descriptor& err,
-              Clock::time_point deadline, ProcessResult& result) {
+              Clock::time_point deadline, const ProcessLimits& limits, ProcessResult& result) {
     while (in.get() >= 0 || out.get() >= 0 || err.get() >= 0) {
-        std::array<pollfd, 3> ends{{{in.get(), POLLOUT, 0}, {out.get(), POLLIN, 0}, {err.get(), POLLIN, 0}}};
+        std::array<pollfd, 4> ends{{{in.get(), POLLOUT, 0},
+                                    {out.get(), POLLIN, 0},
+                                    {err.get(), POLLIN, 0},
+                                    {limits.client, POLLRDHUP, 0}}};
         const int count = ::poll(ends.data(), ends.size(), getMillisecondsUntil(deadline));
         if (count < 0) {
             check(errno == EINTR ? 0 : errno, "can't wait for a process");
@@ -160,6 +163,8 @@ bool exchange(Descriptor& in, std::string_view& input, Descriptor& out, Descript
         if (ends[2].revents != 0) {
             receive(err, result.err);
         }
+        check(ends[3].revents != 0 ? ECANCELED : 0, "nobody waits for a process");
+        check(result.out.size() > limits.outputLimit ? EOVERFLOW : 0, "too much output");
     }
     return true;
 }
@@ -200,7 +205,7 @@ ProcessResult runProcess(const std::vector<std::string>& words, const std::vecto
     err.theirs.close();
     ProcessResult result{};
     const auto serveUntil = [&](Clock::time_point deadline) {
-        return exchange(in.ours, input, out.ours, err.ours, deadline, result);
+        return exchange(in.ours, input, out.ours, err.ours, deadline, limits, result);
     };
     if (!serveUntil(start + limits.patience)) {
         limits.onSlow();
