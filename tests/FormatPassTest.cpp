@@ -168,7 +168,7 @@ TEST(FormatPass, ThrowsOutOfRangeForAMissingResult) {
 
 TEST(FormatPass, RunsTheNodesOfATreeWithNoLeaf) {
     struct Tree : FormatTree {
-        Tree() : FormatTree(4096), program(makeNode<ProgramIndentNode>(allocator, nodes)) {}
+        Tree() : FormatTree(4096), program(makeNode<ProgramIndentNode>(home)) {}
         ProgramIndentNode* program;
     };
     const auto tree = std::make_shared<Tree>();
@@ -180,10 +180,18 @@ TEST(FormatPass, RunsTheNodesOfATreeWithNoLeaf) {
 TEST(FormatPass, KeepsTheFirstResult) {
     TreeBuilder builder(u"abc");
     auto* leaf = static_cast<TokenNode*>(builder.take("T").front());
-    FormatPass pass(builder.finish(builder.container(Kind::None, {leaf})), makeConfig({}));
+    const auto tree = builder.finish(builder.container(Kind::None, {leaf}));
+    FormatPass pass(tree, makeConfig({}));
     pass.setEndColumn(*leaf, 77);
     EXPECT_EQ(pass.run(), u"abc");
     EXPECT_EQ(pass.getEndColumn(*leaf), 77U);
+
+    for (const std::uint64_t column : {std::uint64_t{UINT32_MAX} - 2, std::uint64_t{UINT32_MAX} - 1,
+                                       std::uint64_t{UINT32_MAX}, UINT64_MAX - 1, UINT64_MAX}) {
+        FormatPass other(tree, makeConfig({}));
+        other.setEndColumn(*leaf, column);
+        EXPECT_EQ(other.getEndColumn(*leaf), column);
+    }
 
     const ProgramIndentNode level;
     pass.setIndentation(level, u"first");

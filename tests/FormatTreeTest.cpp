@@ -3,6 +3,7 @@
 #include "support/TestConfig.h"
 #include "support/TreeBuilder.h"
 #include "support/TreeInvariantChecker.h"
+#include "tree/TokenNode.h"
 
 #include <gtest/gtest.h>
 
@@ -63,6 +64,30 @@ TEST(FormatTree, NamesGapsByTheirTokensAndLevelsByTheirPlace) {
         leaf = leaf->getNext().value();
     }
     EXPECT_EQ(leaf->getIndent()->getName(), u"StatementBlockIndent_L2_C3");
+}
+
+/// A tree that was parsed has no room for what is done to its leaves by hand, and takes it all the same.
+TEST(FormatTree, LetsParsedLeavesBeLinkedByHand) {
+    const ca::lexer::Token token{ca::lexer::TokenType::NameToken27, u"by hand", 1, 1};
+    const FormatTree tree(u"if a + b\n  c; % d\nend\n");
+    LeafNode* first = *tree.getFirstLeaf();
+    LeafNode* second = first->getNext().value();
+    LeafNode* third = second->getNext().value();
+    IndentNode* level = third->getIndent();
+    const std::size_t memberCount = level->getMembers().size();
+    TokenNode inserted(level, &token);
+    inserted.setPrevious(second);
+    inserted.setNext(third);
+    second->setNext(&inserted);
+    third->setPrevious(&inserted);
+    EXPECT_EQ(first->getNext(), second);
+    EXPECT_EQ(second->getPrevious(), first);
+    EXPECT_EQ(second->getNext(), &inserted);
+    EXPECT_EQ(second->getIndent(), level);
+    EXPECT_EQ(third->getPrevious(), &inserted);
+    EXPECT_EQ(third->getNext().value()->getPrevious(), third);
+    EXPECT_EQ(level->getMembers().size(), memberCount + 1);
+    EXPECT_EQ(level->getMembers().back(), &inserted);
 }
 
 /// What each family of nodes waits for.

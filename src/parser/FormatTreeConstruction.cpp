@@ -7,8 +7,6 @@
 #include <ca/formatting/TreeFormat.h>
 #include <lf/astapi/getPageSize.h>
 
-#include <utility>
-
 namespace ca::formatting {
 
 namespace {
@@ -40,8 +38,7 @@ FormatTree::FormatTree(const ParsedSource& source, CommentLines commentLines)
 }
 
 void FormatTree::build(const ca::AnalysisResult& analysis, CommentLines commentLines) {
-    ParsedNodes parsed = parseNodes(*analysis.getProgramFile(), *tokens, commentLines, allocator);
-    nodes = std::move(parsed.nodes);
+    const ParsedNodes parsed = parseNodes(*analysis.getProgramFile(), *tokens, commentLines, home);
     rootText = parsed.rootText;
     rootIndent = parsed.rootIndent;
     firstLeaf = parsed.firstLeaf;

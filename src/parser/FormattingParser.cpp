@@ -5,7 +5,7 @@
 // The parser walks the syntax tree, and wherever the grammar has a token it claims the next one of the list.
 // It never searches for a token and never compares one with the node it belongs to. What is between two
 // claimed tokens is a run, and each run becomes one whitespace node, an empty one too, at the place that the
-// walk names. So leaves are made in the order of the text, and each is chained to the one before:
+// walk names. So leaves are made in the order of the text, and that order is all that chains them:
 //
 //     x = a + b;      container: token x, run, token =, run, container of the +, run, token ;
 //
@@ -118,26 +118,20 @@ bool isPrefixOperation(std::int32_t operatorNumber) {
     }
 }
 
-/// A copy in memory of the arena.
-template <class Value>
-std::span<Value> copyTo(AstNodeAllocator& allocator, std::span<Value> values) {
-    using Plain = std::remove_const_t<Value>;
-    if (values.empty()) {
-        return {};
-    }
-    auto* copy = static_cast<Plain*>(allocator.allocate(values.size_bytes()));
-    std::uninitialized_copy(values.begin(), values.end(), copy);
-    return {copy, values.size()};
-}
-
 /// The walk. Lives as long as the constructor of the tree.
 class FormattingParser {
 public:
-    FormattingParser(AstNodeAllocator& allocator, const std::vector<Token>& tokens, CommentLines commentLines)
-        : allocator(&allocator), tokens(&tokens), commentLines(commentLines) {
-        nodes.reserve(3 * tokens.size()); // more than most trees have
+    FormattingParser(NodeHome& home, const std::vector<Token>& tokens, CommentLines commentLines)
+        : home(&home), tokens(&tokens), commentLines(commentLines) {
+        home.nodes.reserve(3 * tokens.size()); // more than most trees have
         programIndentNode = make<ProgramIndentNode>();
-        currentIndentNode = programIndentNode;
+    }
+
+    ContainerNode* wholeFile(const ProgramFile<CA>& node) {
+        enterIndent(programIndentNode);
+        ContainerNode* root = programFile(node);
+        programIndentNode->close();
+        return root;
     }
 
     ContainerNode* programFile(const ProgramFile<CA>& node) {
@@ -148,9 +142,6 @@ public:
     IndentNode* getProgramIndentNode() const { return programIndentNode; }
 
     LeafNode* getFirstLeaf() const { return firstLeaf; }
-
-    /// Every node that was made in creation order, the outermost level first.
-    std::vector<FormatNode*> takeNodes() { return std::move(nodes); }
 
 private:
     /// The tree rule of one syntax node: steps that take what comes next, from left to right, and at last a
@@ -199,9 +190,9 @@ private:
 
         ContainerNode* container(ContainerKind kind = ContainerKind::None) {
             const std::span<TextNode* const> own = std::span(parser.children).subspan(firstChild);
-            const SharedChildren kept{copyTo(*parser.allocator, own)};
+            ContainerNode* node = parser.makeContainer(kind, own);
             parser.children.resize(firstChild);
-            return parser.makeContainer(kind, kept);
+            return node;
         }
 
         /// The one child by itself where there is no other, otherwise a container around all.
@@ -258,15 +249,15 @@ private:
             run.push_back(&token);
         }
         classifyRun(run, items);
-        const ClassifiedRun kept{copyTo<const WhitespaceItem>(*allocator, items),
-                                 static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(tokenIndex)};
+        const ClassifiedRun classified{home->arena, items, static_cast<std::uint32_t>(first),
+                                       static_cast<std::uint32_t>(tokenIndex)};
         if (hasComment && commentLines == CommentLines::Aligned) {
-            return make<AlignedCommentNode>(currentIndentNode, kept);
+            return make<AlignedCommentNode>(currentIndentNode, classified);
         }
         if (hasComment) {
-            return make<CommentNode>(currentIndentNode, kept);
+            return make<CommentNode>(currentIndentNode, classified);
         }
-        return make<NodeClass>(arguments..., currentIndentNode, kept);
+        return make<NodeClass>(arguments..., currentIndentNode, classified);
     }
 
     /// Type of the next token of code. `EndOfInput`, which is one, comes last.
@@ -282,30 +273,26 @@ private:
 
     template <class NodeClass, class... Arguments>
     NodeClass* make(Arguments&&... arguments) {
-        auto* node = makeNode<NodeClass>(*allocator, nodes, std::forward<Arguments>(arguments)...);
+        auto* node = makeNode<NodeClass>(*home, std::forward<Arguments>(arguments)...);
         if constexpr (std::is_base_of_v<LeafNode, NodeClass>) {
-            chain(node);
+            firstLeaf = firstLeaf != nullptr ? firstLeaf : node;
         }
         return node;
     }
 
-    void chain(LeafNode* leaf) {
-        if (lastLeaf != nullptr) {
-            lastLeaf->setNext(leaf);
-            leaf->setPrevious(lastLeaf);
-        } else {
-            firstLeaf = leaf;
-        }
-        lastLeaf = leaf;
+    ContainerNode* makeContainer(ContainerKind kind, std::span<TextNode* const> own) {
+        return make<ContainerNode>(kind, ArenaChildren{home->arena, own});
     }
 
-    ContainerNode* makeContainer(ContainerKind kind, const SharedChildren& own) {
-        return make<ContainerNode>(kind, own);
+    void enterIndent(IndentNode* node) {
+        node->open();
+        currentIndentNode = node;
     }
 
-    void enterIndent(IndentNode* node) { currentIndentNode = node; }
-
-    void leaveIndent() { currentIndentNode = currentIndentNode->getParent().value(); }
+    void leaveIndent() {
+        currentIndentNode->close();
+        currentIndentNode = currentIndentNode->getParent().value();
+    }
 
     // Lists.
 
@@ -1012,15 +999,13 @@ private:
         throw std::logic_error("Unhandled node kind encountered in AstDispatcher");
     }
 
-    AstNodeAllocator* allocator;
+    NodeHome* home;
     const std::vector<Token>* tokens;
     CommentLines commentLines;
     std::size_t tokenIndex = 0; ///< of the next token that nobody has claimed
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
     LeafNode* firstLeaf = nullptr;
-    LeafNode* lastLeaf = nullptr;
-    std::vector<FormatNode*> nodes;
     std::vector<TextNode*> children;       ///< of all rules that are at work, the innermost last
     std::vector<OpenOperation> operations; ///< of all expressions that are at work, the innermost last
     std::vector<const Token*> run;         ///< the run that is being taken; kept for its memory
@@ -1030,13 +1015,12 @@ private:
 } // namespace
 
 ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<Token>& tokens,
-                       CommentLines commentLines, AstNodeAllocator& allocator) {
-    FormattingParser parser(allocator, tokens, commentLines);
+                       CommentLines commentLines, NodeHome& home) {
+    FormattingParser parser(home, tokens, commentLines);
     ParsedNodes result;
-    result.rootText = parser.programFile(program);
+    result.rootText = parser.wholeFile(program);
     result.rootIndent = parser.getProgramIndentNode();
     result.firstLeaf = parser.getFirstLeaf();
-    result.nodes = parser.takeNodes();
     return result;
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tree/AstNodeAllocator.h"
-
 #include <ca/lexer/Token.h>
 #include <lf/astapi/Nodes.h>
 
@@ -15,24 +13,24 @@ struct CA;
 namespace ca::formatting {
 
 enum class CommentLines : std::uint8_t;
-class FormatNode;
 class IndentNode;
 class LeafNode;
 class TextNode;
+struct NodeHome;
 
-/// The nodes of one file.
+/// Where the nodes of one file start.
 struct ParsedNodes {
-    std::vector<FormatNode*> nodes; ///< all of them, in order of creation; the outermost level first
-    TextNode* rootText = nullptr;   ///< a container of kind `None`
+    TextNode* rootText = nullptr; ///< a container of kind `None`
     IndentNode* rootIndent = nullptr;
     LeafNode* firstLeaf = nullptr; ///< start of the chain of leaves
 };
 
-/// Makes the nodes of a file from its syntax tree and its tokens, in memory of the allocator. The nodes keep
-/// pointers to the tokens and none into the syntax tree. Tree and tokens have to be of the same text: nothing
-/// checks that. Throws std::logic_error for a syntax tree with a node that no rule knows.
+/// Makes the nodes of a file from its syntax tree and its tokens in an empty home; the outermost level is the
+/// first. The nodes keep pointers to the tokens and none into the syntax tree. Tree and tokens have to be of
+/// the same text: nothing checks that. Throws std::logic_error for a syntax tree with a node that no rule
+/// knows.
 ParsedNodes parseNodes(const lf::astapi::ProgramFile<ca::astapi::CA>& program,
                        const std::vector<ca::lexer::Token>& tokens, CommentLines commentLines,
-                       lf::astapi::AstNodeAllocator& allocator);
+                       NodeHome& home);
 
 } // namespace ca::formatting

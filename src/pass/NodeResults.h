@@ -11,8 +11,9 @@ namespace ca::formatting {
 
 /// What a pass knows of each node: whether it has run, a value, and a decision.
 ///
-/// Nodes of the tree have their entries in arrays, by number. What is stored for any other node is kept too,
-/// in a slower table. The first value and the first decision of a node win; later ones are dropped.
+/// Nodes of the tree have their entries in arrays, by number, and values of 32 bits in them. What is stored
+/// for any other node, and larger values but the largest, are kept too, in a slower table. The first value
+/// and the first decision of a node win; later ones are dropped.
 class NodeResults {
 public:
     enum class State : std::uint8_t { Untouched, Pending, HasRun };
@@ -42,7 +43,7 @@ public:
             strayValues.emplace(&node, value);
         } else if ((marks[node.getNumber()] & valueBit) == 0) {
             marks[node.getNumber()] |= valueBit;
-            values[node.getNumber()] = value;
+            values[node.getNumber()] = shorten(node, value);
         }
     }
 
@@ -51,7 +52,7 @@ public:
             return find(strayValues, node);
         }
         const bool isThere = (marks[node.getNumber()] & valueBit) != 0;
-        return isThere ? std::optional(values[node.getNumber()]) : std::nullopt;
+        return isThere ? lengthen(node, values[node.getNumber()]) : std::nullopt;
     }
 
     /// Any number is a decision.
@@ -82,6 +83,9 @@ private:
     static constexpr int decisionShift = 4;
     static constexpr std::uint32_t strayDecision = 14; ///< this one and larger ones are in the slower table
 
+    static constexpr std::uint32_t largest = UINT32_MAX; ///< stands for the largest value of 64 bits
+    static constexpr std::uint32_t strayValue = UINT32_MAX - 1;
+
     template <class Value>
     using StrayTable = std::unordered_map<const FormatNode*, Value>;
 
@@ -89,6 +93,21 @@ private:
     static std::optional<Value> find(const StrayTable<Value>& table, const FormatNode& node) {
         const auto entry = table.find(&node);
         return entry != table.end() ? std::optional(entry->second) : std::nullopt;
+    }
+
+    std::uint32_t shorten(const FormatNode& node, std::uint64_t value) {
+        if (value < strayValue || value == UINT64_MAX) {
+            return static_cast<std::uint32_t>(value);
+        }
+        strayValues.emplace(&node, value);
+        return strayValue;
+    }
+
+    std::optional<std::uint64_t> lengthen(const FormatNode& node, std::uint32_t value) const {
+        if (value == strayValue) {
+            return find(strayValues, node);
+        }
+        return value == largest ? UINT64_MAX : value;
     }
 
     std::uint32_t getDecisionMark(const FormatNode& node) const {
@@ -102,7 +121,7 @@ private:
     }
 
     const std::vector<FormatNode*>& nodes;
-    std::vector<std::uint64_t> values;
+    std::vector<std::uint32_t> values;
     std::vector<std::uint8_t> marks;
     StrayTable<std::uint64_t> strayValues;
     StrayTable<std::uint32_t> strayDecisions;

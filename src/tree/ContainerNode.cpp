@@ -1,9 +1,10 @@
 #include "tree/ContainerNode.h"
 
 #include "pass/FormatPass.h"
+#include "tree/AstNodeAllocator.h"
 #include "tree/IndentNode.h"
 
-#include <algorithm>
+#include <memory>
 
 namespace ca::formatting {
 
@@ -66,17 +67,14 @@ private:
 
 ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children)
     : TextNode(Family::Container), kind(kind), childCount(static_cast<std::uint32_t>(children.size())) {
-    auto** copy = new TextNode*[children.size()];
-    std::copy(children.begin(), children.end(), copy);
-    this->children = copy;
-    setOwnMemory();
-    adoptChildren();
+    storage.ownsMemory = childCount != 1;
+    adopt(children, storage.ownsMemory ? new TextNode*[childCount] : nullptr);
 }
 
-ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const SharedChildren& children)
-    : TextNode(Family::Container), kind(kind), childCount(static_cast<std::uint32_t>(children.nodes.size())),
-      children(children.nodes.data()) {
-    adoptChildren();
+ContainerNode::ContainerNode(FormattingConfig::ContainerKind kind, const ArenaChildren& children)
+    : TextNode(Family::Container), kind(kind), childCount(static_cast<std::uint32_t>(children.nodes.size())) {
+    void* memory = childCount != 1 ? children.arena.allocate(children.nodes.size_bytes()) : nullptr;
+    adopt(children.nodes, static_cast<TextNode**>(memory));
 }
 
 ContainerNode::~ContainerNode() {
@@ -85,8 +83,15 @@ ContainerNode::~ContainerNode() {
     }
 }
 
-void ContainerNode::adoptChildren() {
-    for (TextNode* child : viewChildren()) {
+/// `copy` is for the list; an only child needs none.
+void ContainerNode::adopt(std::span<TextNode* const> nodes, TextNode** copy) {
+    if (copy != nullptr) {
+        std::uninitialized_copy(nodes.begin(), nodes.end(), copy);
+        children = copy;
+    } else {
+        onlyChild = nodes.front();
+    }
+    for (TextNode* child : nodes) {
         child->setParent(this);
     }
 }
@@ -181,9 +186,9 @@ std::optional<std::uint64_t> ContainerNode::getInlineWidth(std::shared_ptr<Forma
 }
 
 LeafNode* ContainerNode::getFirstLeaf() const {
-    TextNode* node = children[0];
+    TextNode* node = viewChildren().front();
     while (const ContainerNode* container = node->asContainer()) {
-        node = container->children[0];
+        node = container->viewChildren().front();
     }
     return static_cast<LeafNode*>(node);
 }

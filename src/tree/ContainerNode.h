@@ -10,8 +10,9 @@ namespace ca::formatting {
 
 enum class WhitespaceDecision : std::uint32_t;
 
-/// The children of a container, in memory that outlives it.
-struct SharedChildren {
+/// The children of a container, and the arena of the node that keeps a copy of the list.
+struct ArenaChildren {
+    lf::astapi::AstNodeAllocator& arena;
     std::span<TextNode* const> nodes;
 };
 
@@ -25,8 +26,8 @@ public:
     /// Becomes the parent of each child. `children` must not be empty. The container keeps a copy of them.
     ContainerNode(FormattingConfig::ContainerKind kind, const std::vector<TextNode*>& children);
 
-    /// The same without a copy.
-    ContainerNode(FormattingConfig::ContainerKind kind, const SharedChildren& children);
+    /// The same with a copy in the arena.
+    ContainerNode(FormattingConfig::ContainerKind kind, const ArenaChildren& children);
 
     ~ContainerNode() override;
 
@@ -37,10 +38,15 @@ public:
     std::optional<std::uint64_t> getInlineWidth(std::shared_ptr<FormattingConfig> config) const override;
 
     /// A copy of the children, in text order.
-    std::vector<TextNode*> getChildren() const { return {children, children + childCount}; }
+    std::vector<TextNode*> getChildren() const {
+        const auto all = viewChildren();
+        return {all.begin(), all.end()};
+    }
 
     /// The children themselves. Valid as long as the container.
-    std::span<TextNode* const> viewChildren() const { return {children, childCount}; }
+    std::span<TextNode* const> viewChildren() const {
+        return {childCount == 1 ? &onlyChild : children, childCount};
+    }
 
     FormattingConfig::ContainerKind getKind() const { return kind; }
 
@@ -51,7 +57,7 @@ public:
     std::optional<LeafNode*> getLeafBefore() const;
 
 private:
-    void adoptChildren();
+    void adopt(std::span<TextNode* const> nodes, TextNode** copy);
     void decideAllCandidates(FormatPass& pass, WhitespaceDecision decision) const;
     void decideLineBreaks(FormatPass& pass) const;
     void fillLines(FormatPass& pass) const;
@@ -59,7 +65,10 @@ private:
 
     FormattingConfig::ContainerKind kind;
     std::uint32_t childCount;
-    TextNode* const* children; ///< an array of this node's if hasOwnMemory()
+    union {
+        TextNode* onlyChild;
+        TextNode* const* children; ///< unless there is one: an array, of this node's if hasOwnMemory()
+    };
 };
 
 template <>

@@ -65,7 +65,7 @@ public:
     }
 
     /// Whether the destructor has something to free, and so has to be called.
-    bool hasOwnMemory() const { return ownsMemory; }
+    bool hasOwnMemory() const { return storage.ownsMemory; }
 
 protected:
     /// The branch of the class tree, which holds for derived classes too.
@@ -73,16 +73,29 @@ protected:
 
     explicit FormatNode(Family family) : family(family) {}
 
+    /// How a node keeps what it has. The flags of derived classes have room here, and only here.
+    struct Storage {
+        bool ownsMemory : 1 = false;
+        bool hasLinks : 1 = false; ///< of a LeafNode
+        std::uint8_t run : 2 = 0;  ///< of a WhitespaceNode
+    };
+
     static Family getFamily(const FormatNode& node) { return node.family; }
-    void setOwnMemory() { ownsMemory = true; }
+    static bool isLeaf(const FormatNode& node) {
+        return node.family == Family::Leaf || node.family == Family::Whitespace;
+    }
 
 private:
     // All of this has room beside the pointer to the table of virtual operations, in 16 bytes.
     std::uint32_t number = noNumber;
     ExactClass exactClass = ExactClass::Other;
     Family family = Family::Other;
-    bool ownsMemory = false;
+
+protected:
+    Storage storage;
 };
+
+static_assert(sizeof(FormatNode) <= 16);
 
 /// The exact class that a node of the given class has; each class of the library has its own.
 template <class NodeClass>

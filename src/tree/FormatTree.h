@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tree/AstNodeAllocator.h"
+#include "tree/NodeHome.h"
 
 #include <ca/lexer/Token.h>
 
@@ -79,6 +80,7 @@ protected:
     std::optional<LeafNode*> firstLeaf;
     std::shared_ptr<const std::vector<ca::lexer::Token>> tokens;
     lf::astapi::AstNodeAllocator allocator;
+    NodeHome home{allocator, nodes};
 };
 
 } // namespace ca::formatting

@@ -1,18 +1,20 @@
 // A level has a name that hardly anybody asks for, and members that only a dump walks over, and there are as
-// many levels as operators in a formula-heavy text. So the name is made on demand and the members are a
-// linked list through the nodes themselves:
+// many levels as operators in a formula-heavy text. So the name is made on demand, and so are the members,
+// from the list of the tree's nodes in order of creation:
 //
-//     level ──first──► leaf ──► level inside ──► leaf ◄──last
+//     level, leaf, level inside, its leaves ..., container, leaf, | what comes after the level
 //
-// A node that is appended by hand might be in another list already. Then the list becomes a vector.
+// Containers belong to no level. A node that is appended by hand is kept in a vector.
 
 #include "tree/IndentNode.h"
 
 #include "pass/FormatPass.h"
 #include "tree/AstNodeAllocator.h"
 #include "tree/DebugText.h"
-#include "tree/LeafNode.h"
+#include "tree/NodeHome.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace ca::formatting {
@@ -25,12 +27,16 @@ IndentNode::IndentNode(const LevelLabel& label) : FormatNode(Family::Indent), la
 
 IndentNode::IndentNode(IndentNode* parent, std::u16string name) : IndentNode(std::move(name)) {
     this->parent = parent;
-    parent->linkMember(this);
+    if (!parent->isOpen()) {
+        parent->appendMember(this);
+    }
 }
 
 IndentNode::IndentNode(IndentNode* parent, const LevelLabel& label) : IndentNode(label) {
     this->parent = parent;
-    parent->linkMember(this);
+    if (!parent->isOpen()) {
+        parent->appendMember(this);
+    }
 }
 
 IndentNode::~IndentNode() = default;
@@ -66,52 +72,48 @@ std::u16string IndentNode::getName() const {
     return stream.str();
 }
 
+/// Skips what is in the levels inside, all of which follows them directly in the list.
 std::vector<FormatNode*> IndentNode::getMembers() const {
-    if (extras != nullptr && extras->members) {
-        return *extras->members;
-    }
     std::vector<FormatNode*> members;
-    for (FormatNode* member = firstMember; member != nullptr; member = getNextMember(member)) {
-        members.push_back(member);
+    const std::size_t end = listEnd == 0 ? 0 : std::min<std::size_t>(listEnd, home->nodes.size());
+    for (std::size_t i = std::size_t{getNumber()} + 1; i < end; ++i) {
+        FormatNode* node = home->nodes[i];
+        if (getFamily(*node) == Family::Indent) {
+            members.push_back(node);
+            const std::size_t innerEnd = static_cast<const IndentNode*>(node)->listEnd;
+            i = std::max(i + 1, innerEnd) - 1;
+        } else if (isLeaf(*node)) {
+            members.push_back(node);
+        }
+    }
+    if (extras != nullptr) {
+        members.insert(members.end(), extras->members.begin(), extras->members.end());
     }
     return members;
 }
 
 void IndentNode::appendMember(FormatNode* member) {
-    auto members = getMembers();
-    members.push_back(member);
-    makeExtras().members = std::move(members);
+    makeExtras().members.push_back(member);
 }
 
 void IndentNode::appendMember(FormatNode& member) {
     appendMember(&member);
 }
 
+void IndentNode::close() {
+    listEnd = static_cast<std::uint32_t>(home->nodes.size());
+}
+
 /// A level that was made in an arena has to be destroyed from now on.
 IndentNode::Extras& IndentNode::makeExtras() {
     if (extras == nullptr) {
         extras = std::make_unique<Extras>();
-        setOwnMemory();
-        if (arena != nullptr) {
-            arena->addCleanUp([this] { this->~IndentNode(); });
+        storage.ownsMemory = true;
+        if (home != nullptr) {
+            home->arena.addCleanUp([this] { this->~IndentNode(); });
         }
     }
     return *extras;
-}
-
-void IndentNode::linkMember(FormatNode* member) {
-    if (extras != nullptr && extras->members) {
-        extras->members->push_back(member);
-        return;
-    }
-    (lastMember != nullptr ? getNextMember(lastMember) : firstMember) = member;
-    lastMember = member;
-}
-
-/// Only levels and leaves are ever linked.
-FormatNode*& IndentNode::getNextMember(FormatNode* member) {
-    return getFamily(*member) == Family::Indent ? static_cast<IndentNode*>(member)->nextMember
-                                                : static_cast<LeafNode*>(member)->nextMember;
 }
 
 } // namespace ca::formatting

@@ -9,13 +9,9 @@
 #include <string>
 #include <vector>
 
-namespace lf::astapi {
-class AstNodeAllocator;
-}
-
 namespace ca::formatting {
 
-class LeafNode;
+struct NodeHome;
 
 /// What a level does to the indentation of the level around it.
 enum class IndentChange : std::uint32_t {
@@ -55,14 +51,25 @@ public:
     /// What belongs to this level directly, levels and leaves mixed, in order of creation.
     std::vector<FormatNode*> getMembers() const;
 
-    /// Lists a node as a member; levels and leaves do that by themselves when they are made.
+    /// Lists a node as a member after those that are members already. Levels and leaves do that by themselves
+    /// when they are made, unless the level is open.
     void appendMember(FormatNode* member);
 
     /// The same for a node that is at hand and certainly there.
     void appendMember(FormatNode& member);
 
-    /// The arena that the level was made in and that doesn't destroy it unless it is told to.
-    void setArena(lf::astapi::AstNodeAllocator& allocator) { arena = &allocator; }
+    /// Where the level was made. Nothing destroys it there unless the arena is told to.
+    void setHome(NodeHome& home) { this->home = &home; }
+
+    /// Null for a level that was made nowhere.
+    NodeHome* getHome() const { return home; }
+
+    /// Whoever builds a whole tree opens each level when it is made and closes it when no more comes into it.
+    /// Each node that is made meanwhile belongs to the level or to one inside it, and leaves are made in the
+    /// order of the text: so the list of nodes says all that they would have to keep.
+    void open() { listEnd = openEnd; }
+    void close();
+    bool isOpen() const { return listEnd == openEnd; }
 
 protected:
     /// The outermost level.
@@ -74,25 +81,21 @@ protected:
     IndentNode(IndentNode* parent, const LevelLabel& label);
 
 private:
-    friend class LeafNode;
+    static constexpr std::uint32_t openEnd = UINT32_MAX;
 
     /// What only few levels have.
     struct Extras {
         std::optional<std::u16string> name;
-        std::optional<std::vector<FormatNode*>> members; ///< all of them, in place of the linked list
+        std::vector<FormatNode*> members; ///< those that weren't made while the level was open
     };
 
     Extras& makeExtras();
-    void linkMember(FormatNode* member);
-    static FormatNode*& getNextMember(FormatNode* member);
 
     IndentNode* parent = nullptr;
-    FormatNode* nextMember = nullptr; ///< of the parent
-    FormatNode* firstMember = nullptr;
-    FormatNode* lastMember = nullptr;
-    LevelLabel label;
+    NodeHome* home = nullptr;
     std::unique_ptr<Extras> extras;
-    lf::astapi::AstNodeAllocator* arena = nullptr;
+    LevelLabel label;
+    std::uint32_t listEnd = 0; ///< number of the node after the last one that was made while it was open
 };
 
 } // namespace ca::formatting

@@ -1,14 +1,17 @@
-// A gap keeps its run as items, and prints or measures them one by one. Nearly all gaps of a tree have their
-// items in the tree's arena and a name that can be made of two numbers. A gap that is made by hand has both
-// on the heap.
+// A gap keeps its run as items, and prints or measures them one by one. Gaps of a tree have a name that can
+// be made of two numbers; nearly all are empty, and the others have their items in the tree's arena. A gap
+// that is made by hand has both on the heap.
 
 #include "tree/WhitespaceNode.h"
 
 #include "pass/FormatPass.h"
+#include "tree/AstNodeAllocator.h"
 #include "tree/CommentMover.h"
 #include "tree/DebugText.h"
 
 #include <algorithm>
+#include <memory>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -67,23 +70,50 @@ void appendItem(std::u16string& text, const WhitespaceItem& item, const Renderin
 
 } // namespace
 
+/// The items follow it.
+struct WhitespaceNode::KeptRun {
+    std::uint32_t firstToken;
+    std::uint32_t endToken;
+    std::uint32_t detail;
+    std::uint32_t itemCount;
+
+    static const KeptRun* make(const ClassifiedRun& run, std::uint32_t detail) {
+        static_assert(sizeof(KeptRun) % alignof(WhitespaceItem) == 0);
+        void* memory = run.arena.allocate(sizeof(KeptRun) + run.items.size_bytes());
+        auto* kept = new (memory)
+            KeptRun{run.firstToken, run.endToken, detail, static_cast<std::uint32_t>(run.items.size())};
+        std::uninitialized_copy(run.items.begin(), run.items.end(),
+                                reinterpret_cast<WhitespaceItem*>(kept + 1));
+        return kept;
+    }
+
+    std::span<const WhitespaceItem> getItems() const {
+        return {reinterpret_cast<const WhitespaceItem*>(this + 1), itemCount};
+    }
+};
+
 WhitespaceNode::WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run,
-                               std::u16string name)
+                               std::u16string name, std::uint32_t detail)
     : LeafNode(indent, Family::Whitespace) {
     auto ownRun = std::make_unique<OwnRun>();
     classifyRun(run, ownRun->items);
     ownRun->name = std::move(name);
+    ownRun->detail = detail;
     own = ownRun.release();
-    setOwnMemory();
+    storage.run = Own;
+    storage.ownsMemory = true;
 }
 
-WhitespaceNode::WhitespaceNode(IndentNode* indent, const ClassifiedRun& run)
-    : LeafNode(indent, Family::Whitespace), items(run.items.data()),
-      itemCount(static_cast<std::uint32_t>(run.items.size())), firstToken(run.firstToken),
-      endToken(run.endToken) {}
+WhitespaceNode::WhitespaceNode(IndentNode* indent, const ClassifiedRun& run, std::uint32_t detail)
+    : LeafNode(indent, Family::Whitespace), empty{run.firstToken, detail} {
+    if (run.endToken != run.firstToken) {
+        kept = KeptRun::make(run, detail);
+        storage.run = Kept;
+    }
+}
 
 WhitespaceNode::~WhitespaceNode() {
-    if (hasOwnMemory()) {
+    if (storage.run == Own) {
         delete own;
     }
 }
@@ -93,16 +123,36 @@ std::unordered_set<FormatNode*> WhitespaceNode::getDependencies() const {
 }
 
 std::u16string WhitespaceNode::getName() const {
-    if (hasOwnMemory()) {
+    if (storage.run == Own) {
         return own->name;
     }
+    const bool isEmpty = storage.run == Empty;
     auto stream = makeDebugStream();
-    stream << u"WhitespaceNode_T" << firstToken << u"_T" << endToken;
+    stream << u"WhitespaceNode_T" << (isEmpty ? empty.place : kept->firstToken) << u"_T"
+           << (isEmpty ? empty.place : kept->endToken);
     return stream.str();
 }
 
 std::span<const WhitespaceItem> WhitespaceNode::getItems() const {
-    return hasOwnMemory() ? std::span(own->items) : std::span(items, itemCount);
+    switch (storage.run) {
+    case Kept:
+        return kept->getItems();
+    case Own:
+        return own->items;
+    default:
+        return {};
+    }
+}
+
+std::uint32_t WhitespaceNode::getDetail() const {
+    switch (storage.run) {
+    case Kept:
+        return kept->detail;
+    case Own:
+        return own->detail;
+    default:
+        return empty.detail;
+    }
 }
 
 std::optional<std::uint64_t> WhitespaceNode::getOriginalWidth() const {

@@ -11,9 +11,10 @@ namespace ca::formatting {
 
 class CommentMover;
 
-/// A run that is classified, in memory that outlives the node. The node's name is made of the numbers of its
-/// tokens, "WhitespaceNode_T7_T9".
+/// A run that is classified, and the arena of the node that keeps a copy. The node's name is made of the
+/// numbers of its tokens, "WhitespaceNode_T7_T9".
 struct ClassifiedRun {
+    lf::astapi::AstNodeAllocator& arena;
     std::span<const WhitespaceItem> items;
     std::uint32_t firstToken; ///< its place in the token list, from 0
     std::uint32_t endToken;   ///< place of the token after the run
@@ -58,10 +59,13 @@ public:
     void appendItems(FormatPass& pass, std::u16string& text) const;
 
 protected:
-    /// Keeps the name and what it makes of the run.
-    WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run, std::u16string name);
+    /// Keeps the name and what it makes of the run. The detail is for the derived class.
+    WhitespaceNode(IndentNode* indent, const std::vector<const ca::lexer::Token*>& run, std::u16string name,
+                   std::uint32_t detail = 0);
 
-    WhitespaceNode(IndentNode* indent, const ClassifiedRun& run);
+    WhitespaceNode(IndentNode* indent, const ClassifiedRun& run, std::uint32_t detail = 0);
+
+    std::uint32_t getDetail() const;
 
     /// The same as without a mover, but with comments as the mover moves them. It has to be a fresh one; null
     /// moves nothing.
@@ -69,18 +73,27 @@ protected:
     void appendItems(FormatPass& pass, CommentMover* mover, std::u16string& text) const;
 
 private:
+    /// Most gaps are empty, so what only others have isn't in the node. `storage.run` says which it is.
+    enum RunStorage : std::uint8_t { Empty, Kept, Own };
+
+    struct EmptyRun {
+        std::uint32_t place; ///< of the token after it
+        std::uint32_t detail;
+    };
+
+    struct KeptRun; ///< in the arena
+
     struct OwnRun {
         std::vector<WhitespaceItem> items;
         std::u16string name;
+        std::uint32_t detail;
     };
 
     union {
-        const WhitespaceItem* items; ///< of others
-        const OwnRun* own;           ///< of this node, if hasOwnMemory()
+        EmptyRun empty;
+        const KeptRun* kept;
+        const OwnRun* own; ///< of this node
     };
-    std::uint32_t itemCount = 0;
-    std::uint32_t firstToken = 0;
-    std::uint32_t endToken = 0;
 };
 
 } // namespace ca::formatting

@@ -117,14 +117,14 @@ void BinaryOperationWhitespaceNode::appendText(FormatPass& pass, std::u16string&
 /// `placement` gives the separator placement of a kind.
 template <class Placement>
 bool BinaryOperationWhitespaceNode::isOnSide(Placement placement) const {
-    if (place.getKind() == FormattingConfig::ContainerKind::None) {
+    if (getKind() == FormattingConfig::ContainerKind::None) {
         return false;
     }
-    switch (placement(place.getKind())) {
+    switch (placement(getKind())) {
     case FormattingConfig::SeparatorPlacement::StartOfLine:
-        return place.getSide() == Side::Before;
+        return getSide() == Side::Before;
     case FormattingConfig::SeparatorPlacement::EndOfLine:
-        return place.getSide() == Side::After;
+        return getSide() == Side::After;
     }
     return false;
 }

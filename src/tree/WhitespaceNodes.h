@@ -28,10 +28,10 @@ public:
 
     BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side, IndentNode* indent,
                                   const std::vector<const ca::lexer::Token*>& run, std::u16string name)
-        : WhitespaceNode(indent, run, std::move(name)), place(kind, side) {}
+        : WhitespaceNode(indent, run, std::move(name), makeDetail(kind, side)) {}
     BinaryOperationWhitespaceNode(FormattingConfig::ContainerKind kind, Side side, IndentNode* indent,
                                   const ClassifiedRun& run)
-        : WhitespaceNode(indent, run), place(kind, side) {}
+        : WhitespaceNode(indent, run, makeDetail(kind, side)) {}
 
     void format(FormatPass& pass) override;
     DebugTable getDebugTable() const override;
@@ -44,28 +44,19 @@ public:
     void appendText(FormatPass& pass, std::u16string& text) const;
 
 private:
-    /// Kind and side, which have room beside each other.
-    class Place {
-    public:
-        Place(FormattingConfig::ContainerKind kind, Side side)
-            : bits(static_cast<std::uint32_t>(kind) << 1 | static_cast<std::uint32_t>(side)) {}
-
-        FormattingConfig::ContainerKind getKind() const {
-            return static_cast<FormattingConfig::ContainerKind>(bits >> 1);
-        }
-        Side getSide() const { return static_cast<Side>(bits & 1); }
-
-    private:
-        std::uint32_t bits;
-    };
+    static std::uint32_t makeDetail(FormattingConfig::ContainerKind kind, Side side) {
+        return static_cast<std::uint32_t>(kind) << 1 | static_cast<std::uint32_t>(side);
+    }
+    FormattingConfig::ContainerKind getKind() const {
+        return static_cast<FormattingConfig::ContainerKind>(getDetail() >> 1);
+    }
+    Side getSide() const { return static_cast<Side>(getDetail() & 1); }
 
     template <class Placement>
     bool isOnSide(Placement placement) const;
 
     /// With line breaking on, the side where no break can fall is always one space.
     WhitespaceDecision getEffectiveDecision(FormatPass& pass) const;
-
-    Place place;
 };
 
 /// A gap with a comment in it, in place of whatever class the gap would have had: nothing is moved across a

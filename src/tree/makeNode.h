@@ -2,11 +2,11 @@
 
 #include "tree/AstNodeAllocator.h"
 #include "tree/FormatNode.h"
+#include "tree/NodeHome.h"
 
 #include <cstdint>
 #include <new>
 #include <utility>
-#include <vector>
 
 namespace ca::formatting {
 
@@ -14,24 +14,24 @@ namespace ca::formatting {
 /// the arena, unless it is of one of the library's classes and keeps all that it has in the arena: then there
 /// is nothing to free. If its constructor throws, arena and list are left without it.
 template <class NodeClass, class... Arguments>
-NodeClass* makeNode(lf::astapi::AstNodeAllocator& allocator, std::vector<FormatNode*>& nodes,
-                    Arguments&&... arguments) {
+NodeClass* makeNode(NodeHome& home, Arguments&&... arguments) {
     static_assert(alignof(NodeClass) <= 8, "the arena aligns to 8 bytes");
     constexpr ExactClass exactClass = exactClassOf<NodeClass>;
-    auto* node = new (allocator.allocate(sizeof(NodeClass))) NodeClass(std::forward<Arguments>(arguments)...);
+    void* memory = home.arena.allocate(sizeof(NodeClass));
+    auto* node = new (memory) NodeClass(std::forward<Arguments>(arguments)...);
     if constexpr (exactClass == ExactClass::Indent) {
-        node->setArena(allocator);
+        node->setHome(home);
     }
     if (exactClass == ExactClass::Other || node->hasOwnMemory()) {
         try {
-            allocator.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
+            home.arena.addCleanUp([node = static_cast<FormatNode*>(node)] { node->~FormatNode(); });
         } catch (...) {
             node->~NodeClass();
             throw;
         }
     }
-    node->enlist(static_cast<std::uint32_t>(nodes.size()), exactClass);
-    nodes.push_back(node);
+    node->enlist(static_cast<std::uint32_t>(home.nodes.size()), exactClass);
+    home.nodes.push_back(node);
     return node;
 }
 

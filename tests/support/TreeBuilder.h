@@ -47,8 +47,7 @@ public:
     /// Makes any other node.
     template <class NodeClass, class... Arguments>
     NodeClass* make(Arguments&&... arguments) {
-        return ca::formatting::makeNode<NodeClass>(tree->allocator, tree->nodes,
-                                                   std::forward<Arguments>(arguments)...);
+        return ca::formatting::makeNode<NodeClass>(tree->home, std::forward<Arguments>(arguments)...);
     }
 
     /// Links the leaves and hands over the tree.
@@ -57,9 +56,8 @@ public:
 private:
     struct Tree : ca::formatting::FormatTree {
         Tree() : FormatTree(4096) {}
-        using FormatTree::allocator;
         using FormatTree::firstLeaf;
-        using FormatTree::nodes;
+        using FormatTree::home;
         using FormatTree::rootIndent;
         using FormatTree::rootText;
         using FormatTree::tokens;
