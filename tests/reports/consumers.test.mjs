@@ -12,7 +12,7 @@ import writeRdjson from "eslint-formatter-rdjson";
 import ts from "typescript";
 
 const program = join(process.env.OMBREL_PROGRAMS, "ombrel-format");
-const biome = createRequire(import.meta.url).resolve("@biomejs/biome/bin/biome");
+const biome = createRequire(import.meta.url).resolve(`@biomejs/cli-linux-${process.arch}/biome`);
 const top = mkdtempSync(join(tmpdir(), "reports-"));
 const folder = join(top, "sub");
 after(() => rmSync(top, { recursive: true }));
@@ -36,7 +36,7 @@ function report(reporter) {
 }
 
 function askBiome(command, reporter) {
-  const run = spawnSync(process.execPath, [biome, command, `--reporter=${reporter}`, "a.js"], { cwd: folder });
+  const run = spawnSync(biome, [command, `--reporter=${reporter}`, "a.js"], { cwd: folder });
   return JSON.parse(run.stdout);
 }
 
