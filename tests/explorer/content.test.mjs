@@ -189,6 +189,18 @@ describe("The program", { concurrency: 3 }, () => {
     assert.deepEqual([JSON.parse(body).name, JSON.parse(body).text], ["bits.omb", readFileSync(`${project}examples/bits.omb`, "utf8")]);
     assert.equal(await own.stop(), 0);
   });
+  test("ends when it is stopped right after its start", { timeout: 30_000 }, async (t) => {
+    const started = [];
+    t.after(() => started.forEach((own) => own.process.kill("SIGKILL")));
+    const startAndStop = async () => {
+      for (let i = 0; i < 10; ++i) {
+        const own = await Explorer.start();
+        started.push(own);
+        assert.equal(await own.stop(), 0);
+      }
+    };
+    await Promise.all([startAndStop(), startAndStop(), startAndStop(), startAndStop()]);
+  });
   test("refuses wrong arguments and unreadable files", () => {
     assert.equal(run("--port", "99999").status, 2);
     assert.equal(run("--nothing").status, 2);

@@ -137,6 +137,9 @@ public:
     /// assets.
     void lengthenBacklog() { ::listen(svr_sock_, listenBacklog); }
 
+    /// Also before listen_after_bind(), or while it begins: the library's own stop() would do nothing then.
+    void end() { ::shutdown(svr_sock_, SHUT_RDWR); }
+
     void addEntry(const std::string& path, const Entry& entry) {
         const auto handle = [&entry](const httplib::Request& request, httplib::Response& response) {
             HttpAnswer answer = entry.handler(request.body, std::stoi(request.get_header_value(socketField)));
@@ -203,13 +206,15 @@ std::string HttpServer::bind(std::uint16_t port) {
     if (second->bind_to_port("::1", bound)) {
         listeners.push_back(std::move(second));
     }
+    for (const auto& listener : listeners) {
+        listener->lengthenBacklog();
+    }
     return {};
 }
 
 void HttpServer::run() {
     std::vector<std::thread> threads;
     for (const auto& listener : listeners) {
-        listener->lengthenBacklog();
         for (const auto& [path, entry] : entries) {
             listener->addEntry(path, entry);
         }
@@ -223,7 +228,7 @@ void HttpServer::run() {
 void HttpServer::stop() {
     isStopping = true;
     for (const auto& listener : listeners) {
-        listener->stop();
+        listener->end();
     }
     connections.shutDown();
 }

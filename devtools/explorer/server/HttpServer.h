@@ -44,8 +44,9 @@ public:
     std::string bind(std::uint16_t port);
     std::uint16_t getPort() const { return rules.port; }
 
-    /// Serves until stop() is called. Not to be called twice.
+    /// Serves until stop() is called, which may have been before. Not to be called twice.
     void run();
+    /// From any thread, after bind().
     void stop();
 
 private:
