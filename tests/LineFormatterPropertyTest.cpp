@@ -1,6 +1,6 @@
 // What is true for every text: the tokens are the text, only whitespace at line edges of the range changes,
 // formatting a result again changes nothing, and the tools' engine has the same result as the library. Tried
-// on all example programs and on random sequences of pieces.
+// on all example programs; tests/reliability tries random texts.
 
 #include "support/ExampleFiles.h"
 #include "support/LineFormatting.h"
@@ -9,8 +9,6 @@
 #include <ca/lexer/lex.h>
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 namespace {
 
@@ -55,45 +53,6 @@ TEST(LineFormatter, KeepsItsPropertiesOnAllExamples) {
         for (const LineOptions& options : makeOptionSets()) {
             expectProperties(text, options, path);
         }
-    }
-}
-
-TEST(LineFormatter, KeepsItsPropertiesOnSoupsOfPieces) {
-    static constexpr std::u16string_view pieces[] = {
-        u"if a\n",
-        u"end\n",
-        u"  end, ",
-        u"function f\n",
-        u"classdef c\n",
-        u"methods\n",
-        u"else ",
-        u"\tcase 1\n",
-        u"x = [1, ...\n",
-        u"{2 3\n",
-        u"]",
-        u"};\n",
-        u"(...\n",
-        u")",
-        u"% note \n",
-        u"%{\n",
-        u" %}\n",
-        u"\n",
-        u"   \n",
-        u"\r\n",
-        u"\t",
-        u"  ",
-        u"x ... t ",
-        u"'s'",
-    };
-    std::minstd_rand random(7);
-    const std::vector<LineOptions> sets = makeOptionSets();
-    for (int round = 0; round < 6000; ++round) {
-        std::u16string text;
-        for (auto count = random() % 16; count > 0; --count) {
-            text += pieces[random() % std::size(pieces)];
-        }
-        const LineOptions& options = sets[random() % sets.size()];
-        expectProperties(text, options, "round " + std::to_string(round));
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -25,10 +24,9 @@ std::string writeOptions(const OptionRow& row);
 /// one parameter: a planted fault.
 std::string respellOptions(const OptionRow& row, std::minstd_rand& random, bool loss);
 
-struct HostileOptions {
-    std::string text;
-    std::optional<bool> isWrong; ///< none if this isn't known
-};
+/// Cuts, doubles or inserts a piece somewhere in a text that isn't empty.
+void damageOptions(std::string& text, std::minstd_rand& random);
 
-/// An options file with a value that its option can't have, or with damage anywhere, or a good one.
-HostileOptions makeHostileOptions(std::minstd_rand& random);
+/// Whether an independent reader finds no JSON in it. Lets pass what has commas after last elements, which
+/// options files may have and JSON hasn't.
+bool isSurelyWrong(const std::string& text);
