@@ -78,12 +78,13 @@ class Session {
 public:
     explicit Session(Bytes bytes)
         : bytes(bytes), server([this](std::string_view body) { receive(body); }, files,
-                               std::make_unique<ImmediateWorker>()) {}
+                               std::make_unique<ImmediateWorker>(), {{}, {}, std::nullopt}) {}
 
     void run() {
         Json features = {{"codeAction", {{"codeActionLiteralSupport", Json::object()}}}};
         if (bytes.take() % 8 != 0) {
-            features["diagnostic"] = Json::object(); // made when asked for: after every edit they cost most of the time
+            features["diagnostic"] =
+                Json::object(); // made when asked for: after every edit they cost most of the time
         }
         request("initialize", {{"capabilities", {{"textDocument", features}}}});
         while (!bytes.isEmpty()) {
@@ -139,7 +140,9 @@ private:
         const std::string text = bytes.takeText();
         texts[uri] = decodeLossy(text);
         send({{"method", "textDocument/didOpen"},
-              {"params", {{"textDocument", {{"uri", uri}, {"languageId", "ombrel"}, {"version", ++version}, {"text", text}}}}}});
+              {"params",
+               {{"textDocument",
+                 {{"uri", uri}, {"languageId", "ombrel"}, {"version", ++version}, {"text", text}}}}}});
     }
 
     Json takePosition() { return {{"line", bytes.take() % 8}, {"character", bytes.take() % 16}}; }
@@ -157,7 +160,9 @@ private:
         }
         const Json change = {{"range", range}, {"text", text}};
         send({{"method", "textDocument/didChange"},
-              {"params", {{"textDocument", {{"uri", uri}, {"version", ++version}}}, {"contentChanges", Json::array({change})}}}});
+              {"params",
+               {{"textDocument", {{"uri", uri}, {"version", ++version}}},
+                {"contentChanges", Json::array({change})}}}});
     }
 
     static std::u16string replace(std::u16string text, const Range& range, const std::u16string& inserted) {
@@ -199,7 +204,8 @@ private:
                 const Position again = finder.find(offset);
                 const bool splitsLineEnd =
                     offset > 0 && offset < text.size() && text[offset - 1] == u'\r' && text[offset] == u'\n';
-                if (offset < last || splitsLineEnd || again.line != place.line || again.character != place.character) {
+                if (offset < last || splitsLineEnd || again.line != place.line ||
+                    again.character != place.character) {
                     fail("an edit is where it must not be: " + edits.dump());
                 }
                 last = offset;

@@ -23,6 +23,7 @@ namespace ca::syntax {
 namespace {
 
 using Corrections = std::vector<Correction>;
+using Codes = std::vector<CodeToken>;
 
 SyntaxError makeError(std::u16string_view identifier, std::u16string message, const Token& at) {
     return {std::u16string(identifier), std::move(message), at.line, at.column,
@@ -51,11 +52,11 @@ std::size_t findPlace(const FaultyText& faulty, const SyntaxError& error) {
     return static_cast<std::size_t>(found - faulty.codes.begin());
 }
 
-bool startsStatement(const FaultyText& faulty, std::size_t place) {
+bool startsStatement(const Codes& codes, std::size_t place) {
     if (place == 0) {
         return true;
     }
-    const TokenType previous = faulty.getType(place - 1);
+    const TokenType previous = codes[place - 1].type;
     return previous == lineEnd || previous == TokenType::Comma || previous == TokenType::Semicolon;
 }
 
@@ -192,38 +193,35 @@ bool differByOneSlip(std::u16string_view word, std::u16string_view keyword) {
     return isSwapped || (word.size() <= 1 && keyword.size() <= 1);
 }
 
-/// Whether somebody who writes the word may mean the keyword: `whiel`, `While`, `endwhile`.
+/// Whether somebody who writes the word may mean the keyword: `whiel`, `While`, `endwhile`. Both are in small
+/// letters.
 bool isSlipOf(std::u16string_view word, std::u16string_view keyword) {
-    if (toLower(word.front()) != keyword.front() && word.size() > keyword.size() + 1) {
-        return false;
-    }
-    std::u16string lower(word);
-    std::transform(lower.begin(), lower.end(), lower.begin(), toLower);
-    if (lower == keyword) {
-        return true;
-    }
-    if (keyword == u"end" && lower.starts_with(keyword)) {
-        const std::u16string block = lower.substr(lower[keyword.size()] == u'_' ? 4 : 3);
+    if (keyword == u"end" && word.size() > keyword.size() && word.starts_with(keyword)) {
+        const std::u16string_view block = word.substr(word[keyword.size()] == u'_' ? 4 : 3);
         return !block.empty() && lexer::findKeyword(block).has_value();
     }
-    const bool isShort = std::min(word.size(), keyword.size()) < 4;
-    const bool isRearranged = std::is_permutation(lower.begin(), lower.end(), keyword.begin(), keyword.end());
-    return differByOneSlip(lower, keyword) && (!isShort || isRearranged);
+    const auto [shorter, longer] = std::minmax({word.size(), keyword.size()});
+    return longer - shorter <= 1 && differByOneSlip(word, keyword) &&
+           (shorter >= 4 || std::is_permutation(word.begin(), word.end(), keyword.begin(), keyword.end()));
+}
+
+std::vector<std::u16string_view> listBlockKeywords() {
+    std::vector<std::u16string_view> words = lexer::listKeywords();
+    std::erase_if(words, [](std::u16string_view word) {
+        const TokenType type = lexer::findKeyword(word)->type;
+        return !opensBlock(type) && !dividesBlock(type) && type != TokenType::End;
+    });
+    return words;
 }
 
 /// The keywords of blocks that may be meant by the word.
 std::vector<std::u16string_view> findMeantKeywords(std::u16string_view word) {
-    static const std::vector<std::u16string_view> keywords = lexer::listKeywords();
+    static const std::vector<std::u16string_view> keywords = listBlockKeywords();
+    std::u16string lower(word);
+    std::transform(lower.begin(), lower.end(), lower.begin(), toLower);
     std::vector<std::u16string_view> meant;
-    for (const std::u16string_view keyword : keywords) {
-        if (keyword == word || !isSlipOf(word, keyword)) {
-            continue;
-        }
-        const TokenType type = lexer::findKeyword(keyword)->type;
-        if (opensBlock(type) || dividesBlock(type) || type == TokenType::End) {
-            meant.push_back(keyword);
-        }
-    }
+    std::copy_if(keywords.begin(), keywords.end(), std::back_inserter(meant),
+                 [&](std::u16string_view keyword) { return keyword != word && isSlipOf(lower, keyword); });
     return meant;
 }
 
@@ -233,14 +231,12 @@ void findMisspelledKeyword(const FaultyText& faulty, const SyntaxError& error, C
     constexpr std::size_t maximalGuesses = 4;
     const std::size_t last = findPlace(faulty, error);
     const std::size_t first = last - std::min(last, maximalDistance);
-    for (std::size_t place = last + 1; place-- > first && found.size() < maximalGuesses;) {
-        const Token& word = faulty.getToken(place);
-        const bool isName = word.type == TokenType::NameToken27 || word.type == TokenType::NameToken28;
-        if (!isName || !startsStatement(faulty, place)) {
-            continue;
-        }
-        for (const std::u16string_view keyword : findMeantKeywords(word.lexeme)) {
-            found.push_back({{replace(faulty, place, word.lexeme.size(), std::u16string(keyword))},
+    const auto isAfter = [](std::size_t place, const DoubtfulWord& word) { return place < word.place; };
+    auto next = std::upper_bound(faulty.doubtful.begin(), faulty.doubtful.end(), last, isAfter);
+    while (next != faulty.doubtful.begin() && (--next)->place >= first && found.size() < maximalGuesses) {
+        const Token& word = faulty.getToken(next->place);
+        for (const std::u16string_view keyword : next->keywords) {
+            found.push_back({{replace(faulty, next->place, word.lexeme.size(), std::u16string(keyword))},
                              makeError(u"MisspelledKeyword",
                                        quoteToken(word) + u" is not a keyword: did you mean '" +
                                            std::u16string(keyword) + u"'?",
@@ -263,11 +259,13 @@ std::u16string blankOut(const FaultyText& faulty, std::size_t first, std::size_t
 /// it comes after another statement. Neither its lines nor its `end` are further faults.
 void findArgumentsWithoutBlock(const FaultyText& faulty, const SyntaxError& error, Corrections& found) {
     const auto isEnd = [&](std::size_t place) {
-        return startsStatement(faulty, place) && faulty.getToken(place).lexeme == u"end";
+        return startsStatement(faulty.codes, place) && faulty.getToken(place).lexeme == u"end";
     };
-    std::size_t first = findPlace(faulty, error);
-    while (first > 0 && !(faulty.getToken(first).lexeme == u"arguments" && startsStatement(faulty, first))) {
-        if (faulty.getType(first) == TokenType::Function || first + 1000 < findPlace(faulty, error)) {
+    const std::size_t place = findPlace(faulty, error);
+    std::size_t first = place;
+    while (first > 0 &&
+           !(faulty.getToken(first).lexeme == u"arguments" && startsStatement(faulty.codes, first))) {
+        if (faulty.getType(first) == TokenType::Function || first + 1000 < place) {
             return;
         }
         --first;
@@ -342,6 +340,21 @@ void findForeignOperator(const FaultyText& faulty, const SyntaxError& error, Cor
 }
 
 } // namespace
+
+std::vector<DoubtfulWord> findDoubtfulWords(const std::vector<Token>& tokens, const Codes& codes) {
+    std::vector<DoubtfulWord> words;
+    for (std::size_t place = 0; place < codes.size(); ++place) {
+        const TokenType type = codes[place].type;
+        const bool isName = type == TokenType::NameToken27 || type == TokenType::NameToken28;
+        if (!isName || !startsStatement(codes, place)) {
+            continue;
+        }
+        if (auto keywords = findMeantKeywords(tokens[codes[place].index].lexeme); !keywords.empty()) {
+            words.push_back({place, std::move(keywords)});
+        }
+    }
+    return words;
+}
 
 std::vector<Correction> findSlips(const FaultyText& faulty, const SyntaxError& error) {
     Corrections found;

@@ -25,6 +25,16 @@ struct Correction {
     SyntaxError error;
 };
 
+/// A name at the start of a statement that looks like keywords: `whiel`.
+struct DoubtfulWord {
+    std::size_t place; ///< among the code tokens
+    std::vector<std::u16string_view> keywords;
+};
+
+/// All such names of a text, in its order. `codes` are those of `tokens`.
+std::vector<DoubtfulWord> findDoubtfulWords(const std::vector<Token>& tokens,
+                                            const std::vector<CodeToken>& codes);
+
 /// A text that doesn't parse, with its tokens, all of which have to outlive it.
 struct FaultyText {
     const Token& getToken(std::size_t place) const { return tokens[codes[place].index]; }
@@ -33,6 +43,7 @@ struct FaultyText {
     std::u16string_view text;
     const std::vector<Token>& tokens;
     const std::vector<CodeToken>& codes; ///< of `tokens`, see TokenCursor; places are indexes into these
+    const std::vector<DoubtfulWord>& doubtful; ///< of the text
 };
 
 /// The corrections that could explain the error, the most likely first. They are guesses: whether one puts

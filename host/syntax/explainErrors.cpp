@@ -92,6 +92,7 @@ public:
     Explanation(const std::u16string& text, std::vector<SyntaxError> errors)
         : draft{text, {}, {}, std::move(errors)} {
         tokenize(draft);
+        doubtful = findDoubtfulWords(draft.tokens, draft.codes);
     }
 
     std::vector<SyntaxError> collectErrors() {
@@ -113,7 +114,7 @@ private:
 
     /// Puts right what the error at `index` comes from, if that can be told.
     bool explain(std::size_t index) {
-        const FaultyText faulty{draft.text, draft.tokens, draft.codes};
+        const FaultyText faulty{draft.text, draft.tokens, draft.codes, doubtful};
         for (Correction& slip : findSlips(faulty, draft.errors[index])) {
             if (!canGuess()) {
                 return false;
@@ -124,6 +125,7 @@ private:
             if (isBetter(better.errors, draft.errors)) {
                 addError(std::move(slip.error));
                 draft = std::move(better);
+                doubtful = findDoubtfulWords(draft.tokens, draft.codes);
                 corrections.push_back(std::move(slip.replacements));
                 return true;
             }
@@ -139,6 +141,7 @@ private:
     }
 
     Draft draft;
+    std::vector<DoubtfulWord> doubtful; ///< of the draft
     std::vector<std::vector<Replacement>> corrections;
     std::vector<SyntaxError> explained;
     std::size_t guesses = 0;

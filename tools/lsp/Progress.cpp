@@ -7,15 +7,19 @@
 
 namespace ombrel::lsp {
 
-Progress::Progress(Connection& connection, std::chrono::milliseconds delay)
-    : connection(connection), delay(delay), thread([this](const std::stop_token& stop) { run(stop); }) {}
+Progress::Progress(Connection& connection, std::optional<std::chrono::milliseconds> delay)
+    : connection(connection), delay(delay) {
+    if (delay) {
+        thread = std::jthread([this](const std::stop_token& stop) { run(stop); });
+    }
+}
 
 Progress::Work Progress::start(const std::string& title, const Json& token) {
     const std::lock_guard guard(mutex);
     const std::uint64_t id = ++lastId;
     const bool isClients = token.is_string() || token.is_number_integer();
     entries[id] = {title, isClients ? token : Json(fmt::format("ombrel-{}", id)), isClients,
-                   std::chrono::steady_clock::now() + delay};
+                   std::chrono::steady_clock::now() + delay.value_or(std::chrono::milliseconds())};
     isChanged.notify_one();
     return {*this, id};
 }

@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -16,11 +17,12 @@
 namespace ombrel::lsp {
 
 /// Shows in the editor that something takes longer than a moment: work that has gone on for `delay` gets a
-/// progress that begins then and ends with the work. All members may be called on several threads at once.
+/// progress that begins then and ends with the work; without a delay nothing is shown. All members may be
+/// called on several threads at once.
 class Progress {
 public:
     /// The connection has to outlive it.
-    Progress(Connection& connection, std::chrono::milliseconds delay);
+    Progress(Connection& connection, std::optional<std::chrono::milliseconds> delay);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
@@ -64,13 +66,13 @@ private:
     void finish(std::uint64_t id);
 
     Connection& connection;
-    std::chrono::milliseconds delay;
+    std::optional<std::chrono::milliseconds> delay;
     std::atomic<bool> canCreate = false;
     std::mutex mutex; ///< guards what follows
     std::uint64_t lastId = 0;
     std::map<std::uint64_t, Entry> entries; ///< by the order in which they started
     std::condition_variable_any isChanged;
-    std::jthread thread; ///< last, so that it ends before what it uses
+    std::jthread thread; ///< shows what has taken long enough; last, so that it ends before what it uses
 };
 
 } // namespace ombrel::lsp

@@ -36,7 +36,8 @@ public:
     struct Hooks {
         std::function<void(std::int64_t processId)> watchParent; ///< of the editor, as initialize tells it
         std::function<void()> releaseMemory;                     ///< much of it is unused now
-        std::chrono::milliseconds progressDelay = std::chrono::seconds(1); ///< of what the editor shows
+        /// Of what the editor shows; if empty, it shows nothing and the server has no thread for it.
+        std::optional<std::chrono::milliseconds> progressDelay = std::chrono::seconds(1);
     };
 
     /// `files` has to outlive the server. `send` is called by any thread, but not by two at once.
