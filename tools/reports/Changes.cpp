@@ -91,7 +91,7 @@ std::uint32_t countBytes(char16_t c) {
 class PlaceFinder {
 public:
     explicit PlaceFinder(const DecodedText& source)
-        : text(source.text), bytesBefore(source.hasByteOrderMark ? byteOrderMark.size() : 0) {}
+        : text(source.text), bytesBefore(source.hasByteOrderMark ? std::uint32_t{byteOrderMark.size()} : 0) {}
 
     TextPlace find(std::size_t wanted) {
         for (; offset < wanted; ++offset) {
