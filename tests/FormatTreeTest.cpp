@@ -1,5 +1,7 @@
 #include "tree/FormatTree.h"
 
+#include "ca/formatting/TreeFormat.h"
+#include "pass/FormatPass.h"
 #include "support/TestConfig.h"
 #include "support/TreeBuilder.h"
 #include "support/TreeInvariantChecker.h"
@@ -112,6 +114,49 @@ TEST(FormatTree, LinksNodesByTheirDependencies) {
     EXPECT_EQ(inner[0]->getDependencies(), Nodes{chain});
     EXPECT_EQ(inner[1]->getDependencies(), (Nodes{chain, inner[0]}));
     EXPECT_EQ(outer[0]->getDependencies(), (Nodes{root, inner[1]}));
+}
+
+/// The pass calls the library's own nodes without their virtual operations, which have to give the same.
+TEST(FormatTree, AnswersDirectCallsAsItAnswersVirtualOnes) {
+    const std::u16string text = u"if a+b % c\n   % d\n  f(x , y , ...\n z);\n  s = [1,2\n3]; hold  on\nend\n";
+    const auto source = parseSource(text);
+    for (const auto lines : {CommentLines::AsWritten, CommentLines::Aligned}) {
+        const auto tree = std::make_shared<FormatTree>(source, lines);
+        for (const TestOptions& options :
+             {TestOptions{}, {.trim = true, .indentation = true}, {.lineBreaking = true, .columnLimit = 5}}) {
+            const auto config = makeConfig(options);
+            FormatPass pass(tree, config);
+            const std::u16string result = pass.run();
+            std::u16string joined;
+            for (auto next = tree->getFirstLeaf(); next; next = (*next)->getNext()) {
+                const LeafNode& leaf = **next;
+                joined += leaf.getText(pass);
+                EXPECT_EQ(leaf.getInlineWidth(config), pass.measure(leaf));
+                if (const auto* gap = dynamic_cast<const WhitespaceNode*>(&leaf)) {
+                    EXPECT_EQ(gap->isLineBreakCandidate(config), pass.isCandidate(*gap));
+                }
+            }
+            EXPECT_EQ(joined, result);
+            for (FormatNode* node : tree->getNodes()) {
+                if (const auto* container = dynamic_cast<const ContainerNode*>(node)) {
+                    EXPECT_EQ(container->getInlineWidth(config), pass.measure(*container));
+                }
+            }
+        }
+    }
+}
+
+TEST(DebugTable, PadsAndCopiesRows) {
+    DebugTable table;
+    table.addBracket(u"nothing to join");
+    table.appendRow({u"a"});
+    table.appendRow({u"bb", u"c"});
+    DebugTable twice = table;
+    twice.appendRows(table);
+    twice.padRows();
+    EXPECT_EQ(twice.getRowCount(), 4U);
+    EXPECT_EQ(table.toString(), u"   a   \n  bb  c\n");
+    EXPECT_EQ(twice.toString(), table.toString() + table.toString());
 }
 
 TEST(FormatTree, DestroysEachNodeOnceInCreationOrder) {
