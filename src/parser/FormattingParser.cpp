@@ -82,29 +82,6 @@ OperatorClass getOperatorClass(std::int32_t operatorNumber) {
     return isKnown ? classes[operatorNumber] : OperatorClass{9, ContainerKind::Logical};
 }
 
-/// The operands of a chain in source order: the tree may associate it either way.
-std::vector<const SyntaxNode*> flattenChain(const BinaryOperation<CA>& top) {
-    const int group = getOperatorClass(top.operatorNumber).group;
-    std::vector<const SyntaxNode*> operands;
-    std::vector<const SyntaxNode*> open = {&top};
-    while (!open.empty()) {
-        const SyntaxNode* node = open.back();
-        open.pop_back();
-        if (node->kind == NodeKind::BinaryOperation) {
-            const auto& operation = as<BinaryOperation>(*node);
-            if (getOperatorClass(operation.operatorNumber).group == group) {
-                open.push_back(operation.left);
-                open.push_back(operation.right);
-                continue;
-            }
-        }
-        operands.push_back(node);
-    }
-    std::sort(operands.begin(), operands.end(),
-              [](const SyntaxNode* a, const SyntaxNode* b) { return a->position < b->position; });
-    return operands;
-}
-
 bool isPrefixOperation(std::int32_t operatorNumber) {
     switch (operatorNumber) {
     case 0:
@@ -779,8 +756,8 @@ private:
 
     struct OpenOperation {
         const SyntaxNode* node;
-        std::vector<const SyntaxNode*> operands; ///< in the order of the text
-        std::size_t takenCount;
+        std::size_t firstOperand; ///< in `operands`, of which the last ones are its own
+        std::size_t nextOperand;
         std::size_t firstChild; ///< of its rule
     };
 
@@ -793,7 +770,7 @@ private:
         openOperation(outermost);
         for (;;) {
             OpenOperation& open = operations.back();
-            if (open.takenCount == open.operands.size()) {
+            if (open.nextOperand == operands.size()) {
                 TextNode* whole = closeOperation();
                 if (operations.size() == bottom) {
                     return whole;
@@ -801,10 +778,10 @@ private:
                 children.push_back(whole);
                 continue;
             }
-            if (open.takenCount > 0) {
+            if (open.nextOperand > open.firstOperand) {
                 takeOperator(open);
             }
-            const SyntaxNode* operand = open.operands[open.takenCount++];
+            const SyntaxNode* operand = operands[open.nextOperand++];
             if (isOperation(operand)) {
                 openOperation(*operand);
             } else {
@@ -814,18 +791,41 @@ private:
     }
 
     void openOperation(const SyntaxNode& node) {
+        operations.push_back({&node, operands.size(), operands.size(), children.size()});
         if (node.kind == NodeKind::ColonExpression) {
             const auto& range = as<ColonExpression>(node);
-            std::vector<const SyntaxNode*> operands = {range.first, range.last};
+            operands.push_back(range.first);
             if (range.step != nullptr) {
-                operands.insert(operands.begin() + 1, range.step);
+                operands.push_back(range.step);
             }
-            operations.push_back({&node, std::move(operands), 0, children.size()});
+            operands.push_back(range.last);
             return;
         }
         const auto& operation = as<BinaryOperation>(node);
-        operations.push_back({&node, flattenChain(operation), 0, children.size()});
+        appendOperands(operation);
         enterIndent(make<ExpressionIndentNode>(currentIndentNode, operation));
+    }
+
+    /// The operands of a chain in source order: the tree may associate it either way.
+    void appendOperands(const BinaryOperation<CA>& top) {
+        const int group = getOperatorClass(top.operatorNumber).group;
+        const auto first = static_cast<std::ptrdiff_t>(operands.size());
+        chain.push_back(&top);
+        while (!chain.empty()) {
+            const SyntaxNode* node = chain.back();
+            chain.pop_back();
+            if (node->kind == NodeKind::BinaryOperation) {
+                const auto& operation = as<BinaryOperation>(*node);
+                if (getOperatorClass(operation.operatorNumber).group == group) {
+                    chain.push_back(operation.left);
+                    chain.push_back(operation.right);
+                    continue;
+                }
+            }
+            operands.push_back(node);
+        }
+        std::sort(operands.begin() + first, operands.end(),
+                  [](const SyntaxNode* a, const SyntaxNode* b) { return a->position < b->position; });
     }
 
     void takeOperator(const OpenOperation& open) {
@@ -841,6 +841,7 @@ private:
     TextNode* closeOperation() {
         const SyntaxNode* node = operations.back().node;
         Rule rule(*this, operations.back().firstChild);
+        operands.resize(operations.back().firstOperand);
         operations.pop_back();
         if (node->kind == NodeKind::ColonExpression) {
             return rule.container(ContainerKind::Colon);
@@ -1006,10 +1007,12 @@ private:
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
     LeafNode* firstLeaf = nullptr;
-    std::vector<TextNode*> children;       ///< of all rules that are at work, the innermost last
-    std::vector<OpenOperation> operations; ///< of all expressions that are at work, the innermost last
-    std::vector<const Token*> run;         ///< the run that is being taken; kept for its memory
-    std::vector<WhitespaceItem> items;     ///< of the run; likewise
+    std::vector<TextNode*> children;         ///< of all rules that are at work, the innermost last
+    std::vector<OpenOperation> operations;   ///< of all expressions that are at work, the innermost last
+    std::vector<const SyntaxNode*> operands; ///< of all of them, those of the innermost last
+    std::vector<const SyntaxNode*> chain;    ///< parts of an operation that are still to be taken apart
+    std::vector<const Token*> run;           ///< the run that is being taken; kept for its memory
+    std::vector<WhitespaceItem> items;       ///< of the run; likewise
 };
 
 } // namespace

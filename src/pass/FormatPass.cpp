@@ -45,10 +45,29 @@ FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<Formatt
       results(this->tree->getNodes()) {}
 
 std::u16string FormatPass::run() {
+    bool haveAllRun = true; // up to this place in the list
     for (FormatNode* node : tree->getNodes()) {
-        solve(node);
+        if (results.getState(node) == State::Untouched) {
+            if (haveAllRun && isLeafWithReadyContainer(*node)) {
+                formatNode(node);
+            } else {
+                solve(node);
+            }
+        }
+        haveAllRun = haveAllRun && results.getState(node) == State::HasRun;
     }
     return joinLeaves();
+}
+
+/// Whether nothing is missing for the node once all nodes before it in the list have run. So it is for most
+/// nodes.
+bool FormatPass::isLeafWithReadyContainer(const FormatNode& node) const {
+    const LeafNode* leaf = asLeafInListOrder(node);
+    if (leaf == nullptr) {
+        return false;
+    }
+    const auto container = leaf->getParent();
+    return !container || results.getState(*container) == State::HasRun;
 }
 
 /// Runs a node that is in the tree, and before it whatever it needs. A dependency that is pending when it is

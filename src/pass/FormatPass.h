@@ -116,6 +116,7 @@ private:
         std::uint64_t width = 0;
     };
 
+    bool isLeafWithReadyContainer(const FormatNode& node) const;
     void solve(FormatNode* first);
     void start(FormatNode* node);
     void dropSatisfied(const Waiting& waiting);

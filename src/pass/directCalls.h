@@ -56,6 +56,21 @@ void visitDependencies(const FormatNode& node, Visit visit) {
     }
 }
 
+/// The node as a leaf that waits for nothing but the last leaf before it in the tree's list and its
+/// container; null if it isn't one.
+inline const LeafNode* asLeafInListOrder(const FormatNode& node) {
+    switch (node.getExactClass()) {
+    case ExactClass::Other:
+    case ExactClass::Indent:
+    case ExactClass::Container:
+        return nullptr;
+    default: {
+        const auto& leaf = static_cast<const LeafNode&>(node);
+        return leaf.isInListOrder() ? &leaf : nullptr;
+    }
+    }
+}
+
 /// WhitespaceNode::isLineBreakCandidate.
 inline bool isCandidate(const WhitespaceNode& gap, const std::shared_ptr<FormattingConfig>& config,
                         OptionCache& options) {

@@ -5,35 +5,12 @@
 
 namespace lf::astapi {
 
-namespace {
-
-constexpr std::size_t alignment = 8;
-
-constexpr std::size_t roundUp(std::size_t size) {
-    return (size + alignment - 1) / alignment * alignment;
-}
-
-} // namespace
-
 AstNodeAllocator::AstNodeAllocator(std::size_t pageSize) : pageSize(pageSize) {}
 
 AstNodeAllocator::~AstNodeAllocator() {
     for (const auto& cleanUp : cleanUps) {
         cleanUp();
     }
-}
-
-void* AstNodeAllocator::allocate(std::size_t size) {
-    if (size > pageSize / 2) {
-        return allocateLarge(size);
-    }
-    ++counters.smallRequests;
-    counters.smallBytes += size;
-    const std::size_t rounded = roundUp(size);
-    if (pages.empty() || usedOffset + rounded > newestSize) {
-        addPage();
-    }
-    return pages.front().get() + std::exchange(usedOffset, usedOffset + rounded);
 }
 
 void AstNodeAllocator::addCleanUp(std::function<void()> cleanUp) {

@@ -4,6 +4,7 @@
 #include <forward_list>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lf::astapi {
@@ -24,7 +25,18 @@ public:
 
     /// Memory of `size` bytes, aligned to 8, that lives as long as the arena. More than half of the first
     /// page gets a block by itself. Throws std::bad_alloc.
-    void* allocate(std::size_t size);
+    void* allocate(std::size_t size) {
+        if (size > pageSize / 2) {
+            return allocateLarge(size);
+        }
+        const std::size_t rounded = roundUp(size);
+        if (rounded > newestSize - usedOffset) {
+            addPage();
+        }
+        ++counters.smallRequests;
+        counters.smallBytes += size;
+        return pages.front().get() + std::exchange(usedOffset, usedOffset + rounded);
+    }
 
     void addCleanUp(std::function<void()> cleanUp);
 
@@ -49,6 +61,7 @@ private:
         std::size_t size;
     };
 
+    static constexpr std::size_t roundUp(std::size_t size) { return (size + 7) / 8 * 8; }
     std::size_t getNextSize() const;
     void addPage();
     void* allocateLarge(std::size_t size);

@@ -27,6 +27,10 @@ public:
     std::optional<LeafNode*> getNext() const { return makeOptional(findNext()); }
     void setNext(LeafNode* leaf) { makeLinks().next = leaf; }
 
+    /// Whether the leaf before this one is the last one before it in the tree's list of nodes. False for one
+    /// that is linked by hand.
+    bool isInListOrder() const { return !storage.hasLinks; }
+
     /// The level that this leaf belongs to. Never null.
     IndentNode* getIndent() const { return storage.hasLinks ? links->indent : indent; }
 
