@@ -14,23 +14,14 @@
 
 #include "parser/FormattingParser.h"
 
-#include "tokens/TokenContract.h"
-#include "tree/AlignedCommentNode.h"
-#include "tree/ContainerNode.h"
-#include "tree/IndentNodes.h"
-#include "tree/TokenNode.h"
-#include "tree/WhitespaceNodes.h"
-#include "tree/makeNode.h"
+#include "parser/OperatorClass.h"
+#include "parser/TreeBuilder.h"
 
 #include <ca/astapi/CA.h>
-#include <ca/formatting/TreeFormat.h>
 
 #include <algorithm>
-#include <initializer_list>
-#include <memory>
 #include <span>
 #include <stdexcept>
-#include <type_traits>
 
 namespace ca::formatting {
 
@@ -38,87 +29,29 @@ namespace {
 
 using namespace lf::astapi;
 using ca::astapi::CA;
+using ca::lexer::TokenType;
 using ContainerKind = FormattingConfig::ContainerKind;
 using Side = BinaryOperationWhitespaceNode::Side;
 using SyntaxNode = Node<CA>;
 using SyntaxList = NodeList<CA>;
-using TokenTypes = std::initializer_list<TokenType>;
-
-/// What one binary operator has in common with others.
-struct OperatorClass {
-    int group; ///< a label: operators with the same one share a flat chain
-    ContainerKind kind;
-};
-
-OperatorClass getOperatorClass(std::int32_t operatorNumber) {
-    static constexpr OperatorClass plusMinus{3, ContainerKind::PlusMinus};
-    static constexpr OperatorClass multiplyDivide{2, ContainerKind::MultiplyDivide};
-    static constexpr OperatorClass exponent{1, ContainerKind::Exponent};
-    static constexpr OperatorClass comparison{4, ContainerKind::Comparison};
-    static constexpr OperatorClass classes[] = {
-        plusMinus,                   //  +
-        plusMinus,                   //  -
-        multiplyDivide,              //  *
-        multiplyDivide,              //  /
-        multiplyDivide,              //  backslash
-        exponent,                    //  ^
-        multiplyDivide,              //  .*
-        multiplyDivide,              //  ./
-        multiplyDivide,              //  . and backslash
-        exponent,                    //  .^
-        comparison,                  //  ==
-        comparison,                  //  ~=
-        comparison,                  //  <
-        comparison,                  //  <=
-        comparison,                  //  >
-        comparison,                  //  >=
-        {7, ContainerKind::Logical}, //  &&
-        {5, ContainerKind::Logical}, //  &
-        {8, ContainerKind::Logical}, //  ||
-        {6, ContainerKind::Logical}, //  |
-        {0, ContainerKind::None},    //  @ between two names
-    };
-    const bool isKnown = operatorNumber >= 0 && operatorNumber < std::ssize(classes);
-    return isKnown ? classes[operatorNumber] : OperatorClass{9, ContainerKind::Logical};
-}
-
-bool isPrefixOperation(std::int32_t operatorNumber) {
-    switch (operatorNumber) {
-    case 0:
-    case 1:
-    case 4:
-    case 5:
-    case 6:
-        return true;
-    default:
-        return false;
-    }
-}
 
 /// The walk. Lives as long as the constructor of the tree.
-class FormattingParser {
+class FormattingParser : TreeBuilder {
 public:
-    FormattingParser(NodeHome& home, const std::vector<Token>& tokens, CommentLines commentLines)
-        : home(&home), tokens(&tokens), commentLines(commentLines) {
-        home.nodes.reserve(3 * tokens.size()); // more than most trees have
-        programIndentNode = make<ProgramIndentNode>();
-    }
+    using TreeBuilder::getFirstLeaf;
+    using TreeBuilder::getProgramIndentNode;
+    using TreeBuilder::TreeBuilder;
 
     ContainerNode* wholeFile(const ProgramFile<CA>& node) {
-        enterIndent(programIndentNode);
         ContainerNode* root = programFile(node);
-        programIndentNode->close();
+        getProgramIndentNode()->close();
         return root;
     }
 
     ContainerNode* programFile(const ProgramFile<CA>& node) {
-        currentIndentNode = programIndentNode;
+        enterProgram();
         return Rule(*this).statements(node.statements).separator().token().container();
     }
-
-    IndentNode* getProgramIndentNode() const { return programIndentNode; }
-
-    LeafNode* getFirstLeaf() const { return firstLeaf; }
 
 private:
     /// The tree rule of one syntax node: steps that take what comes next, from left to right, and at last a
@@ -133,18 +66,23 @@ private:
 
         Rule& token() { return append(parser.takeToken()); }
 
-        Rule& unnecessary(TokenTypes absorb = {}) { return append(parser.takeUnnecessaryWhitespace(absorb)); }
+        Rule& unnecessary(TokenTypes absorb = {}) {
+            return append(parser.takeRun<UnnecessaryWhitespaceNode>(absorb));
+        }
 
-        Rule& necessary(TokenTypes absorb = {}) { return append(parser.takeNecessaryWhitespace(absorb)); }
+        Rule& necessary(TokenTypes absorb = {}) {
+            return append(parser.takeRun<NecessaryWhitespaceNode>(absorb));
+        }
 
         /// The gap between statements or members, with the separators in it that belong to no node.
         Rule& separator() {
-            return append(parser.takeLineSeparator({TokenType::Semicolon, TokenType::Comma}));
+            return append(
+                parser.takeRun<LineSeparatorWhitespaceNode>({TokenType::Semicolon, TokenType::Comma}));
         }
 
         /// The gap on one side of a binary operator.
         Rule& operatorGap(ContainerKind kind, Side side) {
-            return append(parser.takeBinaryOperationWhitespace({}, kind, side));
+            return append(parser.takeRun<BinaryOperationWhitespaceNode>({}, kind, side));
         }
 
         Rule& child(const SyntaxNode* node) { return append(parser.dispatch(node)); }
@@ -187,90 +125,6 @@ private:
         std::size_t firstChild;
     };
 
-    // The token cursor.
-
-    TokenNode* takeToken() {
-        const Token& token = (*tokens)[tokenIndex++];
-        return make<TokenNode>(currentIndentNode, &token);
-    }
-
-    WhitespaceNode* takeUnnecessaryWhitespace(TokenTypes absorb) {
-        return takeRun<UnnecessaryWhitespaceNode>(absorb);
-    }
-
-    WhitespaceNode* takeNecessaryWhitespace(TokenTypes absorb) {
-        return takeRun<NecessaryWhitespaceNode>(absorb);
-    }
-
-    WhitespaceNode* takeLineSeparator(TokenTypes absorb) {
-        return takeRun<LineSeparatorWhitespaceNode>(absorb);
-    }
-
-    WhitespaceNode* takeBinaryOperationWhitespace(TokenTypes absorb, ContainerKind kind, Side side) {
-        return takeRun<BinaryOperationWhitespaceNode>(absorb, kind, side);
-    }
-
-    /// Takes all that comes next and is no code or one of the types to absorb, also nothing.
-    template <class NodeClass, class... Arguments>
-    WhitespaceNode* takeRun(TokenTypes absorb, Arguments... arguments) {
-        const std::size_t first = tokenIndex;
-        bool hasComment = false;
-        run.clear();
-        for (; tokenIndex < tokens->size(); ++tokenIndex) {
-            const Token& token = (*tokens)[tokenIndex];
-            if (!token.isWhitespace() &&
-                std::find(absorb.begin(), absorb.end(), token.type) == absorb.end()) {
-                break;
-            }
-            hasComment = hasComment || token.isComment();
-            run.push_back(&token);
-        }
-        classifyRun(run, items);
-        const ClassifiedRun classified{home->arena, items, static_cast<std::uint32_t>(first),
-                                       static_cast<std::uint32_t>(tokenIndex)};
-        if (hasComment && commentLines == CommentLines::Aligned) {
-            return make<AlignedCommentNode>(currentIndentNode, classified);
-        }
-        if (hasComment) {
-            return make<CommentNode>(currentIndentNode, classified);
-        }
-        return make<NodeClass>(arguments..., currentIndentNode, classified);
-    }
-
-    /// Type of the next token of code. `EndOfInput`, which is one, comes last.
-    TokenType peekType() const {
-        std::size_t index = tokenIndex;
-        while ((*tokens)[index].isWhitespace()) {
-            ++index;
-        }
-        return (*tokens)[index].type;
-    }
-
-    // Making nodes.
-
-    template <class NodeClass, class... Arguments>
-    NodeClass* make(Arguments&&... arguments) {
-        auto* node = makeNode<NodeClass>(*home, std::forward<Arguments>(arguments)...);
-        if constexpr (std::is_base_of_v<LeafNode, NodeClass>) {
-            firstLeaf = firstLeaf != nullptr ? firstLeaf : node;
-        }
-        return node;
-    }
-
-    ContainerNode* makeContainer(ContainerKind kind, std::span<TextNode* const> own) {
-        return make<ContainerNode>(kind, ArenaChildren{home->arena, own});
-    }
-
-    void enterIndent(IndentNode* node) {
-        node->open();
-        currentIndentNode = node;
-    }
-
-    void leaveIndent() {
-        currentIndentNode->close();
-        currentIndentNode = currentIndentNode->getParent().value();
-    }
-
     // Lists.
 
     /// A separator before each statement or member, and none after the last: that gap belongs to the
@@ -285,7 +139,7 @@ private:
             if (item->kind == NodeKind::Function) {
                 function = as<Function>(*item);
             }
-            enterIndent(make<NestedFunctionIndentNode>(currentIndentNode, function));
+            enterIndent<NestedFunctionIndentNode>(function);
             rule.separator().child(item);
             leaveIndent();
         }
@@ -294,7 +148,7 @@ private:
     /// The statements inside a block statement or one of its branches.
     template <class Statement>
     void takeBlock(const Statement& statement, Rule& rule) {
-        enterIndent(make<StatementBlockIndentNode>(currentIndentNode, statement));
+        enterIndent<StatementBlockIndentNode>(statement);
         takeStatementList(statement.body, rule);
         leaveIndent();
     }
@@ -711,7 +565,7 @@ private:
     TextNode* switchStatement(const SwitchStatement<CA>& node) {
         Rule rule(*this);
         rule.token().necessary().child(node.subject);
-        enterIndent(make<SwitchContentsIndentNode>(currentIndentNode));
+        enterIndent<SwitchContentsIndentNode>();
         for (const SyntaxNode* selection : node.cases) {
             rule.separator().child(selection);
         }
@@ -803,7 +657,7 @@ private:
         }
         const auto& operation = as<BinaryOperation>(node);
         appendOperands(operation);
-        enterIndent(make<ExpressionIndentNode>(currentIndentNode, operation));
+        enterIndent<ExpressionIndentNode>(operation);
     }
 
     /// The operands of a chain in source order: the tree may associate it either way.
@@ -873,7 +727,7 @@ private:
     template <class FunctionClass>
     void takeFunctionUpToEnd(const FunctionClass& node, Rule& rule) {
         rule.token().necessary().append(takeSignature(node));
-        enterIndent(make<FunctionContentsIndentNode>(currentIndentNode, node));
+        enterIndent<FunctionContentsIndentNode>(node);
         rule.statements(node.argumentsBlocks).statements(node.body);
         leaveIndent();
         rule.separator();
@@ -1000,24 +854,15 @@ private:
         throw std::logic_error("Unhandled node kind encountered in AstDispatcher");
     }
 
-    NodeHome* home;
-    const std::vector<Token>* tokens;
-    CommentLines commentLines;
-    std::size_t tokenIndex = 0; ///< of the next token that nobody has claimed
-    IndentNode* programIndentNode = nullptr;
-    IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
-    LeafNode* firstLeaf = nullptr;
     std::vector<TextNode*> children;         ///< of all rules that are at work, the innermost last
     std::vector<OpenOperation> operations;   ///< of all expressions that are at work, the innermost last
     std::vector<const SyntaxNode*> operands; ///< of all of them, those of the innermost last
     std::vector<const SyntaxNode*> chain;    ///< parts of an operation that are still to be taken apart
-    std::vector<const Token*> run;           ///< the run that is being taken; kept for its memory
-    std::vector<WhitespaceItem> items;       ///< of the run; likewise
 };
 
 } // namespace
 
-ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<Token>& tokens,
+ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<ca::lexer::Token>& tokens,
                        CommentLines commentLines, NodeHome& home) {
     FormattingParser parser(home, tokens, commentLines);
     ParsedNodes result;

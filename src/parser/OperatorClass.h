@@ -1,0 +1,21 @@
+#pragma once
+
+#include "config/FormattingConfig.h"
+
+#include <cstdint>
+
+namespace ca::formatting {
+
+/// What one binary operator has in common with others.
+struct OperatorClass {
+    int group; ///< a label: operators with the same one share a flat chain
+    FormattingConfig::ContainerKind kind;
+};
+
+/// Of an operator by its number in the syntax tree; of a number that no operator has, the last class.
+OperatorClass getOperatorClass(std::int32_t operatorNumber);
+
+/// Whether a unary operator is before its operand.
+bool isPrefixOperation(std::int32_t operatorNumber);
+
+} // namespace ca::formatting
