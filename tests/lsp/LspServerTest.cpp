@@ -30,6 +30,7 @@ TEST(LspServer, AnswersMalformedMessagesWithTheErrorTheyDeserve) {
     const std::vector<Row> rows = {
         {"{", -32700},
         {"", -32700},
+        {R"({"id": 1e999})", -32700},
         {"[]", -32600},
         {R"([{"jsonrpc":"2.0","id":1,"method":"shutdown"}])", -32600},
         {"1", -32600},

@@ -63,6 +63,8 @@ tl::expected<Json, std::string> parseMessage(std::string body) {
         return Json::parse(body, checkDepth);
     } catch (const Json::parse_error& error) {
         return tl::unexpected("not JSON: byte " + std::to_string(error.byte));
+    } catch (const Json::out_of_range&) {
+        return tl::unexpected(std::string("a number is too large"));
     } catch (const std::length_error& error) {
         return tl::unexpected(std::string(error.what()));
     }
