@@ -92,6 +92,41 @@ TEST(FormatTree, LetsParsedLeavesBeLinkedByHand) {
     EXPECT_EQ(level->getMembers().back(), &inserted);
 }
 
+/// Nodes made by hand are in no sequence, also in the memory of a tree, and are destroyed once.
+TEST(FormatTree, LeavesTheSequenceOfItsNodesAsItIsWhenOthersAreMade) {
+    struct Tree : FormatTree {
+        using FormatTree::FormatTree;
+        using FormatTree::home;
+    };
+    struct Witness : TokenNode {
+        Witness(IndentNode* level, const ca::lexer::Token* token, int& count)
+            : TokenNode(level, token), count(count) {}
+        ~Witness() override { ++count; }
+        int& count;
+    };
+    const ca::lexer::Token token{ca::lexer::TokenType::NameToken27, u"by hand", 1, 1};
+    int destroyed = 0;
+    {
+        const auto tree = std::make_shared<Tree>(u"a");
+        LeafNode* second = (*tree->getFirstLeaf())->getNext().value();
+        IndentNode* level = second->getIndent();
+        const std::size_t memberCount = level->getMembers().size();
+        auto* added = makeNode<Witness>(tree->home, level, &token, destroyed);
+        EXPECT_EQ(added->getPrevious(), std::nullopt);
+        EXPECT_EQ(formatTree(tree, makeConfig({})), u"a");
+        added->setNext(second->getNext().value());
+        second->setNext(added);
+        EXPECT_EQ(formatTree(tree, makeConfig({})), u"aby hand");
+        EXPECT_EQ(level->getMembers().size(), memberCount + 1);
+
+        level->open();
+        auto* inSequence = makeNode<Witness>(tree->home, level, &token, destroyed);
+        level->close();
+        inSequence->setNext(added);
+    }
+    EXPECT_EQ(destroyed, 2);
+}
+
 /// What each family of nodes waits for.
 TEST(FormatTree, LinksNodesByTheirDependencies) {
     using Nodes = std::unordered_set<FormatNode*>;

@@ -76,14 +76,19 @@ protected:
     /// How a node keeps what it has. The flags of derived classes have room here, and only here.
     struct Storage {
         bool ownsMemory : 1 = false;
-        bool hasLinks : 1 = false; ///< of a LeafNode
-        std::uint8_t run : 2 = 0;  ///< of a WhitespaceNode
+        bool isInSequence : 1 = false; ///< made in an open level: its place in the list of nodes says all
+        bool hasLinks : 1 = false;     ///< of a LeafNode
+        std::uint8_t run : 2 = 0;      ///< of a WhitespaceNode
     };
 
     static Family getFamily(const FormatNode& node) { return node.family; }
-    static bool isLeaf(const FormatNode& node) {
-        return node.family == Family::Leaf || node.family == Family::Whitespace;
+    static bool isInSequence(const FormatNode& node) { return node.storage.isInSequence; }
+    static bool isLeafInSequence(const FormatNode& node) {
+        return isInSequence(node) && (node.family == Family::Leaf || node.family == Family::Whitespace);
     }
+
+    /// Whether the arena that the node was made in destroys it only if it is told to.
+    bool isLeftInArena() const { return !storage.ownsMemory && exactClass != ExactClass::Other; }
 
 private:
     // All of this has room beside the pointer to the table of virtual operations, in 16 bytes.

@@ -26,16 +26,19 @@ IndentNode::IndentNode(std::u16string name) : FormatNode(Family::Indent), label{
 IndentNode::IndentNode(const LevelLabel& label) : FormatNode(Family::Indent), label(label) {}
 
 IndentNode::IndentNode(IndentNode* parent, std::u16string name) : IndentNode(std::move(name)) {
-    this->parent = parent;
-    if (!parent->isOpen()) {
-        parent->appendMember(this);
-    }
+    enter(parent);
 }
 
 IndentNode::IndentNode(IndentNode* parent, const LevelLabel& label) : IndentNode(label) {
-    this->parent = parent;
-    if (!parent->isOpen()) {
-        parent->appendMember(this);
+    enter(parent);
+}
+
+/// Adds the level to its parent, whose list says it already if it is open.
+void IndentNode::enter(IndentNode* outer) {
+    parent = outer;
+    storage.isInSequence = outer->isOpen();
+    if (!storage.isInSequence) {
+        outer->appendMember(this);
     }
 }
 
@@ -78,12 +81,12 @@ std::vector<FormatNode*> IndentNode::getMembers() const {
     const std::size_t end = listEnd == 0 ? 0 : std::min<std::size_t>(listEnd, home->nodes.size());
     for (std::size_t i = std::size_t{getNumber()} + 1; i < end; ++i) {
         FormatNode* node = home->nodes[i];
-        if (getFamily(*node) == Family::Indent) {
+        if (isInSequence(*node)) {
             members.push_back(node);
+        }
+        if (getFamily(*node) == Family::Indent) {
             const std::size_t innerEnd = static_cast<const IndentNode*>(node)->listEnd;
             i = std::max(i + 1, innerEnd) - 1;
-        } else if (isLeaf(*node)) {
-            members.push_back(node);
         }
     }
     if (extras != nullptr) {
@@ -107,11 +110,12 @@ void IndentNode::close() {
 /// A level that was made in an arena has to be destroyed from now on.
 IndentNode::Extras& IndentNode::makeExtras() {
     if (extras == nullptr) {
-        extras = std::make_unique<Extras>();
-        storage.ownsMemory = true;
-        if (home != nullptr) {
+        auto own = std::make_unique<Extras>();
+        if (home != nullptr && isLeftInArena()) {
             home->arena.addCleanUp([this] { this->~IndentNode(); });
         }
+        extras = std::move(own);
+        storage.ownsMemory = true;
     }
     return *extras;
 }

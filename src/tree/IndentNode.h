@@ -89,6 +89,7 @@ private:
         std::vector<FormatNode*> members; ///< those that weren't made while the level was open
     };
 
+    void enter(IndentNode* outer);
     Extras& makeExtras();
 
     IndentNode* parent = nullptr;

@@ -8,7 +8,9 @@
 namespace ca::formatting {
 
 LeafNode::LeafNode(IndentNode* indent, Family family) : TextNode(family), indent(indent) {
-    if (!indent->isOpen()) {
+    if (indent->isOpen()) {
+        storage.isInSequence = true;
+    } else {
         auto own = std::make_unique<Links>(Links{indent});
         indent->appendMember(this);
         links = own.release();
@@ -39,7 +41,7 @@ std::unordered_set<FormatNode*> LeafNode::getDependencies() const {
 LeafNode::Links& LeafNode::makeLinks() {
     if (!storage.hasLinks) {
         auto own = std::make_unique<Links>(Links{indent, findPrevious(), findNext()});
-        if (!storage.ownsMemory) {
+        if (isLeftInArena()) {
             indent->getHome()->arena.addCleanUp([this] { this->~LeafNode(); });
         }
         links = own.release();

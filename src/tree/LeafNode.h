@@ -62,7 +62,7 @@ private:
 };
 
 // Between two leaves there are few nodes in the list: the containers that end there and the levels that
-// begin.
+// begin. Leaves that were made by hand come after all others.
 
 inline LeafNode* LeafNode::findPrevious() const {
     if (storage.hasLinks) {
@@ -70,7 +70,7 @@ inline LeafNode* LeafNode::findPrevious() const {
     }
     const std::vector<FormatNode*>& nodes = indent->getHome()->nodes;
     for (std::size_t i = getNumber(); i-- > 0;) {
-        if (isLeaf(*nodes[i])) {
+        if (isLeafInSequence(*nodes[i])) {
             return static_cast<LeafNode*>(nodes[i]);
         }
     }
@@ -83,7 +83,7 @@ inline LeafNode* LeafNode::findNext() const {
     }
     const std::vector<FormatNode*>& nodes = indent->getHome()->nodes;
     for (std::size_t i = std::size_t{getNumber()} + 1; i < nodes.size(); ++i) {
-        if (isLeaf(*nodes[i])) {
+        if (isLeafInSequence(*nodes[i])) {
             return static_cast<LeafNode*>(nodes[i]);
         }
     }

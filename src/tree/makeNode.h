@@ -2,10 +2,12 @@
 
 #include "tree/AstNodeAllocator.h"
 #include "tree/FormatNode.h"
+#include "tree/IndentNode.h"
 #include "tree/NodeHome.h"
 
 #include <cstdint>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace ca::formatting {
@@ -19,7 +21,7 @@ NodeClass* makeNode(NodeHome& home, Arguments&&... arguments) {
     constexpr ExactClass exactClass = exactClassOf<NodeClass>;
     void* memory = home.arena.allocate(sizeof(NodeClass));
     auto* node = new (memory) NodeClass(std::forward<Arguments>(arguments)...);
-    if constexpr (exactClass == ExactClass::Indent) {
+    if constexpr (std::is_base_of_v<IndentNode, NodeClass>) {
         node->setHome(home);
     }
     if (exactClass == ExactClass::Other || node->hasOwnMemory()) {
