@@ -14,8 +14,8 @@
 
 #include "parser/FormattingParser.h"
 
+#include "parser/NodeBuilder.h"
 #include "parser/OperatorClass.h"
-#include "parser/TreeBuilder.h"
 
 #include <ca/astapi/CA.h>
 
@@ -36,11 +36,11 @@ using SyntaxNode = Node<CA>;
 using SyntaxList = NodeList<CA>;
 
 /// The walk. Lives as long as the constructor of the tree.
-class FormattingParser : TreeBuilder {
+class FormattingParser : NodeBuilder {
 public:
-    using TreeBuilder::getFirstLeaf;
-    using TreeBuilder::getProgramIndentNode;
-    using TreeBuilder::TreeBuilder;
+    using NodeBuilder::getFirstLeaf;
+    using NodeBuilder::getProgramIndentNode;
+    using NodeBuilder::NodeBuilder;
 
     ContainerNode* wholeFile(const ProgramFile<CA>& node) {
         ContainerNode* root = programFile(node);

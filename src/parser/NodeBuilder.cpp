@@ -1,4 +1,4 @@
-#include "parser/TreeBuilder.h"
+#include "parser/NodeBuilder.h"
 
 #include "tokens/TokenContract.h"
 
@@ -12,7 +12,7 @@ namespace ca::formatting {
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 
-TreeBuilder::TreeBuilder(NodeHome& home, const std::vector<Token>& tokens, CommentLines commentLines)
+NodeBuilder::NodeBuilder(NodeHome& home, const std::vector<Token>& tokens, CommentLines commentLines)
     : home(home), tokens(tokens), commentLines(commentLines) {
     home.nodes.reserve(3 * tokens.size()); // more than most trees have
     programIndentNode = make<ProgramIndentNode>();
@@ -20,12 +20,12 @@ TreeBuilder::TreeBuilder(NodeHome& home, const std::vector<Token>& tokens, Comme
     currentIndentNode = programIndentNode;
 }
 
-TokenNode* TreeBuilder::takeToken() {
+TokenNode* NodeBuilder::takeToken() {
     const Token& token = tokens[tokenIndex++];
     return make<TokenNode>(currentIndentNode, &token);
 }
 
-TokenType TreeBuilder::peekType() const {
+TokenType NodeBuilder::peekType() const {
     std::size_t index = tokenIndex;
     while (tokens[index].isWhitespace()) {
         ++index;
@@ -33,12 +33,12 @@ TokenType TreeBuilder::peekType() const {
     return tokens[index].type;
 }
 
-void TreeBuilder::leaveIndent() {
+void NodeBuilder::leaveIndent() {
     currentIndentNode->close();
     currentIndentNode = currentIndentNode->getParent().value();
 }
 
-TreeBuilder::Run TreeBuilder::claimRun(TokenTypes absorb) {
+NodeBuilder::Run NodeBuilder::claimRun(TokenTypes absorb) {
     const std::size_t first = tokenIndex;
     bool hasComment = false;
     run.clear();
@@ -56,7 +56,7 @@ TreeBuilder::Run TreeBuilder::claimRun(TokenTypes absorb) {
     return {{home.arena, items, begin, end}, hasComment};
 }
 
-WhitespaceNode* TreeBuilder::takeComments(const ClassifiedRun& classified) {
+WhitespaceNode* NodeBuilder::takeComments(const ClassifiedRun& classified) {
     if (commentLines == CommentLines::Aligned) {
         return make<AlignedCommentNode>(currentIndentNode, classified);
     }

@@ -22,15 +22,15 @@ enum class CommentLines : std::uint8_t;
 
 /// Claims the tokens of a file from left to right and makes the leaves of them, each in the level of
 /// indentation that is entered at the time. Which token becomes what is for a derived class to know.
-class TreeBuilder {
+class NodeBuilder {
 public:
     using TokenTypes = std::initializer_list<ca::lexer::TokenType>;
 
     /// Home and tokens have to outlive the builder, and the home to be empty. The outermost level is made at
     /// once.
-    TreeBuilder(NodeHome& home, const std::vector<ca::lexer::Token>& tokens, CommentLines commentLines);
-    TreeBuilder(const TreeBuilder&) = delete;
-    TreeBuilder& operator=(const TreeBuilder&) = delete;
+    NodeBuilder(NodeHome& home, const std::vector<ca::lexer::Token>& tokens, CommentLines commentLines);
+    NodeBuilder(const NodeBuilder&) = delete;
+    NodeBuilder& operator=(const NodeBuilder&) = delete;
 
     IndentNode* getProgramIndentNode() const { return programIndentNode; }
 
