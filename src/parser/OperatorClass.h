@@ -12,7 +12,8 @@ struct OperatorClass {
     FormattingConfig::ContainerKind kind;
 };
 
-/// Of an operator by its number in the syntax tree; of a number that no operator has, the last class.
+/// Of an operator by its number in the syntax tree. Numbers that no operator has are `Logical`, in a group of
+/// their own.
 OperatorClass getOperatorClass(std::int32_t operatorNumber);
 
 /// Whether a unary operator is before its operand.
