@@ -22,7 +22,7 @@ using namespace ombrel::lsp;
 /// No file is there.
 class NoFiles : public FileSystem {
 public:
-    std::string read(const std::string&, std::uint64_t) override {
+    std::string read(const std::string&, ReadLimit) override {
         throw FileError(FileError::Kind::Unreadable, "no file");
     }
     void replace(const std::string&, const std::string&, const std::string&) override {}

@@ -110,7 +110,7 @@ TEST_F(ManyFiles, ComeOutAlikeWhateverTheNumberOfThreads) {
 /// A disk on which the work on one file runs into a fault of the program.
 class FaultyFiles : public DiskFileSystem {
 public:
-    std::string readRegular(const std::string& path, std::uint64_t limit) override {
+    std::string readRegular(const std::string& path, ReadLimit limit) override {
         if (path.ends_with("b.omb")) {
             isOutOfMemory ? throw std::bad_alloc() : throw std::logic_error("lost");
         }

@@ -21,7 +21,7 @@ public:
         ++lookUps[path];
         return DiskFileSystem::isThere(path);
     }
-    std::string readRegular(const std::string& path, std::uint64_t limit) override {
+    std::string readRegular(const std::string& path, ReadLimit limit) override {
         ++reads[path];
         return DiskFileSystem::readRegular(path, limit);
     }

@@ -84,8 +84,9 @@ private:
 
     std::string read() {
         const Stopwatch::Lap lap(getWatch(Stage::Reading));
-        return job.arguments.inPlace ? job.files.readRegular(path, maximalByteCount)
-                                     : readInput(path, job.console.in, job.files);
+        const ReadLimit limit = result.isPassed ? inputLimit : sourceLimit;
+        return job.arguments.inPlace ? job.files.readRegular(path, limit)
+                                     : readInput(path, job.console.in, job.files, limit);
     }
 
     auto decode(const std::string& bytes) {

@@ -63,7 +63,7 @@ ExitStatus getExitStatus(const FileOutcome& outcome) {
 
 Result<Report> readReport(const std::string& path, Console& console, FileSystem& files) {
     try {
-        return readJsonReport(readInput(path, console.in, files));
+        return readJsonReport(readInput(path, console.in, files, inputLimit));
     } catch (const FileError& error) {
         return fail(Code::UnreadableInput, error.what());
     }

@@ -201,7 +201,7 @@ private:
         const SearchOptions& options = arguments.search;
         std::vector<std::string> paths = arguments.paths;
         if (!options.pathList.empty()) {
-            const std::string list = readInput(options.pathList, console.in, files);
+            const std::string list = readInput(options.pathList, console.in, files, inputLimit);
             for (std::string& path : splitPathList(list, options.isPathListNulEnded)) {
                 paths.push_back(std::move(path));
             }

@@ -55,25 +55,39 @@ struct stat getStatus(const File& file) {
     return status;
 }
 
-/// Reads up to the end of the file; its size is only a hint, since pipes have none.
-std::string readAll(int descriptor, off_t sizeHint, std::uint64_t limit) {
-    if (static_cast<std::uint64_t>(sizeHint) > limit) {
-        throw makeSizeError(limit);
+/// Appends at most so many bytes. False at the end of the file.
+bool appendPiece(std::string& bytes, int descriptor, std::size_t size) {
+    const std::size_t start = bytes.size();
+    bytes.resize(start + size);
+    const std::size_t done = readSome(descriptor, bytes.data() + start, size, Kind::Unreadable);
+    bytes.resize(start + done);
+    return done == size;
+}
+
+/// Reads up to the end of the file; its size is only a hint, since pipes have none. A hole of any size is
+/// found to be no text in its first piece, before there is memory for the others.
+std::string readAll(int descriptor, off_t sizeHint, ReadLimit limit) {
+    constexpr std::size_t pieceLength = 1 << 20;
+    const auto expected = static_cast<std::size_t>(sizeHint) + 1;
+    if (expected > limit.byteCount + 1) {
+        throw makeSizeError(limit.byteCount);
     }
-    std::string bytes(static_cast<std::size_t>(sizeHint) + 1, '\0');
-    std::size_t done = 0;
-    while (true) {
-        done += readSome(descriptor, bytes.data() + done, bytes.size() - done, Kind::Unreadable);
-        if (done > limit) {
-            throw makeSizeError(limit);
+    std::string bytes;
+    for (bool hasNul = false;;) {
+        const std::size_t start = bytes.size();
+        const std::size_t rest = start < expected ? expected - start : pieceLength;
+        const bool hasMore = appendPiece(bytes, descriptor, std::min(rest, pieceLength));
+        if (bytes.size() > limit.byteCount) {
+            throw makeSizeError(limit.byteCount);
         }
-        if (done < bytes.size()) {
-            break;
+        if (!hasMore || hasNul) {
+            return bytes;
         }
-        bytes.resize(2 * bytes.size() + 4096);
+        hasNul = limit.endsAfterNul && bytes.find('\0', start) != std::string::npos;
+        if (!hasNul) {
+            bytes.reserve(expected);
+        }
     }
-    bytes.resize(done);
-    return bytes;
 }
 
 struct stat getStatus(const std::filesystem::path& path) {
@@ -157,14 +171,14 @@ bool DiskFileSystem::isForeign(const std::string& path) {
     return ::lstat(path.c_str(), &status) == 0 && status.st_uid != 0 && status.st_uid != ::geteuid();
 }
 
-std::string DiskFileSystem::read(const std::string& path, std::uint64_t limit) {
+std::string DiskFileSystem::read(const std::string& path, ReadLimit limit) {
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unreadable, "can't open it");
     const struct stat status = getStatus(file);
     return readAll(file.get(), S_ISREG(status.st_mode) ? status.st_size : 0, limit);
 }
 
 /// Opening a pipe or a terminal could wait or have effects, so that the kind of file is known too late.
-std::string DiskFileSystem::readRegular(const std::string& path, std::uint64_t limit) {
+std::string DiskFileSystem::readRegular(const std::string& path, ReadLimit limit) {
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY), Kind::Unreadable,
                     "can't open it");
     const struct stat status = getStatus(file);

@@ -29,6 +29,17 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
+/// How much of a file is read. A file with more bytes is refused.
+struct ReadLimit {
+    constexpr ReadLimit(std::uint64_t byteCount, bool endsAfterNul = false)
+        : byteCount(byteCount), endsAfterNul(endsAfterNul) {}
+
+    std::uint64_t byteCount;
+    /// The rest isn't read if there is a NUL character, which no text has, but for a part that is long enough
+    /// to show the character's line and to guess the encoding.
+    bool endsAfterNul;
+};
+
 /// The files that a run sees. Paths are as the user wrote them. All members may be called on several threads
 /// at once, for different files.
 class FileSystem {
@@ -50,15 +61,13 @@ public:
     /// Of the file at the path, through links; nothing if there is none.
     virtual std::optional<FileIdentity> getIdentity(const std::string& /*path*/) { return std::nullopt; }
 
-    /// All bytes of a file. Throws FileError; for a file of more than `limit` bytes too. Waits for what a
-    /// pipe has to say, as the user who named it expects.
-    virtual std::string read(const std::string& path, std::uint64_t limit) = 0;
+    /// All bytes of a file. Throws FileError; for a file beyond the limit too. Waits for what a pipe has to
+    /// say, as the user who named it expects.
+    virtual std::string read(const std::string& path, ReadLimit limit) = 0;
 
     /// The same for files that the user hasn't named. Refuses everything but regular files, and links to
     /// them, without waiting for it.
-    virtual std::string readRegular(const std::string& path, std::uint64_t limit) {
-        return read(path, limit);
-    }
+    virtual std::string readRegular(const std::string& path, ReadLimit limit) { return read(path, limit); }
 
     /// Puts `after` in the place of a file's content, all of it or nothing: after a FileError the old content
     /// is there, whole, and no other file is left. Mode, owner, access list and extended attributes
@@ -99,8 +108,8 @@ public:
     bool isThere(const std::string& path) override;
     bool isForeign(const std::string& path) override;
     std::optional<FileIdentity> getIdentity(const std::string& path) override;
-    std::string read(const std::string& path, std::uint64_t limit) override;
-    std::string readRegular(const std::string& path, std::uint64_t limit) override;
+    std::string read(const std::string& path, ReadLimit limit) override;
+    std::string readRegular(const std::string& path, ReadLimit limit) override;
     void replace(const std::string& path, const std::string& before, const std::string& after) override;
     void create(const std::string& path, const std::string& bytes) override;
     void write(const std::string& path, const std::string& bytes) override;

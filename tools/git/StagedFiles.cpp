@@ -1,5 +1,6 @@
 #include "git/StagedFiles.h"
 
+#include "files/InputReader.h"
 #include "git/EditTransfer.h"
 #include "git/GitDiff.h"
 #include "text/LineSplitter.h"
@@ -95,7 +96,7 @@ public:
 private:
     void readText() {
         try {
-            text = files.workTree.readRegular(file.path, maximalByteCount);
+            text = files.workTree.readRegular(file.path, sourceLimit);
             std::vector<std::string> words{"diff-files"};
             words.insert(words.end(), getDiffOptions().begin(), getDiffOptions().end());
             words.insert(words.end(), {"--", getLiteralPathspec(file.pathInTree)});
@@ -135,14 +136,14 @@ StagedFiles::StagedFiles(const Git& git, const std::vector<ChangedFile>& files, 
     }
 }
 
-std::string StagedFiles::read(const std::string& path, std::uint64_t limit) {
+std::string StagedFiles::read(const std::string& path, ReadLimit limit) {
     const auto found = staged.find(path);
     if (found == staged.end()) {
         return workTree.read(path, limit);
     }
     try {
         std::string bytes = git.run({"cat-file", "blob", found->second.blob});
-        if (bytes.size() > limit) {
+        if (bytes.size() > limit.byteCount) {
             throw FileError(FileError::Kind::TooLarge, tooLargeMessage);
         }
         return bytes;

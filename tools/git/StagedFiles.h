@@ -45,8 +45,8 @@ public:
         return workTree.getIdentity(path);
     }
     bool isForeign(const std::string& path) override { return workTree.isForeign(path); }
-    std::string read(const std::string& path, std::uint64_t limit) override;
-    std::string readRegular(const std::string& path, std::uint64_t limit) override {
+    std::string read(const std::string& path, ReadLimit limit) override;
+    std::string readRegular(const std::string& path, ReadLimit limit) override {
         return staged.contains(path) ? read(path, limit) : workTree.readRegular(path, limit);
     }
 

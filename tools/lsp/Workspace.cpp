@@ -39,10 +39,8 @@ public:
     std::optional<FileIdentity> getIdentity(const std::string& name) override {
         return disk.getIdentity(name);
     }
-    std::string read(const std::string& name, std::uint64_t limit) override {
-        return readRegular(name, limit);
-    }
-    std::string readRegular(const std::string& name, std::uint64_t limit) override {
+    std::string read(const std::string& name, ReadLimit limit) override { return readRegular(name, limit); }
+    std::string readRegular(const std::string& name, ReadLimit limit) override {
         return name == path ? bytes : disk.readRegular(name, limit);
     }
     void replace(const std::string& /*name*/, const std::string& /*before*/,

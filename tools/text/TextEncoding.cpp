@@ -1,7 +1,5 @@
 #include "text/TextEncoding.h"
 
-#include "text/LineSplitter.h"
-
 #include <algorithm>
 #include <stdexcept>
 
@@ -130,17 +128,30 @@ bool looksLikeUtf16(std::string_view bytes) {
     return more > sample.size() / 4 && 8 * fewer < more;
 }
 
+/// Of the first line with its end; 0 if it has no end.
+std::size_t getLineLength(std::string_view bytes) {
+    const auto end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return c == '\n' || c == '\r'; });
+    const auto length = static_cast<std::size_t>(end - bytes.begin());
+    return end == bytes.end() ? 0 : length + (bytes.substr(length, 2) == "\r\n" ? 2 : 1);
+}
+
+/// As 16-bit characters.
+std::uint32_t getLength(std::string_view utf8) {
+    std::uint32_t length = 0;
+    for (const char c : utf8) {
+        const bool isPair = static_cast<unsigned char>(c) >= 0xF0;
+        length += isContinuationByte(c) ? 0 : isPair ? 2 : 1;
+    }
+    return length;
+}
+
 /// `offset` is that of the first byte that no text may have there: a NUL, or what isn't UTF-8.
 DecodingError describeBadByte(std::string_view bytes, std::size_t offset) {
-    std::u16string before;
-    appendDecoded(before, bytes.substr(0, offset), -1);
-
-    LineSplitter lines(before);
-    std::uint32_t line = 0;
-    std::size_t column = 0;
-    while (const auto next = lines.getNext()) {
+    std::uint32_t line = 1;
+    std::string_view before = bytes.substr(0, offset);
+    while (const std::size_t length = getLineLength(before)) {
+        before.remove_prefix(length);
         ++line;
-        column = next->content.size() + 1;
     }
     const char* guess = looksLikeUtf16(bytes) ? "; the file looks like UTF-16: convert it to UTF-8" : "";
     const auto byte = static_cast<unsigned char>(bytes[offset]);
@@ -149,7 +160,7 @@ DecodingError describeBadByte(std::string_view bytes, std::size_t offset) {
         isNul ? "not a text: NUL characters aren't allowed"
               : fmt::format("this is not UTF-8: the byte 0x{:02X} is not allowed here", byte);
     return {isNul ? DecodingError::Kind::NulCharacter : DecodingError::Kind::NotUtf8, reason + guess, line,
-            static_cast<std::uint32_t>(column)};
+            getLength(before) + 1};
 }
 
 } // namespace
@@ -165,9 +176,9 @@ tl::expected<DecodedText, DecodingError> decode(std::string_view bytes) {
     }
     const std::size_t nul = bytes.find('\0');
     if (nul != std::string_view::npos || !appendDecoded(result.text, bytes, -1)) {
-        const auto invalid = utf8::find_invalid(bytes.begin(), bytes.end());
-        return tl::unexpected(
-            describeBadByte(bytes, std::min(nul, static_cast<std::size_t>(invalid - bytes.begin()))));
+        const std::string_view before = bytes.substr(0, nul);
+        const auto invalid = utf8::find_invalid(before.begin(), before.end());
+        return tl::unexpected(describeBadByte(bytes, static_cast<std::size_t>(invalid - before.begin())));
     }
     return result;
 }
