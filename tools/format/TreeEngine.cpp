@@ -207,6 +207,12 @@ TreeOptions makeOptions(const std::u16string& json) {
 Outcome formatTree(const std::u16string& text, const TreeOptions& options, const TreeFormatter& formatter,
                    const std::vector<LineRange>& ranges, const Suppression& suppression,
                    FormatRecord* record) {
+    if (text.size() > maximalTreeTextLength) {
+        return fail(Code::TooLarge,
+                    fmt::format("this text is too large for the tree engine: {} Mi characters is the limit; "
+                                "use the line engine (--engine line)",
+                                maximalTreeTextLength >> 20));
+    }
     if (auto checked = checkRanges(text, ranges); !checked) {
         return fail(std::move(checked.error()));
     }

@@ -16,6 +16,10 @@
 
 namespace ombrel {
 
+/// 16-bit characters that a text may have at most. The trees of ordinary text take about a hundred times its
+/// size, and those of dense text three times as much, so that more would end in a lack of memory.
+inline constexpr std::size_t maximalTreeTextLength = std::size_t{64} << 20;
+
 /// The tree formatter's operation. What it throws is reported as a problem of the text.
 using TreeFormatter =
     std::function<ca::formatting::TreeFormatResult(const ca::formatting::TreeFormatRequest&)>;
@@ -59,8 +63,9 @@ struct TreeResult {
 /// Where the formatter's text would change the program, the gap keeps what gives it its meaning; if that is
 /// not enough, the statement keeps its text.
 ///
-/// Fails if a range starts after the last line, if the text doesn't parse (all its syntax errors),
-/// if the formatter doesn't take the options, or if the result isn't the same program in spite of all that.
+/// Fails if the text is too long, if a range starts after the last line, if the text doesn't parse (all its
+/// syntax errors), if the formatter doesn't take the options, or if the result isn't the same program in
+/// spite of all that.
 ///
 /// Takes time in proportion to the text: everything that has to be kept is found in a few rounds, each of
 /// which parses the result once.
