@@ -7,14 +7,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace ca::formatting::legacy {
-
-/// The token that says what a line is: its first one, or its second after whitespace.
-inline const Token& getFirstCodeToken(const std::vector<Token>& line) {
-    return line.size() > 1 && line[0].type == TokenType::Whitespace ? line[1] : line[0];
-}
 
 /// The tabs and spaces that a text starts with.
 std::u16string_view getLeadingWhitespace(std::u16string_view text);
@@ -25,8 +19,5 @@ std::uint32_t measureWhitespace(std::u16string_view text, const Settings& settin
 /// Replaces the first `length` characters of `text` by whitespace of `width` columns.
 void replaceWhitespace(std::u16string& text, std::size_t length, std::uint32_t width,
                        const Settings& settings);
-
-/// `width` less one level, and never less than 0.
-std::uint32_t subtractLevel(std::uint32_t width, const Settings& settings);
 
 } // namespace ca::formatting::legacy

@@ -1,4 +1,5 @@
 #include "ca/formatting/LegacyFormatter.h"
+#include "ca/formatting/LineTracker.h"
 #include "legacy/Line.h"
 
 #include <utility>
@@ -87,10 +88,6 @@ void indentLoneToken(Token& token, std::uint32_t width, const Settings& settings
 
 } // namespace
 
-std::uint32_t subtractLevel(std::uint32_t width, const Settings& settings) {
-    return settings.indentSize < width ? width - settings.indentSize : 0;
-}
-
 unsigned int LegacyFormatter::calculateIndentationOfLine(const std::vector<Token>& line) const {
     if (nestingStack.empty()) {
         return currentIndentation;
@@ -99,7 +96,7 @@ unsigned int LegacyFormatter::calculateIndentationOfLine(const std::vector<Token
         return getIndentationOfLoneToken(*this, line[0].type);
     }
     const Token& top = nestingStack.back();
-    const TokenType first = getFirstCodeToken(line).type;
+    const TokenType first = getFirstCodeToken(line);
     if (first == TokenType::End && isAnOpeningKeyword(top.type)) {
         return isBodyNotIndented(*this) ? top.column : subtractLevel(top.column, settings);
     }

@@ -23,19 +23,6 @@ constexpr bool isBlockCommentLine(TokenType type) {
            type == TokenType::BlockCommentClose;
 }
 
-constexpr bool isOpeningBracket(TokenType type) {
-    return type == TokenType::OpenSquareBracket || type == TokenType::OpenBrace;
-}
-
-constexpr bool isClosingBracket(TokenType type) {
-    return type == TokenType::CloseSquareBracket || type == TokenType::CloseBrace;
-}
-
-/// classdef and methods: what a function inside counts as nested in.
-constexpr bool isClassLevelKeyword(TokenType type) {
-    return type == TokenType::ClassLevelKeyword20 || type == TokenType::ClassLevelKeyword22;
-}
-
 namespace contract {
 
 static_assert(std::is_same_v<decltype(Token::lexeme), std::u16string>);

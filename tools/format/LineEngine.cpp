@@ -1,15 +1,18 @@
 #include "format/LineEngine.h"
 
 #include "format/IndentationGuard.h"
-#include "format/LineOutlines.h"
 #include "format/LineRanges.h"
 #include "text/LineEdgeEditor.h"
 #include "text/Whitespace.h"
 
 #include <ca/formatting/LegacyFormatter.h>
+#include <ca/formatting/LineTracker.h>
+#include <ca/formatting/lineWalk.h>
+#include <ca/lexer/LineTokenizer.h>
 
 #include <algorithm>
 #include <limits>
+#include <span>
 #include <utility>
 
 #include <fmt/format.h>
@@ -17,6 +20,9 @@
 // The formatter works on tokens and may change any of them. What counts here is only the whitespace that a
 // line has at its edges before and after: where that differs, it is an edit. Everything else is the source
 // text.
+//
+// The text is formatted while it is tokenized, and of each line only the tokens that matter are made, so that
+// a text costs little more memory than its edits.
 
 namespace ombrel {
 
@@ -26,6 +32,7 @@ using namespace ca::formatting::legacy;
 using ca::lexer::Token;
 using ca::lexer::TokenType;
 using Tokens = std::vector<Token>;
+using Spans = std::span<const ca::lexer::TokenSpan>;
 
 constexpr std::uint32_t lastPossibleLine = std::numeric_limits<std::uint32_t>::max();
 
@@ -37,6 +44,19 @@ Problem makeProblem(const RunawayIndentation& runaway) {
             : fmt::format("up to this line indentation would add {} characters{}", runaway.whitespaceCount,
                           advice);
     return {Code::RunawayIndentation, text, runaway.line, 1};
+}
+
+/// LegacyFormatter::checkForFunctionEnds() of all tokens of the text.
+bool hasFunctionEnds(const std::u16string& text, const LegacyFormatter& formatter) {
+    FunctionEndFinder finder(formatter);
+    ca::lexer::LineTokenizer tokenizer(text);
+    for (Spans line = tokenizer.next(); !line.empty(); line = tokenizer.next()) {
+        if (std::any_of(line.begin(), line.end(),
+                        [&finder](const auto& token) { return finder.isFunctionEnd(token.type); })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// Appends the whitespace that the line starts with, which may be in several tokens.
@@ -66,9 +86,18 @@ public:
         : text(text), editor(text), formatter(settings), guard(text.size()), range(ranges.begin()),
           rangeEnd(ranges.end()), region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
 
-    void run(const LineOutlines& lines) {
-        formatter.functionsHaveEnds = lines.hasFunctionEnds(formatter) ? 1 : 0;
-        lines.forEach([this](Tokens& line, std::size_t length) { return takeLine(line, length); });
+    void run() {
+        ca::lexer::LineTokenizer tokenizer(text);
+        for (Spans tokens = tokenizer.next(); !tokens.empty(); tokens = tokenizer.next()) {
+            // The line of a block comment that ends the text comes with the text's end, which is a line too.
+            const bool isTwo = tokens.size() > 1 && endsLine(tokens[tokens.size() - 2].type);
+            if (isTwo && !takeLine(tokens.first(tokens.size() - 1))) {
+                return;
+            }
+            if (!takeLine(isTwo ? tokens.last(1) : tokens)) {
+                return;
+            }
+        }
     }
 
     Result<Edits> getResult() {
@@ -80,27 +109,70 @@ public:
 
 private:
     /// False if the lines that follow don't matter.
-    bool takeLine(Tokens& line, std::size_t length) {
+    bool takeLine(Spans tokens) {
         startLine();
         if (range == rangeEnd) {
             return false;
         }
-        const std::u16string_view source = std::u16string_view(text).substr(offset, length);
+        if (tokens.size() == 1 && isEmptyAndStaysSo(tokens[0].type)) {
+            offset += tokens[0].length;
+            return true;
+        }
+        const std::size_t length = makeLine(tokens);
         const LineSteps steps = getLineSteps(formatter, getPlace(), line);
         if (steps.trims) {
             formatter.removeTrailingWhitespaceInPlace(line);
         }
-        if (steps.indents && !indent(line)) {
+        if (steps.indents && !indent()) {
             return false;
         }
         if (steps.tracks) {
-            formatter.trackIndentationCausedByLine(line);
+            track(tokens);
         }
         if (steps.trims && !isSuppressed()) {
-            addEdits(source, line);
+            addEdits(std::u16string_view(text).substr(offset, length));
         }
-        offset += source.size();
+        offset += length;
         return true;
+    }
+
+    /// Such a line needs no step at all, wherever it is.
+    bool isEmptyAndStaysSo(TokenType type) const {
+        return formatter.isALineEnding(type) && formatter.settings.blankLineStyle != BlankLineStyle::Indent;
+    }
+
+    /// Makes the tokens at the edges of a line, all that the steps before tracking look at. Returns the
+    /// length of the whole line.
+    std::size_t makeLine(Spans tokens) {
+        line.resize(std::min<std::size_t>(tokens.size(), 5));
+        auto token = line.begin();
+        std::uint32_t place = 0;
+        for (std::size_t index = 0; index != tokens.size(); ++index) {
+            const auto& [type, length] = tokens[index];
+            if (index < 2 || index + 3 >= tokens.size()) {
+                token->type = type;
+                token->lexeme.assign(text, offset + place, length);
+                token->line = number;
+                token->column = place + 1;
+                ++token;
+            }
+            place += length;
+        }
+        return place;
+    }
+
+    /// `tokens` are those of the line before it was indented, but only whitespace makes a difference.
+    void track(Spans tokens) {
+        LineTracker tracker(formatter);
+        if (!tracker.start(line)) {
+            return;
+        }
+        for (const auto& [type, length] : tokens) {
+            if (changesNesting(type)) {
+                tracker.take({type, {}, number, 1});
+            }
+        }
+        tracker.finish();
     }
 
     void startLine() {
@@ -117,7 +189,12 @@ private:
 
     bool isSuppressed() const { return region != regionEnd && region->begin <= offset; }
 
-    bool indent(Tokens& line) {
+    bool indent() {
+        if (!knowsFunctionEnds && !formatter.nestingStack.empty() &&
+            getFirstCodeToken(line) == TokenType::Function) {
+            formatter.functionsHaveEnds = hasFunctionEnds(text, formatter) ? 1 : 0;
+            knowsFunctionEnds = true;
+        }
         const bool isEnd = line.front().type == TokenType::EndOfInput;
         const std::uint32_t width = isEnd ? 0 : formatter.calculateIndentationOfLine(line);
         if (!guard.allows(number, width, formatter.calculateNumOfWhitespaceChar(width))) {
@@ -128,7 +205,7 @@ private:
     }
 
     /// What has become of the whitespace at the edges of the line at `offset`.
-    void addEdits(std::u16string_view source, const Tokens& line) {
+    void addEdits(std::u16string_view source) {
         const std::u16string_view content = removeLineEnds(source);
         const std::size_t leading = countLeadingWhitespace(content);
         indentation.clear();
@@ -160,7 +237,9 @@ private:
     std::vector<SuppressedRegion>::const_iterator regionEnd;
     std::uint32_t number = 0; ///< of the line
     std::size_t offset = 0;   ///< of the line in the text
+    Tokens line;
     std::u16string indentation;
+    bool knowsFunctionEnds = false; ///< not before the first function inside something else
 };
 
 Settings makeSettings(const LineOptions& options) {
@@ -185,7 +264,7 @@ Result<Edits> formatLines(const std::u16string& text, const LineOptions& options
     }
     ranges = mergeRanges(std::move(ranges));
     LineRun run(text, makeSettings(options), ranges, suppression);
-    run.run(LineOutlines(text));
+    run.run();
     return run.getResult();
 }
 
