@@ -1,7 +1,5 @@
 #include "files/ExtendedAttributes.h"
 
-#include "files/File.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <string_view>
@@ -52,23 +50,25 @@ void check(int result, std::string_view name) {
     }
 }
 
+std::vector<std::string> listNames(const File& file) {
+    return splitNames(readAttribute(
+        [&](char* buffer, std::size_t size) { return ::flistxattr(file.get(), buffer, size); }));
+}
+
 } // namespace
 
-void copyExtendedAttributes(const std::string& path, int descriptor) {
-    const auto wanted = splitNames(readAttribute(
-        [&](char* buffer, std::size_t size) { return ::llistxattr(path.c_str(), buffer, size); }));
-    const auto present = splitNames(readAttribute(
-        [&](char* buffer, std::size_t size) { return ::flistxattr(descriptor, buffer, size); }));
-    for (const std::string& name : present) { // a folder can give its new files an access list
+void copyExtendedAttributes(const File& from, const File& to) {
+    const auto wanted = listNames(from);
+    for (const std::string& name : listNames(to)) { // a folder can give its new files an access list
         if (std::find(wanted.begin(), wanted.end(), name) == wanted.end()) {
-            check(::fremovexattr(descriptor, name.c_str()), name);
+            check(::fremovexattr(to.get(), name.c_str()), name);
         }
     }
     for (const std::string& name : wanted) {
         const std::string value = readAttribute([&](char* buffer, std::size_t size) {
-            return ::lgetxattr(path.c_str(), name.c_str(), buffer, size);
+            return ::fgetxattr(from.get(), name.c_str(), buffer, size);
         });
-        check(::fsetxattr(descriptor, name.c_str(), value.data(), value.size(), 0), name);
+        check(::fsetxattr(to.get(), name.c_str(), value.data(), value.size(), 0), name);
     }
 }
 

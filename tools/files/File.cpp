@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -31,6 +32,12 @@ File::File(int descriptor, FileError::Kind kind, const char* what) : descriptor(
 
 File::~File() {
     ::close(descriptor);
+}
+
+/// Not for reading, which the user may not be allowed to.
+File openFolder(const std::string& path) {
+    return {::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC), FileError::Kind::Unwritable,
+            "can't write into its folder"};
 }
 
 } // namespace ombrel

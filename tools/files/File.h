@@ -30,4 +30,8 @@ private:
     int descriptor;
 };
 
+/// Opens a folder in which files are to be replaced or made. What is done in it is done there even if it, or
+/// one above it, gets another name meanwhile.
+File openFolder(const std::string& path);
+
 } // namespace ombrel

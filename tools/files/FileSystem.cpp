@@ -90,20 +90,16 @@ std::string readAll(int descriptor, off_t sizeHint, ReadLimit limit) {
     }
 }
 
-struct stat getStatus(const std::filesystem::path& path) {
+bool isWritable(const File& folder, const std::string& name, const struct stat& status) {
+    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    return (status.st_mode & anyWrite) != 0 && ::faccessat(folder.get(), name.c_str(), W_OK, 0) == 0;
+}
+
+void checkReplaceable(const File& folder, const std::string& name, ReplacementRules rules) {
     struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0) {
+    if (::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         throw makeFileError(Kind::Unwritable, "can't write it", errno);
     }
-    return status;
-}
-
-bool isWritable(const std::filesystem::path& path, const struct stat& status) {
-    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
-    return (status.st_mode & anyWrite) != 0 && ::access(path.c_str(), W_OK) == 0;
-}
-
-void checkReplaceable(const std::filesystem::path& path, const struct stat& status, ReplacementRules rules) {
     if (!S_ISREG(status.st_mode)) {
         throw FileError(Kind::Unwritable, "can't replace it: not a regular file");
     }
@@ -113,13 +109,18 @@ void checkReplaceable(const std::filesystem::path& path, const struct stat& stat
                                     "the old text; --allow-hard-links replaces it",
                                     status.st_nlink));
     }
-    if (!rules.allowsReadOnly && !isWritable(path, status)) {
+    if (!rules.allowsReadOnly && !isWritable(folder, name, status)) {
         throw FileError(Kind::Unwritable, "not replaced: it is read-only; --force-read-only replaces it");
     }
 }
 
-bool hasContent(const std::filesystem::path& path, std::string_view content) {
-    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), Kind::Unwritable, "can't read it again");
+/// Somebody may have put something else in its place, which nobody waits for.
+File openAgain(const File& folder, const std::string& name) {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    return {::openat(folder.get(), name.c_str(), flags), Kind::Unwritable, "can't read it again"};
+}
+
+bool hasContent(const File& file, std::string_view content) {
     std::array<char, 1 << 16> buffer;
     while (true) {
         const std::size_t size = readSome(file.get(), buffer.data(), buffer.size(), Kind::Unwritable);
@@ -135,8 +136,8 @@ bool hasContent(const std::filesystem::path& path, std::string_view content) {
 
 /// Makes the new name last through a power failure. By now the file is whole in any case, old or new, and
 /// some file systems can't sync folders, so a failure is no error.
-void syncFolder(const std::filesystem::path& folder) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+void syncFolder(const File& folder) {
+    const int descriptor = ::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor >= 0) {
         ::fsync(descriptor);
         ::close(descriptor);
@@ -194,31 +195,33 @@ void DiskFileSystem::replace(const std::string& path, const std::string& before,
     if (error) {
         throw makeFileError(Kind::Unwritable, "can't write it", error.value());
     }
+    const std::string name = target.filename();
     const ReplacementGuard guard;
-    const struct stat status = getStatus(target);
-    checkReplaceable(target, status, rules);
+    const File folder = openFolder(target.parent_path());
+    checkReplaceable(folder, name, rules);
 
     cleanOnce(target.parent_path());
 
-    TemporaryFile temporary(target.parent_path());
+    TemporaryFile temporary(folder);
     temporary.write(after);
-    temporary.takeProperties(target, status);
+    temporary.takeProperties(openAgain(folder, name));
     temporary.sync();
     temporary.takeName();
-    if (!hasContent(target, before)) {
+    if (!hasContent(openAgain(folder, name), before)) {
         throw FileError(Kind::Unwritable, "not replaced: it has changed since it was read");
     }
-    temporary.replace(target);
-    syncFolder(target.parent_path());
+    temporary.replace(name);
+    syncFolder(folder);
 }
 
 void DiskFileSystem::create(const std::string& path, const std::string& bytes) {
-    const std::filesystem::path folder = std::filesystem::absolute(path).parent_path();
+    const std::filesystem::path target = std::filesystem::absolute(path);
     const ReplacementGuard guard;
+    const File folder = openFolder(target.parent_path());
     TemporaryFile temporary(folder, TemporaryFile::Access::Everybody);
     temporary.write(bytes);
     temporary.sync();
-    temporary.place(path);
+    temporary.place(target.filename());
     syncFolder(folder);
 }
 

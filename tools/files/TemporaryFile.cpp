@@ -53,10 +53,10 @@ void removeIfAbandoned(const std::string& path) {
 }
 
 /// Opens a file without a name. Gives -1 where the file system, or a machine without /proc, can't do that.
-int openUnnamed(const std::filesystem::path& folder, mode_t mode) {
+int openUnnamed(const File& folder, mode_t mode) {
     static const bool canTakeName = ::access("/proc/self/fd", X_OK) == 0;
     errno = EOPNOTSUPP;
-    return canTakeName ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode) : -1;
+    return canTakeName ? ::openat(folder.get(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode) : -1;
 }
 
 bool isUnnamedUnsupported(int errorNumber) {
@@ -64,12 +64,11 @@ bool isUnnamedUnsupported(int errorNumber) {
            errorNumber == EINVAL;
 }
 
-int openNew(const std::filesystem::path& folder, const std::filesystem::path& path, mode_t mode,
-            bool& hasName) {
+int openNew(const File& folder, const std::string& name, mode_t mode, bool& hasName) {
     const int unnamed = openUnnamed(folder, mode);
     hasName = unnamed < 0 && isUnnamedUnsupported(errno);
-    return hasName ? ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode)
-                   : unnamed;
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    return hasName ? ::openat(folder.get(), name.c_str(), flags, mode) : unnamed;
 }
 
 void check(int result, const char* what) {
@@ -80,15 +79,15 @@ void check(int result, const char* what) {
 
 } // namespace
 
-TemporaryFile::TemporaryFile(const std::filesystem::path& folder, Access access)
-    : path(folder / makeName()), file(openNew(folder, path, static_cast<mode_t>(access), hasName),
-                                      Kind::Unwritable, "can't make a temporary file in its folder") {
+TemporaryFile::TemporaryFile(const File& folder, Access access)
+    : folder(folder), name(makeName()), file(openNew(folder, name, static_cast<mode_t>(access), hasName),
+                                             Kind::Unwritable, "can't make a temporary file in its folder") {
     ::flock(file.get(), LOCK_EX | LOCK_NB); // without locks nothing of ours is ever removed by others
 }
 
 TemporaryFile::~TemporaryFile() {
     if (hasName) {
-        ::unlink(path.c_str());
+        ::unlinkat(folder.get(), name.c_str(), 0);
     }
 }
 
@@ -98,14 +97,16 @@ void TemporaryFile::write(const std::string& bytes) {
 
 /// The owner first, since changing it takes some mode bits away, and the access list last, since it sets mode
 /// bits.
-void TemporaryFile::takeProperties(const std::filesystem::path& target, const struct stat& status) {
+void TemporaryFile::takeProperties(const File& other) {
+    struct stat status {};
     struct stat own {};
+    check(::fstat(other.get(), &status), "can't keep its owner");
     check(::fstat(file.get(), &own), "can't keep its owner");
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) {
         check(::fchown(file.get(), status.st_uid, status.st_gid), "can't keep its owner");
     }
     check(::fchmod(file.get(), status.st_mode & 07777), "can't keep its mode");
-    copyExtendedAttributes(target, file.get());
+    copyExtendedAttributes(other, file);
 }
 
 void TemporaryFile::sync() {
@@ -114,37 +115,39 @@ void TemporaryFile::sync() {
 
 void TemporaryFile::takeName() {
     if (!hasName) {
-        linkTo(path, "can't make a temporary file in its folder");
+        linkTo(name, "can't make a temporary file in its folder");
         hasName = true;
     }
 }
 
-void TemporaryFile::linkTo(const std::filesystem::path& target, const char* failure) {
+void TemporaryFile::linkTo(const std::string& target, const char* failure) {
     const std::string link = fmt::format("/proc/self/fd/{}", file.get());
-    check(::linkat(AT_FDCWD, link.c_str(), AT_FDCWD, target.c_str(), AT_SYMLINK_FOLLOW), failure);
+    check(::linkat(AT_FDCWD, link.c_str(), folder.get(), target.c_str(), AT_SYMLINK_FOLLOW), failure);
 }
 
-void TemporaryFile::replace(const std::filesystem::path& target) {
-    check(::rename(path.c_str(), target.c_str()), "can't replace it");
+void TemporaryFile::replace(const std::string& target) {
+    check(::renameat(folder.get(), name.c_str(), folder.get(), target.c_str()), "can't replace it");
     hasName = false;
 }
 
-void TemporaryFile::place(const std::filesystem::path& target) {
+void TemporaryFile::place(const std::string& target) {
     constexpr const char* failure = "can't make it";
     if (!hasName) {
         linkTo(target, failure);
-    } else if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+    } else if (::renameat2(folder.get(), name.c_str(), folder.get(), target.c_str(), RENAME_NOREPLACE) == 0) {
         hasName = false;
     } else { // some file systems can't do that; the destructor removes the temporary name
-        check(errno == EINVAL ? ::link(path.c_str(), target.c_str()) : -1, failure);
+        const bool isUnknown = errno == EINVAL;
+        check(isUnknown ? ::linkat(folder.get(), name.c_str(), folder.get(), target.c_str(), 0) : -1,
+              failure);
     }
 }
 
-void TemporaryFile::removeAbandoned(const std::filesystem::path& folder) {
+void TemporaryFile::removeAbandoned(const std::string& folder) {
     std::error_code error;
     for (const FolderEntry& entry : readEntries(folder, error)) {
         if (isTemporaryName(entry.name)) {
-            removeIfAbandoned(folder.native() + '/' + entry.name);
+            removeIfAbandoned(folder + '/' + entry.name);
         }
     }
 }

@@ -2,10 +2,9 @@
 
 #include "files/File.h"
 
-#include <filesystem>
 #include <string>
 
-struct stat;
+#include <sys/types.h>
 
 namespace ombrel {
 
@@ -20,35 +19,38 @@ public:
     /// What may be done with the file, less what the user's mask takes away.
     enum class Access : mode_t { Owner = 0600, Everybody = 0666 };
 
-    explicit TemporaryFile(const std::filesystem::path& folder, Access access = Access::Owner);
+    /// In a folder from openFolder(), which has to outlive it.
+    explicit TemporaryFile(const File& folder, Access access = Access::Owner);
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
 
     void write(const std::string& bytes);
 
-    /// Owner, mode, access list and extended attributes, as `target` has them.
-    void takeProperties(const std::filesystem::path& target, const struct stat& status);
+    /// Owner, mode, access list and extended attributes, as another file has them.
+    void takeProperties(const File& other);
 
     void sync();
 
     /// Gives it its temporary name, if it has none, so that replace() is a single step.
     void takeName();
 
-    /// Atomic: whoever opens the target finds the old file or this one. Call takeName() before.
-    void replace(const std::filesystem::path& target);
+    /// Gives it the name of a file in its folder. Atomic: whoever opens that finds the old file or this one.
+    /// Call takeName() before.
+    void replace(const std::string& target);
 
-    /// Gives it a name of the folder, unless there is something of this name.
-    void place(const std::filesystem::path& target);
+    /// Gives it a name in its folder, unless there is something of this name.
+    void place(const std::string& target);
 
     /// Removes the files that killed processes of this user have left in a folder under their temporary
     /// names. Never fails.
-    static void removeAbandoned(const std::filesystem::path& folder);
+    static void removeAbandoned(const std::string& folder);
 
 private:
-    void linkTo(const std::filesystem::path& target, const char* failure);
+    void linkTo(const std::string& target, const char* failure);
 
-    std::filesystem::path path; ///< its name, or the one that it is going to have
+    const File& folder;
+    std::string name; ///< its temporary one, or the one that it is going to have
     bool hasName = false;
     File file;
 };
