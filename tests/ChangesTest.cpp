@@ -2,13 +2,17 @@
 
 #include "format/EditAdoption.h"
 #include "git/GitDiff.h"
-#include "process/Process.h"
 #include "git/StagedFiles.h"
+#include "process/Process.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <system_error>
+#include <tuple>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace ombrel;
 
@@ -86,9 +90,10 @@ TEST(GitDiffText, LinesOfCodeAreNeverTakenForHeaders) {
     EXPECT_THROW(parseDiff("+++ b/a\n@@ nonsense\n"), GitError);
 }
 
+const std::vector<std::string> environment{"PATH=/usr/bin:/bin", "X=5"};
+const ombrel::ProcessLimits minute{std::chrono::minutes(1)};
+
 TEST(RunProcess, ExchangesMuchTextInBothDirections) {
-    const std::vector<std::string> environment{"PATH=/usr/bin:/bin", "X=5"};
-    const ombrel::ProcessLimits minute{std::chrono::minutes(1)};
     const std::string much(5'000'000, 'x');
     const auto echo = runProcess({"sh", "-c", "tee /dev/fd/2; exit $X"}, environment, much, minute);
     EXPECT_EQ(echo.status, 5);
@@ -96,11 +101,34 @@ TEST(RunProcess, ExchangesMuchTextInBothDirections) {
     EXPECT_EQ(runProcess({"true"}, environment, much, minute).status, 0); // nobody reads it
     EXPECT_EQ(runProcess({"cat"}, environment, "", minute).out, "");      // it doesn't wait for ours
     EXPECT_EQ(runProcess({"sh", "-c", "kill -9 $$"}, environment, much, minute).status, 137);
-    EXPECT_THROW(runProcess({"no-such-program"}, environment, "", minute), std::system_error);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_THROW(runProcess({"sleep", "50"}, environment, "", {std::chrono::milliseconds(20)}),
-                 std::system_error);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
+}
+
+TEST(RunProcess, KillsWhatTakesTooMuch) {
+    ombrel::ProcessLimits little = minute;
+    little.outputLimit = 100'000;
+    EXPECT_EQ(runProcess({"head", "-c", "100000", "/dev/zero"}, environment, "", little).status, 0);
+    int ends[2];
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    ::close(ends[1]);
+    ombrel::ProcessLimits unwanted = minute;
+    unwanted.client = ends[0];
+    using Words = std::vector<std::string>;
+    for (const auto& [words, limits, error] :
+         {std::tuple(Words{"no-such-program"}, minute, std::errc::no_such_file_or_directory),
+          std::tuple(Words{"sleep", "50"}, ombrel::ProcessLimits{std::chrono::milliseconds(20)},
+                     std::errc::timed_out),
+          std::tuple(Words{"head", "-c", "100001", "/dev/zero"}, little, std::errc::value_too_large),
+          std::tuple(Words{"sleep", "50"}, unwanted, std::errc::operation_canceled)}) {
+        const auto start = std::chrono::steady_clock::now();
+        try {
+            runProcess(words, environment, "", limits);
+            ADD_FAILURE() << words.back();
+        } catch (const std::system_error& thrown) {
+            EXPECT_EQ(thrown.code(), error) << words.back();
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(25));
+    }
+    ::close(ends[0]);
 }
 
 } // namespace
