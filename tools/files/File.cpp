@@ -37,7 +37,7 @@ File::~File() {
 /// Not for reading, which the user may not be allowed to.
 File openFolder(const std::string& path) {
     return {::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC), FileError::Kind::Unwritable,
-            "can't write into its folder"};
+            "can't make a temporary file in its folder"};
 }
 
 } // namespace ombrel
