@@ -6,7 +6,14 @@
 
 namespace {
 
-constexpr std::size_t smallStack = 1024 * 1024;
+#ifdef __SANITIZE_THREAD__
+constexpr std::size_t sanitizersPart =
+    772 * 1024; // of each thread's stack: thread-local variables of its own
+#else
+constexpr std::size_t sanitizersPart = 0;
+#endif
+
+constexpr std::size_t smallStack = 1024 * 1024 + sanitizersPart;
 
 } // namespace
 
