@@ -46,7 +46,7 @@ OptionsResolver::OptionsResolver(const OptionsRequest& request, FileSystem& file
 
 std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string>& paths) {
     if (request.ignoresFiles) {
-        checkEffects({});
+        checkedPaths.emplace_back();
         return {};
     }
     std::unordered_set<std::string> folders;
@@ -59,7 +59,7 @@ std::vector<OptionsFault> OptionsResolver::prepare(const std::vector<std::string
             prepareEditorConfig(absolute);
         }
         if (isNew || hasOverrides(layersByFolder.at(folder))) {
-            checkEffects(absolute);
+            checkedPaths.push_back(absolute);
         }
         checkEditorConfigValues(absolute);
     }
@@ -88,15 +88,19 @@ SettingsInForce OptionsResolver::collect(const std::string& absolutePath, Source
     return settings;
 }
 
-void OptionsResolver::checkEffects(const std::string& absolutePath) {
-    const auto layers = layersByFolder.find(getFolder(absolutePath));
-    const bool hasFile = layers != layersByFolder.end() && !layers->second.empty();
-    effects.add(collect(absolutePath, Sources::Own), hasFile ? layers->second.front() : nullptr);
+std::vector<EffectCheck::Remark> OptionsResolver::checkEffects() const {
+    EffectCheck effects;
+    for (const std::string& path : checkedPaths) {
+        const auto layers = layersByFolder.find(getFolder(path));
+        const bool hasFile = layers != layersByFolder.end() && !layers->second.empty();
+        effects.add(collect(path, Sources::Own), hasFile ? layers->second.front() : nullptr);
+    }
+    return effects.getRemarks();
 }
 
 std::vector<OptionsFault> OptionsResolver::getRemarks() const {
     std::map<const OptionsLayer*, Problems> problems;
-    for (EffectCheck::Remark& remark : effects.getRemarks()) {
+    for (EffectCheck::Remark& remark : checkEffects()) {
         problems[remark.layer].push_back(std::move(remark.problem));
     }
     std::vector<OptionsFault> remarks;

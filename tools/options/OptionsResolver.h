@@ -109,7 +109,7 @@ private:
     void visitBase(const std::string& absolutePath, bool hasFallbacks, const Visitor& visit) const;
     static void visitLayer(const OptionsLayer& layer, const std::string& absolutePath, const Visitor& visit);
     SettingsInForce collect(const std::string& absolutePath, Sources sources) const;
-    void checkEffects(const std::string& absolutePath);
+    std::vector<EffectCheck::Remark> checkEffects() const;
     std::string explainOrigin(const std::string& absolutePath, const SettingInForce& setting) const;
     std::string describeEditorConfig(const std::string& absolutePath, const Option& option) const;
 
@@ -122,7 +122,8 @@ private:
     std::vector<OptionsFault> editorConfigFaults;                                    ///< one for each file
     std::map<std::string, OptionsFault> editorConfigRemarks;                         ///< by path
     std::vector<std::string> warnings;
-    EffectCheck effects;
+    std::vector<std::string>
+        checkedPaths; ///< whose options have to have an effect; one is empty without files
 };
 
 } // namespace ombrel
