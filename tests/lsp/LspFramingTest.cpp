@@ -13,7 +13,8 @@ namespace {
 
 using namespace ombrel::lsp;
 
-/// All frames of a stream: bodies as they are, `!` for a fault that is skipped, `X` for a fatal one.
+/// All frames of a stream: bodies as they are, `!` for a fault that is skipped, `X` for a fatal one, `...` if
+/// the stream ends inside a message.
 std::vector<std::string> readAll(const std::string& stream, std::size_t pieceSize) {
     FrameReader reader;
     std::vector<std::string> frames;
@@ -23,6 +24,9 @@ std::vector<std::string> readAll(const std::string& stream, std::size_t pieceSiz
             const auto* fault = std::get_if<FrameFault>(&*frame);
             frames.push_back(fault == nullptr ? std::get<std::string>(*frame) : fault->isFatal ? "X" : "!");
         }
+    }
+    if (!reader.isBetweenFrames() && (frames.empty() || frames.back() != "X")) {
+        frames.emplace_back("...");
     }
     return frames;
 }
@@ -47,9 +51,12 @@ TEST(LspFraming, CutsStreamsIntoMessagesWhateverPiecesTheyComeIn) {
         {head + "\r\n\r\n{}", {"X"}},
         {head + "99999999999999999999999\r\n\r\n{}", {"X"}},
         {"nonsense\r\n\r\n{}" + head + "2\r\n\r\n{}", {"X"}},
-        {head + "10000000000\r\n\r\n{}" + head + "2\r\n\r\n{}", {"!"}}, // all that is part of the long one
+        {head + "10000000000\r\n\r\n{}" + head + "2\r\n\r\n{}",
+         {"!", "..."}}, // all that is part of the long one
         {std::string(64 << 10, 'a'), {"X"}},
-        {head + "2\r\n\r\n{", {}},
+        {head + "2\r\n\r\n{", {"..."}},
+        {head + "2\r\n", {"..."}},
+        {"", {}},
     };
     for (const StreamRow& row : rows) {
         for (const std::size_t size : {std::size_t{1}, std::size_t{7}, row.stream.size()}) {

@@ -40,7 +40,7 @@ public:
     std::optional<Frame> getNext();
 
     /// Whether the stream may end here: between two messages.
-    bool isBetweenFrames() const { return buffer.size() == start && !bodySize; }
+    bool isBetweenFrames() const { return buffer.size() == start && !bodySize && skipped == 0; }
 
 private:
     std::optional<Frame> readHeader();
