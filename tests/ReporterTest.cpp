@@ -1,5 +1,6 @@
 #include "support/TemporaryFolder.h"
 
+#include "format/EditAdoption.h"
 #include "reports/GithubReporter.h"
 #include "reports/HumanReporter.h"
 #include "reports/JsonReport.h"
@@ -13,6 +14,8 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include <fmt/format.h>
 
 namespace {
 
@@ -83,20 +86,72 @@ TEST(Reporter, JsonIsEnoughForTheOthers) {
     expectSame([](std::ostream& stream) { return makeRdjsonReporter(stream); });
 }
 
+struct ChangeCase {
+    std::string source;
+    std::vector<Edit> edits;
+    std::string wanted; ///< for each change: line:column:byte column, the same of its end, what, [new text]
+};
+
+TEST(Reporter, ChangesSayWhereAndWhat) {
+    const ChangeCase cases[] = {
+        {"x=1", {{1, 0, u" "}}, "1:2:2 1:2:2 spacing: none, expected 1 space [ ]"},
+        {"if a\n\t x\nend",
+         {{5, 2, u"\t\t"}},
+         "2:1:1 2:3:3 indentation: 1 tab and 1 space, expected 2 tabs [\t\t]"},
+        {"x  \r\ny", {{1, 2, u""}}, "1:2:2 1:4:4 whitespace at the end of a line: 2 spaces []"},
+        {" x\t",
+         {{0, 1, u""}, {2, 1, u""}},
+         "1:1:1 1:4:4 indentation: 1 space, expected none, and 1 more in these lines [x]"},
+        {"x;y", {{2, 0, u"\n"}}, "1:3:3 1:3:3 a line break is missing [\n]"},
+        {"x;\n\n\ny", {{2, 3, u"\n"}}, "1:3:3 4:1:1 there are too many line breaks [\n]"},
+        {"x;\r\n\ry", {{2, 3, u"\r\n"}}, "1:3:3 3:1:1 there are too many line breaks [\r\n]"},
+        {"x; \ny", {{2, 2, u"\n"}}, "1:3:3 2:1:1 whitespace at the end of a line [\n]"},
+        {"if a\n  x\nend",
+         {{4, 3, u"\n    "}},
+         "1:5:5 2:3:3 indentation: 2 spaces, expected 4 spaces [\n    ]"},
+        {"x, y", {{1, 2, u"\n"}}, "1:2:2 1:4:4 separators or line breaks [\n]"},
+        {"x=1\ny=2\n\nz=3",
+         {{1, 0, u" "}, {5, 0, u" "}, {10, 0, u" "}},
+         "1:2:2 2:2:2 spacing: none, expected 1 space, and 1 more in these lines [ =1\ny ]\n"
+         "4:2:2 4:2:2 spacing: none, expected 1 space [ ]"},
+        {"\xEF\xBB\xBFx('\xC3\xA4\xE2\x82\xAC\xF0\x9F\x99\x82')=1",
+         {{9, 0, u" "}},
+         "1:10:18 1:10:18 spacing: none, expected 1 space [ ]"},
+    };
+    const auto show = [](const TextPlace& place) {
+        return fmt::format("{}:{}:{}", place.line, place.column, place.byteColumn);
+    };
+    for (const ChangeCase& row : cases) {
+        const DecodedText source = decode(row.source).value();
+        const auto edits = adoptEdits(source.text, row.edits);
+        ASSERT_TRUE(edits) << row.wanted << edits.error().front().text;
+        std::string found;
+        for (const Change& change : describeChanges(source, *edits)) {
+            found += fmt::format("{}{} {} {} [{}]", found.empty() ? "" : "\n", show(change.begin),
+                                 show(change.end), change.what, change.text);
+        }
+        EXPECT_EQ(found, row.wanted);
+    }
+}
+
 TEST(Reporter, JsonOfOthersIsRefusedWithAReason) {
     const std::string start = R"({"files": [{"path": "a", "status": )";
-    for (const auto& [document, reason] : std::vector<std::pair<std::string, std::string>>{
-             {"{", "this is not a JSON document"},
-             {"[]", "expected an object"},
-             {R"({"files": {}})", R"("files": expected an array)"},
-             {R"({"files": [{}]})", R"(file 1 of the report: "path" is missing)"},
-             {start + "1}]}", R"(file 1 of the report: "status": expected a string)"},
-             {start + R"("done", "messages": []}]})",
-              R"(file 1 of the report: "status": unknown word "done")"},
-             {start + R"("would-change", "firstChangedLine": -1}]})",
-              R"(file 1 of the report: "firstChangedLine": expected a number from 1 to 4294967295)"},
-             {R"({"files": [], "messages": [{"code": "new"}]})",
-              R"(unknown code "new": another version wrote this report)"}}) {
+    for (
+        const auto& [document, reason] : std::vector<std::pair<std::string, std::string>>{
+            {"{", "this is not a JSON document"},
+            {"[]", "expected an object"},
+            {R"({"files": {}})", R"("files": expected an array)"},
+            {R"({"files": [{}]})", R"(file 1 of the report: "path" is missing)"},
+            {start + "1}]}", R"(file 1 of the report: "status": expected a string)"},
+            {start + R"("done", "messages": []}]})",
+             R"(file 1 of the report: "status": unknown word "done")"},
+            {start + R"("would-change", "firstChangedLine": -1}]})",
+             R"(file 1 of the report: "firstChangedLine": expected a number from 1 to 4294967295)"},
+            {start +
+                 R"("failed", "messages": [{"code": "write-failed", "text": "", "line": 1, "column": 1, "severity": "error", "lines": [1]}]}]})",
+             R"(file 1 of the report: "lines": expected the first and the last line)"},
+            {R"({"files": [], "messages": [{"code": "new"}]})",
+             R"(unknown code "new": another version wrote this report)"}}) {
         const auto read = readJsonReport(document);
         EXPECT_EQ(read ? "" : read.error().front().text, reason) << document;
     }
