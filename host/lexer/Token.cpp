@@ -1,16 +1,12 @@
 // Predicates, names and a printable form of tokens. What is whitespace or a comment is a range of numbers.
 
-#include "ca/lexer/Token.h"
+#include "ca/lexer/TokenSpan.h"
 
 #include <string_view>
 
 namespace ca::lexer {
 
 namespace {
-
-bool isBetween(TokenType type, TokenType first, TokenType last) {
-    return first <= type && type <= last;
-}
 
 bool isControl(char16_t c) {
     return c < 0x20 || (0x7F <= c && c < 0xA0) || c == 0x2028 || c == 0x2029;
@@ -54,15 +50,15 @@ void appendEscape(std::u16string& out, char16_t c) {
 } // namespace
 
 bool Token::isWhitespace() const {
-    return isBetween(type, TokenType::LineEnding75, TokenType::Continuation) || type == TokenType::Whitespace;
+    return lexer::isWhitespace(type);
 }
 
 bool Token::isComment() const {
-    return isBetween(type, TokenType::LineTail, TokenType::TrailingComment);
+    return lexer::isComment(type);
 }
 
 bool Token::isEndOfLine() const {
-    return isBetween(type, TokenType::LineEnding75, TokenType::LineEnding77);
+    return lexer::isEndOfLine(type);
 }
 
 std::u16string Token::escapeLexeme() const {

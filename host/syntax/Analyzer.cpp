@@ -1,9 +1,10 @@
 #include "ca/Analyzer.h"
 
-#include "ca/lexer/lex.h"
+#include "ca/lexer/TokenSpan.h"
 #include "syntax/Parser.h"
 #include "syntax/explainErrors.h"
 
+#include <mutex>
 #include <utility>
 
 namespace ca {
@@ -15,10 +16,9 @@ using Tokens = std::vector<lexer::Token>;
 /// The tree's identifiers point into the text, so the two stay together.
 class ParsedFile final : public AnalysisResult {
 public:
-    explicit ParsedFile(const std::u16string& sourceCode)
-        : text(sourceCode), tokens(std::make_shared<const Tokens>(lexer::lex(text))) {
+    explicit ParsedFile(const std::u16string& sourceCode) : text(sourceCode), spans(lexer::lexSpans(text)) {
         syntax::SyntaxErrors errors;
-        root = syntax::Parser(text, *tokens, arena, errors).parseFile();
+        root = syntax::Parser(text, spans, arena, errors).parseFile();
         if (!errors.isEmpty()) {
             throw SyntaxErrorException(syntax::explainErrors(text, errors.take()));
         }
@@ -26,11 +26,20 @@ public:
 
     const lf::astapi::ProgramFile<astapi::CA>* getProgramFile() const override { return root; }
 
-    std::shared_ptr<const Tokens> getTokens() const override { return tokens; }
+    /// Made when they are asked for: a token with its text takes six times the memory of one without.
+    std::shared_ptr<const Tokens> getTokens() const override {
+        std::call_once(areTokensMade,
+                       [this] { tokens = std::make_shared<const Tokens>(lexer::makeTokens(text, spans)); });
+        return tokens;
+    }
+
+    const std::vector<lexer::TokenSpan>* getTokenSpans() const override { return &spans; }
 
 private:
     std::u16string text;
-    std::shared_ptr<const Tokens> tokens;
+    std::vector<lexer::TokenSpan> spans;
+    mutable std::once_flag areTokensMade;
+    mutable std::shared_ptr<const Tokens> tokens;
     syntax::Arena arena;
     const lf::astapi::ProgramFile<astapi::CA>* root = nullptr;
 };
@@ -51,6 +60,10 @@ public:
 AnalysisResult::~AnalysisResult() = default;
 
 std::shared_ptr<const Tokens> AnalysisResult::getTokens() const {
+    return nullptr;
+}
+
+const std::vector<lexer::TokenSpan>* AnalysisResult::getTokenSpans() const {
     return nullptr;
 }
 

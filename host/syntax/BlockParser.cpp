@@ -51,7 +51,7 @@ bool Parser::isTakenByOpenBlock(TokenType branch) const {
 
 void Parser::openBlock() {
     const CodeToken& keyword = cursor.advance();
-    blocks.push_back({keyword, keyword.index == lastFault});
+    blocks.push_back({keyword, keyword.position == lastFault});
 }
 
 /// Reads the block's `end`, or reports that there is none.
@@ -67,7 +67,7 @@ void Parser::reportUnclosed() {
     if (block.isReported || cursor.getUnclosedComment()) {
         return;
     }
-    const Token& keyword = cursor.getToken(block.keyword);
+    const Token keyword = getToken(block.keyword);
     report(u"UnclosedBlock",
            quoteToken(keyword) + u" on line " + toText(keyword.line) + u" is not closed by 'end'",
            cursor.get());

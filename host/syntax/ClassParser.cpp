@@ -110,7 +110,7 @@ bool Parser::mayHold(TokenType block, TokenType member) {
 /// Reports a block that can't be a member, and reads it all the same, so that its `end` is known.
 void Parser::skipMisplacedBlock() {
     const OpenBlock& block = blocks.back();
-    const Token& keyword = cursor.getToken(block.keyword);
+    const Token keyword = getToken(block.keyword);
     report(u"MisplacedBlock",
            quoteCurrent() + u" can't be directly inside the " + quoteToken(keyword) + u" on line " +
                toText(keyword.line) + u"; is an 'end' missing?",

@@ -316,20 +316,18 @@ const Node* Parser::parsePrimary() {
 
 const Node* Parser::takeLeaf(NodeKind kind) {
     const CodeToken& code = cursor.advance();
-    const Token& token = cursor.getToken(code);
     auto* node = arena.make<Node>();
     node->kind = kind;
     node->position = code.position;
-    node->line = token.line;
-    node->column = token.column;
+    node->line = code.line;
+    node->column = code.column;
     return node;
 }
 
 const Node* Parser::parseNumber() {
     const Node* number = takeLeaf(NodeKind::NumberLiteral);
     const CodeToken& next = cursor.get();
-    const char16_t first =
-        next.isAfterGap || next.type == TokenType::EndOfInput ? u' ' : cursor.getToken(next).lexeme.front();
+    const char16_t first = next.isAfterGap || next.type == TokenType::EndOfInput ? u' ' : text[next.position];
     const bool isLetter = (u'a' <= first && first <= u'z') || (u'A' <= first && first <= u'Z');
     if (isLetter || (u'0' <= first && first <= u'9') || first == u'_') {
         fail(u"MalformedNumber", u"a number can't be followed directly by " + quoteCurrent(), next);
@@ -377,7 +375,7 @@ const Node* Parser::parseName(std::u16string_view what) {
     }
     auto* node = make<Identifier<CA>>(cursor.get());
     const CodeToken& name = cursor.advance();
-    node->text = text.substr(name.position, cursor.getLength(name));
+    node->text = text.substr(name.position, name.length);
     return node;
 }
 
@@ -393,7 +391,7 @@ const Node* Parser::parseDottedName(std::u16string_view what) {
         cursor.advance();
         last = &cursor.advance();
     }
-    const std::size_t end = last->position + cursor.getLength(*last);
+    const std::size_t end = last->position + last->length;
     node->text = text.substr(node->position, end - node->position);
     return node;
 }

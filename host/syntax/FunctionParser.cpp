@@ -40,7 +40,7 @@ bool Parser::haveFunctionsEnd(const std::vector<CodeToken>& codes) {
 const Node* Parser::parseFunctionStatement() {
     if (!blocks.empty() && blocks.back().keyword.type != TokenType::Function) {
         OpenBlock& block = blocks.back();
-        const Token& keyword = cursor.getToken(block.keyword);
+        const Token keyword = getToken(block.keyword);
         report(u"MisplacedFunction",
                u"a function can't be inside the " + quoteToken(keyword) + u" on line " +
                    toText(keyword.line) + u"; is an 'end' missing?",

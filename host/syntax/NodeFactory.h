@@ -8,12 +8,11 @@ namespace ca::syntax {
 
 template <class NodeClass>
 NodeClass* Parser::make(const CodeToken& first) {
-    const Token& token = cursor.getToken(first);
     auto* node = arena.make<NodeClass>();
     node->kind = NodeClass::nodeKind;
     node->position = first.position;
-    node->line = token.line;
-    node->column = token.column;
+    node->line = first.line;
+    node->column = first.column;
     return node;
 }
 

@@ -5,8 +5,9 @@ namespace ca::syntax {
 
 using namespace lf::astapi;
 
-Parser::Parser(std::u16string_view text, const std::vector<Token>& tokens, Arena& arena, SyntaxErrors& errors)
-    : text(text), cursor(tokens), arena(arena), errors(errors) {}
+Parser::Parser(std::u16string_view text, std::span<const TokenSpan> tokens, Arena& arena,
+               SyntaxErrors& errors)
+    : text(text), cursor(text, tokens), arena(arena), errors(errors) {}
 
 const ProgramFile<CA>* Parser::parseFile() {
     auto* root = arena.make<ProgramFile<CA>>();

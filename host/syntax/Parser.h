@@ -7,6 +7,7 @@
 #include "syntax/SyntaxErrors.h"
 #include "syntax/TokenCursor.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,8 +28,8 @@ using ValidationSpec = lf::astapi::ValidationSpec<CA>;
 /// counts as a level; chains of binary operators run over explicit stacks.
 class Parser {
 public:
-    /// Source text, tokens and arena have to outlive the tree; identifiers point into the text.
-    Parser(std::u16string_view text, const std::vector<Token>& tokens, Arena& arena, SyntaxErrors& errors);
+    /// Source text and arena have to outlive the tree; identifiers point into the text.
+    Parser(std::u16string_view text, std::span<const TokenSpan> tokens, Arena& arena, SyntaxErrors& errors);
 
     /// The root, whose contents are whole only if no error was reported. Call once.
     const lf::astapi::ProgramFile<CA>* parseFile();
@@ -83,7 +84,8 @@ private:
     bool isInReportedHeader(const CodeToken& at) const;
     void checkUnclosedComment();
     std::u16string describePlace(const CodeToken& partner) const;
-    std::u16string quoteCurrent() const { return quoteToken(cursor.getToken(cursor.get())); }
+    Token getToken(const CodeToken& code) const { return makeToken(text, code); }
+    std::u16string quoteCurrent() const { return quoteToken(getToken(cursor.get())); }
     Context getContext() const;
     void restore(const Context& context);
     void skipStatement(const Context& start);
@@ -254,7 +256,7 @@ private:
     int indexDepth = 0; ///< how many indexes are open around this place: `end` needs one
     bool blankSeparates = false;
     bool functionsHaveEnd = true;
-    std::uint32_t lastFault = UINT32_MAX; ///< index of the token of the last fault
+    std::uint32_t lastFault = UINT32_MAX; ///< position of the last fault's token
 };
 
 } // namespace ca::syntax

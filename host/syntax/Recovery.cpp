@@ -50,11 +50,11 @@ bool Parser::reportTooDeep() {
 }
 
 void Parser::report(std::u16string_view identifier, std::u16string message, const CodeToken& at) {
-    lastFault = at.index;
+    lastFault = at.position;
     if (isInReportedHeader(at)) {
         return;
     }
-    errors.report(identifier, std::move(message), cursor.getToken(at));
+    errors.report(identifier, std::move(message), getToken(at));
     if (errors.isFull()) {
         throw Stopped{};
     }
@@ -62,8 +62,7 @@ void Parser::report(std::u16string_view identifier, std::u16string message, cons
 
 /// A keyword in the wrong place is a fault, and what is missing on its line follows from it: `x = if`.
 bool Parser::isInReportedHeader(const CodeToken& at) const {
-    return !blocks.empty() && blocks.back().isReported &&
-           cursor.getToken(blocks.back().keyword).line == cursor.getToken(at).line;
+    return !blocks.empty() && blocks.back().isReported && blocks.back().keyword.line == at.line;
 }
 
 void Parser::fail(std::u16string_view identifier, std::u16string message, const CodeToken& at) {
@@ -89,8 +88,8 @@ void Parser::failIfUnrecognized() {
     if (!isAt(TokenType::Unrecognized)) {
         return;
     }
-    const Token& token = cursor.getToken(cursor.get());
-    if (token.lexeme.front() == u'\'' || token.lexeme.front() == u'"') {
+    const char16_t first = text[cursor.get().position];
+    if (first == u'\'' || first == u'"') {
         fail(u"UnclosedString", u"this string is not closed on its line", cursor.get());
     }
     fail(u"UnrecognizedText", u"unrecognised text " + quoteCurrent(), cursor.get());
@@ -101,7 +100,7 @@ void Parser::checkUnclosedComment() {
     if (!cursor.getUnclosedComment()) {
         return;
     }
-    const Token& token = cursor.getToken({lineEnd, *cursor.getUnclosedComment(), 0, false});
+    const Token token = getToken(*cursor.getUnclosedComment());
     const auto indentation = static_cast<std::uint32_t>(token.lexeme.find(u'%'));
     errors.reportAt(u"UnclosedComment", u"this block comment is not closed by '%}'", token.line,
                     token.column + indentation, 2);
@@ -109,11 +108,10 @@ void Parser::checkUnclosedComment() {
 
 /// " in column 9" for a partner on the current line, " on line 3" for any other.
 std::u16string Parser::describePlace(const CodeToken& partner) const {
-    const Token& token = cursor.getToken(partner);
-    if (token.line == cursor.getToken(cursor.get()).line) {
-        return u" in column " + toText(token.column);
+    if (partner.line == cursor.get().line) {
+        return u" in column " + toText(partner.column);
     }
-    return u" on line " + toText(token.line);
+    return u" on line " + toText(partner.line);
 }
 
 Parser::Context Parser::getContext() const {

@@ -32,21 +32,19 @@ SyntaxError makeError(std::u16string_view identifier, std::u16string message, co
 
 /// Replaces the token at `place` and as many characters after it as `length` is longer than it is.
 Replacement replace(const FaultyText& faulty, std::size_t place, std::size_t length, std::u16string text) {
-    const Token& token = faulty.getToken(place);
-    return {faulty.codes[place].position, token.line, token.column, length, std::move(text)};
+    const CodeToken& code = faulty.codes[place];
+    return {code.position, code.line, code.column, length, std::move(text)};
 }
 
 Replacement insertAfter(const FaultyText& faulty, std::size_t place, std::u16string text) {
-    const Token& token = faulty.getToken(place);
-    const auto size = static_cast<std::uint32_t>(token.lexeme.size());
-    return {faulty.codes[place].position + size, token.line, token.column + size, 0, std::move(text)};
+    const CodeToken& code = faulty.codes[place];
+    return {code.position + code.length, code.line, code.column + code.length, 0, std::move(text)};
 }
 
 /// The place of the token that the error points at.
 std::size_t findPlace(const FaultyText& faulty, const SyntaxError& error) {
-    const auto isBefore = [&](const CodeToken& code, const SyntaxError& wanted) {
-        const Token& token = faulty.tokens[code.index];
-        return std::tie(token.line, token.column) < std::tie(wanted.line, wanted.column);
+    const auto isBefore = [](const CodeToken& code, const SyntaxError& wanted) {
+        return std::tie(code.line, code.column) < std::tie(wanted.line, wanted.column);
     };
     const auto found = std::lower_bound(faulty.codes.begin(), faulty.codes.end() - 1, error, isBefore);
     return static_cast<std::size_t>(found - faulty.codes.begin());
@@ -73,11 +71,12 @@ bool endsLists(TokenType type) {
 }
 
 /// By how many levels the lexeme nests deeper. A word of a command may hold brackets that were meant as such.
-int countBrackets(const Token& token) {
+int countBrackets(const FaultyText& faulty, std::size_t place) {
     int levels = 0;
-    const bool isText = token.type == TokenType::CharacterLiteral || token.type == TokenType::StringLiteral ||
-                        token.type == TokenType::Unrecognized;
-    for (const char16_t c : isText ? std::u16string_view() : std::u16string_view(token.lexeme)) {
+    const TokenType type = faulty.getType(place);
+    const bool isText = type == TokenType::CharacterLiteral || type == TokenType::StringLiteral ||
+                        type == TokenType::Unrecognized;
+    for (const char16_t c : isText ? std::u16string_view() : faulty.getLexeme(place)) {
         if (const auto bracket = lexer::findBracket(c)) {
             levels += lexer::isOpening(*bracket) ? 1 : -1;
         }
@@ -89,7 +88,7 @@ int countBrackets(const Token& token) {
 std::vector<std::size_t> findOpenBrackets(const FaultyText& faulty, std::size_t place) {
     std::vector<std::size_t> open;
     for (std::size_t i = findLineStart(faulty, place); i < place; ++i) {
-        const auto bracket = lexer::findBracket(faulty.getToken(i).lexeme.front());
+        const auto bracket = lexer::findBracket(faulty.getLexeme(i).front());
         if (bracket && lexer::isOpening(*bracket)) {
             open.push_back(i);
         } else if (bracket && !open.empty()) {
@@ -111,7 +110,7 @@ std::vector<Replacement> continueLines(const FaultyText& faulty, std::size_t pla
         if (faulty.getType(place) == lineEnd) {
             continuations.push_back(insertAfter(faulty, place - 1, u" ..."));
         } else {
-            open += countBrackets(faulty.getToken(place));
+            open += countBrackets(faulty, place);
         }
     }
     return continuations;
@@ -126,7 +125,7 @@ void findMissingContinuation(const FaultyText& faulty, const SyntaxError& error,
     const std::vector<std::size_t> open = findOpenBrackets(faulty, place);
     auto continuations = continueLines(faulty, place, open.size());
     if (!continuations.empty()) {
-        const Token& bracket = faulty.getToken(open.back());
+        const Token bracket = faulty.getToken(open.back());
         found.push_back(
             {std::move(continuations),
              makeError(u"UnclosedBracket",
@@ -159,15 +158,16 @@ void findSplitElseif(const FaultyText& faulty, const SyntaxError& error, Correct
     const std::size_t last = findPlace(faulty, error);
     const std::size_t first = last - std::min(last, maximalDistance);
     for (std::size_t place = first + 1; place < last; ++place) {
-        const Token& branch = faulty.getToken(place - 1);
+        const CodeToken& branch = faulty.codes[place - 1];
         const bool isSplit = faulty.getType(place) == keyword::If && branch.type == keyword::Else &&
-                             branch.line == faulty.getToken(place).line;
+                             branch.line == faulty.codes[place].line;
         if (!isSplit || hasOwnEnd(faulty, place)) {
             continue;
         }
         const std::size_t length = faulty.codes[place].position + 2 - faulty.codes[place - 1].position;
         SyntaxError advice =
-            makeError(u"UnclosedBlock", u"'else if' opens a new block: did you mean 'elseif'?", branch);
+            makeError(u"UnclosedBlock", u"'else if' opens a new block: did you mean 'elseif'?",
+                      faulty.getToken(place - 1));
         advice.length = static_cast<std::uint32_t>(length);
         found.push_back({{replace(faulty, place - 1, length, u"elseif")}, std::move(advice)});
     }
@@ -234,7 +234,7 @@ void findMisspelledKeyword(const FaultyText& faulty, const SyntaxError& error, C
     const auto isAfter = [](std::size_t place, const DoubtfulWord& word) { return place < word.place; };
     auto next = std::upper_bound(faulty.doubtful.begin(), faulty.doubtful.end(), last, isAfter);
     while (next != faulty.doubtful.begin() && (--next)->place >= first && found.size() < maximalGuesses) {
-        const Token& word = faulty.getToken(next->place);
+        const Token word = faulty.getToken(next->place);
         for (const std::u16string_view keyword : next->keywords) {
             found.push_back({{replace(faulty, next->place, word.lexeme.size(), std::u16string(keyword))},
                              makeError(u"MisspelledKeyword",
@@ -248,7 +248,7 @@ void findMisspelledKeyword(const FaultyText& faulty, const SyntaxError& error, C
 /// The text of the tokens from `first` to `last` as spaces and line ends.
 std::u16string blankOut(const FaultyText& faulty, std::size_t first, std::size_t last) {
     const std::size_t begin = faulty.codes[first].position;
-    const std::size_t end = faulty.codes[last].position + faulty.getToken(last).lexeme.size();
+    const std::size_t end = faulty.codes[last].position + faulty.codes[last].length;
     std::u16string blank(faulty.text.substr(begin, end - begin));
     std::replace_if(
         blank.begin(), blank.end(), [](char16_t c) { return c != u'\n' && c != u'\r'; }, u' ');
@@ -259,12 +259,11 @@ std::u16string blankOut(const FaultyText& faulty, std::size_t first, std::size_t
 /// it comes after another statement. Neither its lines nor its `end` are further faults.
 void findArgumentsWithoutBlock(const FaultyText& faulty, const SyntaxError& error, Corrections& found) {
     const auto isEnd = [&](std::size_t place) {
-        return startsStatement(faulty.codes, place) && faulty.getToken(place).lexeme == u"end";
+        return startsStatement(faulty.codes, place) && faulty.getLexeme(place) == u"end";
     };
     const std::size_t place = findPlace(faulty, error);
     std::size_t first = place;
-    while (first > 0 &&
-           !(faulty.getToken(first).lexeme == u"arguments" && startsStatement(faulty.codes, first))) {
+    while (first > 0 && !(faulty.getLexeme(first) == u"arguments" && startsStatement(faulty.codes, first))) {
         if (faulty.getType(first) == TokenType::Function || first + 1000 < place) {
             return;
         }
@@ -282,7 +281,7 @@ void findArgumentsWithoutBlock(const FaultyText& faulty, const SyntaxError& erro
     }
     std::u16string blank = blankOut(faulty, first, last);
     const std::size_t length = blank.size();
-    const bool isHeaderFaulty = error.line == faulty.getToken(first).line;
+    const bool isHeaderFaulty = error.line == faulty.codes[first].line;
     found.push_back(
         {{replace(faulty, first, length, std::move(blank))},
          isHeaderFaulty
@@ -341,7 +340,7 @@ void findForeignOperator(const FaultyText& faulty, const SyntaxError& error, Cor
 
 } // namespace
 
-std::vector<DoubtfulWord> findDoubtfulWords(const std::vector<Token>& tokens, const Codes& codes) {
+std::vector<DoubtfulWord> findDoubtfulWords(std::u16string_view text, const Codes& codes) {
     std::vector<DoubtfulWord> words;
     for (std::size_t place = 0; place < codes.size(); ++place) {
         const TokenType type = codes[place].type;
@@ -349,7 +348,8 @@ std::vector<DoubtfulWord> findDoubtfulWords(const std::vector<Token>& tokens, co
         if (!isName || !startsStatement(codes, place)) {
             continue;
         }
-        if (auto keywords = findMeantKeywords(tokens[codes[place].index].lexeme); !keywords.empty()) {
+        if (auto keywords = findMeantKeywords(text.substr(codes[place].position, codes[place].length));
+            !keywords.empty()) {
             words.push_back({place, std::move(keywords)});
         }
     }

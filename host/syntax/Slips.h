@@ -31,18 +31,19 @@ struct DoubtfulWord {
     std::vector<std::u16string_view> keywords;
 };
 
-/// All such names of a text, in its order. `codes` are those of `tokens`.
-std::vector<DoubtfulWord> findDoubtfulWords(const std::vector<Token>& tokens,
-                                            const std::vector<CodeToken>& codes);
+/// All such names of a text, in its order. `codes` are its tokens.
+std::vector<DoubtfulWord> findDoubtfulWords(std::u16string_view text, const std::vector<CodeToken>& codes);
 
 /// A text that doesn't parse, with its tokens, all of which have to outlive it.
 struct FaultyText {
-    const Token& getToken(std::size_t place) const { return tokens[codes[place].index]; }
+    Token getToken(std::size_t place) const { return makeToken(text, codes[place]); }
     TokenType getType(std::size_t place) const { return codes[place].type; }
+    std::u16string_view getLexeme(std::size_t place) const {
+        return text.substr(codes[place].position, codes[place].length);
+    }
 
     std::u16string_view text;
-    const std::vector<Token>& tokens;
-    const std::vector<CodeToken>& codes; ///< of `tokens`, see TokenCursor; places are indexes into these
+    const std::vector<CodeToken>& codes;       ///< see TokenCursor; places are indexes into these
     const std::vector<DoubtfulWord>& doubtful; ///< of the text
 };
 

@@ -204,7 +204,7 @@ NodeList Parser::parseWords(const Node* parent) {
     const std::size_t mark = pending.size();
     while (isAt(TokenType::CommandWord)) {
         auto* word = make<Identifier<CA>>(cursor.get());
-        word->text = text.substr(word->position, cursor.getLength(cursor.get()));
+        word->text = text.substr(word->position, cursor.get().length);
         pending.push_back(word);
         cursor.advance();
     }
@@ -231,8 +231,7 @@ const Node* Parser::parseExpressionStatement() {
 void Parser::checkTarget(const Node* target, const CodeToken& at) {
     if (!isAssignable(target->kind)) {
         fail(u"InvalidTarget",
-             u"the expression that starts with " + quoteToken(cursor.getToken(at)) + u" can't be assigned to",
-             at);
+             u"the expression that starts with " + quoteToken(getToken(at)) + u" can't be assigned to", at);
     }
 }
 

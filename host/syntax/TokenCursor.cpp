@@ -65,30 +65,33 @@ private:
 
 } // namespace
 
-TokenCursor::TokenCursor(const std::vector<Token>& tokens) : tokens(tokens) {
+Token makeToken(std::u16string_view text, const CodeToken& code) {
+    return {code.type, std::u16string(text.substr(code.position, code.length)), code.line, code.column};
+}
+
+TokenCursor::TokenCursor(std::u16string_view text, std::span<const TokenSpan> tokens) {
     codes.reserve(tokens.size() + 1);
     LineEndFilter filter;
-    std::size_t position = 0;
+    lexer::TokenPlace at;
     std::size_t openComments = 0;
     bool isAfterGap = false;
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        const Token& token = tokens[i];
-        const CodeToken code{token.type, static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(position),
-                             isAfterGap};
-        position += token.lexeme.size();
-        isAfterGap = token.isWhitespace();
+    for (const TokenSpan& token : tokens) {
+        const CodeToken code{token.type, isAfterGap, at.position, token.length, at.line, at.column};
+        at.pass(text, token);
+        isAfterGap = lexer::isWhitespace(token.type);
         if (!isAfterGap) {
             filter.passCode(token.type);
             codes.push_back(code);
             continue;
         }
         if (token.type == TokenType::BlockCommentOpen && openComments++ == 0) {
-            unclosedComment = code.index;
+            unclosedComment = code;
         } else if (token.type == TokenType::BlockCommentClose && --openComments == 0) {
             unclosedComment.reset();
         }
         if (filter.passTrivia(token.type) && (codes.empty() || codes.back().type != lineEnd)) {
-            codes.push_back({lineEnd, code.index, code.position, code.isAfterGap});
+            codes.push_back(code);
+            codes.back().type = lineEnd;
         }
     }
     codes.push_back(codes.back());

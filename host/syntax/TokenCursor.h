@@ -1,17 +1,20 @@
 #pragma once
 
 #include "ca/lexer/KeywordTypes.h"
-#include "ca/lexer/Token.h"
+#include "ca/lexer/TokenSpan.h"
 #include "lexer/Keywords.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace ca::syntax {
 
 using lexer::Token;
+using lexer::TokenSpan;
 using lexer::TokenType;
 namespace keyword = lexer::keyword;
 
@@ -21,17 +24,22 @@ namespace keyword = lexer::keyword;
 /// Several line ends in a row are one. Its number is that of LF, however the line ends are spelled.
 struct CodeToken {
     TokenType type;
-    std::uint32_t index;    ///< of the token in the token list
-    std::uint32_t position; ///< of its first character in the text
     bool isAfterGap;        ///< there is whitespace, a comment or a continuation before it
+    std::uint32_t position; ///< of its first character in the text, 16-bit characters from 0
+    std::uint32_t length;   ///< in 16-bit characters
+    std::uint32_t line;     ///< from 1
+    std::uint32_t column;   ///< 16-bit characters, from 1
 };
+
+/// The token itself, for messages.
+Token makeToken(std::u16string_view text, const CodeToken& code);
 
 constexpr TokenType lineEnd = TokenType::LineEnding75;
 
-/// The grammar's view of a token list, with one place in it. The list has to outlive the cursor.
+/// The grammar's view of the tokens of a text, with one place among them.
 class TokenCursor {
 public:
-    explicit TokenCursor(const std::vector<Token>& tokens);
+    TokenCursor(std::u16string_view text, std::span<const TokenSpan> tokens);
 
     const CodeToken& get() const { return codes[place]; }
     TokenType getType() const { return codes[place].type; }
@@ -69,20 +77,16 @@ public:
     std::size_t getPlace() const { return place; }
     void moveTo(std::size_t newPlace) { place = newPlace; }
 
-    const Token& getToken(const CodeToken& code) const { return tokens[code.index]; }
-    std::size_t getLength(const CodeToken& code) const { return tokens[code.index].lexeme.size(); }
-
     /// All tokens of code, with two `EndOfInput` at the end.
     const std::vector<CodeToken>& getCodes() const { return codes; }
 
     /// The opening line of a block comment that runs to the end of the text, if there is one.
-    const std::optional<std::uint32_t>& getUnclosedComment() const { return unclosedComment; }
+    const std::optional<CodeToken>& getUnclosedComment() const { return unclosedComment; }
 
 private:
-    const std::vector<Token>& tokens;
     std::vector<CodeToken> codes;
     std::size_t place = 0;
-    std::optional<std::uint32_t> unclosedComment;
+    std::optional<CodeToken> unclosedComment;
 };
 
 using lexer::dividesBlock;

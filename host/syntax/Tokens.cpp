@@ -53,8 +53,8 @@ void Parser::closeBracket(const CodeToken& open) {
 void Parser::failUnclosed(const CodeToken& open) {
     const auto spelling = std::u16string(1, u"()[]{}"[static_cast<int>(getPartner(open.type)) - 37]);
     fail(u"UnclosedBracket",
-         u"expected '" + spelling + u"' to close the " + quoteToken(cursor.getToken(open)) +
-             describePlace(open) + u" before " + quoteCurrent(),
+         u"expected '" + spelling + u"' to close the " + quoteToken(getToken(open)) + describePlace(open) +
+             u" before " + quoteCurrent(),
          cursor.get());
 }
 

@@ -11,7 +11,6 @@
 
 #include "syntax/explainErrors.h"
 
-#include "ca/lexer/lex.h"
 #include "syntax/Parser.h"
 #include "syntax/Slips.h"
 
@@ -31,24 +30,21 @@ constexpr std::size_t maximalCharacters = 2 * 1024 * 1024; // in all guesses tog
 /// A text with some mistakes corrected, and the errors that are left.
 struct Draft {
     std::u16string text;
-    std::vector<Token> tokens;
     std::vector<CodeToken> codes;
     std::vector<SyntaxError> errors;
 };
 
-void tokenize(Draft& draft) {
-    draft.tokens = lexer::lex(draft.text);
-    draft.codes = TokenCursor(draft.tokens).getCodes();
+std::vector<CodeToken> listCodes(const std::u16string& text) {
+    return TokenCursor(text, lexer::lexSpans(text)).getCodes();
 }
 
 Draft parseDraft(std::u16string text) {
-    Draft draft{std::move(text), {}, {}, {}};
-    tokenize(draft);
+    const std::vector<TokenSpan> tokens = lexer::lexSpans(text);
     Arena arena;
     SyntaxErrors errors;
-    Parser(draft.text, draft.tokens, arena, errors).parseFile();
-    draft.errors = errors.take();
-    return draft;
+    Parser(text, tokens, arena, errors).parseFile();
+    std::vector<CodeToken> codes = TokenCursor(text, tokens).getCodes();
+    return {std::move(text), std::move(codes), errors.take()};
 }
 
 std::u16string applyTo(const std::u16string& text, const std::vector<Replacement>& replacements) {
@@ -90,10 +86,8 @@ bool isBetter(const std::vector<SyntaxError>& left, const std::vector<SyntaxErro
 class Explanation {
 public:
     Explanation(const std::u16string& text, std::vector<SyntaxError> errors)
-        : draft{text, {}, {}, std::move(errors)} {
-        tokenize(draft);
-        doubtful = findDoubtfulWords(draft.tokens, draft.codes);
-    }
+        : draft{text, listCodes(text), std::move(errors)},
+          doubtful(findDoubtfulWords(draft.text, draft.codes)) {}
 
     std::vector<SyntaxError> collectErrors() {
         for (std::size_t next = 0; next < draft.errors.size() && canGuess();) {
@@ -114,7 +108,7 @@ private:
 
     /// Puts right what the error at `index` comes from, if that can be told.
     bool explain(std::size_t index) {
-        const FaultyText faulty{draft.text, draft.tokens, draft.codes, doubtful};
+        const FaultyText faulty{draft.text, draft.codes, doubtful};
         for (Correction& slip : findSlips(faulty, draft.errors[index])) {
             if (!canGuess()) {
                 return false;
@@ -125,7 +119,7 @@ private:
             if (isBetter(better.errors, draft.errors)) {
                 addError(std::move(slip.error));
                 draft = std::move(better);
-                doubtful = findDoubtfulWords(draft.tokens, draft.codes);
+                doubtful = findDoubtfulWords(draft.text, draft.codes);
                 corrections.push_back(std::move(slip.replacements));
                 return true;
             }

@@ -14,6 +14,10 @@
 
 namespace ca {
 
+namespace lexer {
+struct TokenSpan;
+}
+
 /// A parsed file. Owns the syntax tree and the text that its identifiers point into.
 class OMBREL_HOST_API AnalysisResult {
 public:
@@ -25,6 +29,10 @@ public:
     /// The tokens of the text as `lexer::lex` gives them, for whoever needs both. In this host they are
     /// always there. Null if the analysis keeps none: then the text has to be tokenized again.
     virtual std::shared_ptr<const std::vector<lexer::Token>> getTokens() const;
+
+    /// The same tokens by type and length, for whoever needs no texts. Valid as long as this object. Null if
+    /// the analysis keeps none.
+    virtual const std::vector<lexer::TokenSpan>* getTokenSpans() const;
 };
 
 /// Parses single files. Holds no state between calls; any number of threads may use one at once.

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <ca/lexer/Token.h>
+#include <ca/lexer/TokenSpan.h>
 
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -10,13 +9,6 @@
 namespace ca::lexer {
 
 class Lexer;
-
-/// A token without its text. The tokens of a text follow each other without a gap, so the lengths tell where
-/// each of them is.
-struct TokenSpan {
-    TokenType type;
-    std::uint32_t length; ///< in 16-bit characters
-};
 
 /// Delivers the tokens of lex() a line at a time, for callers who need few of them: it costs neither a list
 /// of all tokens nor a copy of their text.
