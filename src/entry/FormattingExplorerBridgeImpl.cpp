@@ -2,6 +2,7 @@
 
 #include "config/FormattingConfig.h"
 #include "config/FormattingSection.h"
+#include "entry/formatInParts.h"
 #include "pass/FormatPass.h"
 #include "tree/DebugText.h"
 #include "tree/FormatTree.h"
@@ -23,6 +24,8 @@
 
 namespace {
 
+using ca::formatting::FormatPass;
+using ca::formatting::formatSource;
 using ca::formatting::FormattingConfig;
 using ca::formatting::FormatTree;
 using ca::formatting::makeDebugStream;
@@ -85,10 +88,6 @@ std::vector<ConfigIssue> sortByPlace(Issues sourceIssues, Issues sectionIssues) 
     return sorted;
 }
 
-std::u16string formatTree(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config) {
-    return ca::formatting::FormatPass(std::move(tree), std::move(config)).run();
-}
-
 } // namespace
 
 std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& sourceText,
@@ -104,7 +103,7 @@ std::u16string FormattingExplorerBridgeImpl::format(const std::u16string& source
     if (!config->getSourceIssues().empty() || !formattingConfig->getIssues().empty()) {
         return listIssues(config->getSourceIssues(), formattingConfig->getIssues());
     }
-    return formatTree(std::make_shared<FormatTree>(sourceText), formattingConfig);
+    return FormatPass(std::make_shared<FormatTree>(sourceText), formattingConfig).run();
 }
 
 TreeFormatResult FormattingExplorerBridgeImpl::formatParsed(const TreeFormatRequest& request) {
@@ -116,5 +115,5 @@ TreeFormatResult FormattingExplorerBridgeImpl::formatParsed(const TreeFormatRequ
     if (!issues.empty()) {
         return issues;
     }
-    return formatTree(std::make_shared<FormatTree>(request.source, request.commentLines), config);
+    return formatSource(request, config);
 }

@@ -7,6 +7,8 @@
 #include <ca/formatting/TreeFormat.h>
 #include <lf/astapi/getPageSize.h>
 
+#include <utility>
+
 namespace ca::formatting {
 
 namespace {
@@ -28,20 +30,29 @@ FormatTree::FormatTree(const std::u16string& sourceText) : FormatTree(lf::astapi
     const auto analyzer = ca::createSingleFileAnalyzer(); // outlives the syntax tree that it made
     const auto analysis = parse(*analyzer, sourceText);
     tokens = getTokens(*analysis, sourceText);
-    build(*analysis, CommentLines::AsWritten);
+    build(*analysis, getWhole(*analysis->getProgramFile()), CommentLines::AsWritten);
 }
 
 FormatTree::FormatTree(const ParsedSource& source, CommentLines commentLines)
     : FormatTree(lf::astapi::internal::getPageSize()) {
     tokens = source.tokens;
-    build(*source.analysis, commentLines);
+    build(*source.analysis, getWhole(*source.analysis->getProgramFile()), commentLines);
 }
 
-void FormatTree::build(const ca::AnalysisResult& analysis, CommentLines commentLines) {
-    const ParsedNodes parsed = parseNodes(*analysis.getProgramFile(), *tokens, commentLines, home);
+FormatTree::FormatTree(const ca::AnalysisResult& analysis, const FilePart& part,
+                       std::shared_ptr<const Tokens> tokensOfPart, CommentLines commentLines)
+    : FormatTree(lf::astapi::internal::getPageSize()) {
+    tokens = std::move(tokensOfPart);
+    build(analysis, part, commentLines);
+}
+
+void FormatTree::build(const ca::AnalysisResult& analysis, const FilePart& part, CommentLines commentLines) {
+    const ParsedNodes parsed = parseNodes(*analysis.getProgramFile(), part, *tokens, commentLines, home);
     rootText = parsed.rootText;
     rootIndent = parsed.rootIndent;
     firstLeaf = parsed.firstLeaf;
+    lastLeaf = parsed.lastLeaf;
+    tokenCount = parsed.tokenCount;
 }
 
 } // namespace ca::formatting

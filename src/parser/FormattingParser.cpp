@@ -39,13 +39,21 @@ using SyntaxList = NodeList<CA>;
 class FormattingParser : NodeBuilder {
 public:
     using NodeBuilder::getFirstLeaf;
+    using NodeBuilder::getLastLeaf;
     using NodeBuilder::getProgramIndentNode;
+    using NodeBuilder::getTokenCount;
     using NodeBuilder::NodeBuilder;
 
-    ContainerNode* wholeFile(const ProgramFile<CA>& node) {
-        ContainerNode* root = programFile(node);
+    ContainerNode* filePart(const ProgramFile<CA>& node, const FilePart& part) {
+        Rule rule(*this);
+        for (std::size_t i = part.firstStatement; i < part.endStatement; ++i) {
+            takeStatement(node.statements[i], rule);
+        }
+        if (part.isLast) {
+            rule.separator().token();
+        }
         getProgramIndentNode()->close();
-        return root;
+        return rule.container();
     }
 
     ContainerNode* programFile(const ProgramFile<CA>& node) {
@@ -131,18 +139,22 @@ private:
     /// caller. What comes before a nested function indents with it.
     void takeStatementList(const SyntaxList& list, Rule& rule) {
         for (const SyntaxNode* item : list) {
-            if (!ca::astapi::isNestedFunction(item)) {
-                rule.separator().child(item);
-                continue;
-            }
-            NestedFunctionIndentNode::FunctionReference function;
-            if (item->kind == NodeKind::Function) {
-                function = as<Function>(*item);
-            }
-            enterIndent<NestedFunctionIndentNode>(function);
-            rule.separator().child(item);
-            leaveIndent();
+            takeStatement(item, rule);
         }
+    }
+
+    void takeStatement(const SyntaxNode* item, Rule& rule) {
+        if (!ca::astapi::isNestedFunction(item)) {
+            rule.separator().child(item);
+            return;
+        }
+        NestedFunctionIndentNode::FunctionReference function;
+        if (item->kind == NodeKind::Function) {
+            function = as<Function>(*item);
+        }
+        enterIndent<NestedFunctionIndentNode>(function);
+        rule.separator().child(item);
+        leaveIndent();
     }
 
     /// The statements inside a block statement or one of its branches.
@@ -862,14 +874,21 @@ private:
 
 } // namespace
 
-ParsedNodes parseNodes(const ProgramFile<CA>& program, const std::vector<ca::lexer::Token>& tokens,
-                       CommentLines commentLines, NodeHome& home) {
+ParsedNodes parseNodes(const ProgramFile<CA>& program, const FilePart& part,
+                       const std::vector<ca::lexer::Token>& tokens, CommentLines commentLines,
+                       NodeHome& home) {
     FormattingParser parser(home, tokens, commentLines);
     ParsedNodes result;
-    result.rootText = parser.wholeFile(program);
+    result.rootText = parser.filePart(program, part);
     result.rootIndent = parser.getProgramIndentNode();
     result.firstLeaf = parser.getFirstLeaf();
+    result.lastLeaf = parser.getLastLeaf();
+    result.tokenCount = parser.getTokenCount();
     return result;
+}
+
+FilePart getWhole(const ProgramFile<CA>& program) {
+    return {0, program.statements.size(), true};
 }
 
 } // namespace ca::formatting

@@ -36,6 +36,10 @@ public:
 
     /// Null before there is one.
     LeafNode* getFirstLeaf() const { return firstLeaf; }
+    LeafNode* getLastLeaf() const { return lastLeaf; }
+
+    /// How many tokens have been claimed.
+    std::size_t getTokenCount() const { return tokenIndex; }
 
 protected:
     /// There must be one left; the last is `EndOfInput`.
@@ -85,6 +89,7 @@ private:
         auto* node = makeNode<NodeClass>(home, std::forward<Arguments>(arguments)...);
         if constexpr (std::is_base_of_v<LeafNode, NodeClass>) {
             firstLeaf = firstLeaf != nullptr ? firstLeaf : node;
+            lastLeaf = node;
         }
         return node;
     }
@@ -96,6 +101,7 @@ private:
     IndentNode* programIndentNode = nullptr;
     IndentNode* currentIndentNode = nullptr; ///< level of the leaves that are made now
     LeafNode* firstLeaf = nullptr;
+    LeafNode* lastLeaf = nullptr;
     std::vector<const ca::lexer::Token*> run; ///< the run that is being claimed; kept for its memory
     std::vector<WhitespaceItem> items;        ///< of the run; likewise
 };

@@ -40,8 +40,9 @@ char16_t getCharacter(FormattingConfig::IndentCharacter character) {
 
 } // namespace
 
-FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config)
-    : tree(std::move(tree)), config(std::move(config)), options(*this->config),
+FormatPass::FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config,
+                       std::uint64_t startColumn)
+    : tree(std::move(tree)), config(std::move(config)), startColumn(startColumn), options(*this->config),
       results(this->tree->getNodes()) {}
 
 std::u16string FormatPass::run() {
@@ -143,7 +144,7 @@ std::uint64_t FormatPass::getEndColumn(const LeafNode& leaf) const {
 
 std::uint64_t FormatPass::getPreviousEndColumn(const LeafNode& leaf) const {
     const auto previous = leaf.getPrevious();
-    return previous ? getEndColumn(**previous) : 0;
+    return previous ? getEndColumn(**previous) : startColumn;
 }
 
 const std::u16string& FormatPass::findIndentation(const IndentNode& level) const {

@@ -42,7 +42,9 @@ enum class WhitespaceDecision : std::uint32_t {
 /// std::out_of_range. Results are stored once: a second one for the same node is ignored.
 class FormatPass {
 public:
-    FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config);
+    /// The first leaf begins in the given column, which isn't 0 if the tree is of a part of a text.
+    FormatPass(std::shared_ptr<FormatTree> tree, std::shared_ptr<FormattingConfig> config,
+               std::uint64_t startColumn = 0);
     FormatPass(const FormatPass&) = delete;
     FormatPass& operator=(const FormatPass&) = delete;
 
@@ -59,7 +61,7 @@ public:
     /// Column after the leaf.
     std::uint64_t getEndColumn(const LeafNode& leaf) const;
 
-    /// Column after the leaf before `leaf`; 0 for the first leaf and after a line end.
+    /// Column after the leaf before `leaf`; for the first leaf the one that it begins in. 0 after a line end.
     std::uint64_t getPreviousEndColumn(const LeafNode& leaf) const;
 
     /// What a rewritten line start at this level consists of.
@@ -128,6 +130,7 @@ private:
 
     std::shared_ptr<FormatTree> tree;
     std::shared_ptr<FormattingConfig> config;
+    std::uint64_t startColumn;
     mutable OptionCache options;
     std::vector<FormatNode*> missing; ///< dependencies of the waiting nodes that may not have run
     std::vector<Waiting> waiting;     ///< a stack: each waits for the one above it

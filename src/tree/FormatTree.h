@@ -19,6 +19,7 @@ class AnalysisResult;
 namespace ca::formatting {
 
 enum class CommentLines : std::uint8_t;
+struct FilePart;
 struct ParsedSource;
 class FormatNode;
 class IndentNode;
@@ -42,8 +43,14 @@ public:
     /// text doesn't parse.
     explicit FormatTree(const std::u16string& sourceText);
 
-    /// Builds the tree of a text that parses. Shares its tokens and needs the rest of it no longer.
+    /// Builds the tree of a text that parses, whose tokens have to be there. Shares these and needs the rest
+    /// of it no longer.
     FormatTree(const ParsedSource& source, CommentLines commentLines);
+
+    /// The same for a part of such a text. What is under the outermost level, and under the outermost
+    /// container, is what the tree of the whole text has there.
+    FormatTree(const ca::AnalysisResult& analysis, const FilePart& part,
+               std::shared_ptr<const std::vector<ca::lexer::Token>> tokensOfPart, CommentLines commentLines);
 
     FormatTree(const FormatTree&) = delete;
     FormatTree& operator=(const FormatTree&) = delete;
@@ -55,6 +62,12 @@ public:
 
     /// Start of the chain of leaves; empty for a tree without leaves.
     std::optional<LeafNode*> getFirstLeaf() const { return firstLeaf; }
+
+    /// End of the chain of leaves when the tree was built; null for a tree without leaves.
+    LeafNode* getLastLeaf() const { return lastLeaf; }
+
+    /// How many of its tokens are in a leaf, from the first one on: all, unless it is the tree of a part.
+    std::size_t getTokenCount() const { return tokenCount; }
 
     /// The leaves as a table, one a row.
     std::u16string dumpLeaves() const;
@@ -70,7 +83,7 @@ protected:
     explicit FormatTree(std::size_t pageSize) : allocator(pageSize) {}
 
 private:
-    void build(const ca::AnalysisResult& analysis, CommentLines commentLines);
+    void build(const ca::AnalysisResult& analysis, const FilePart& part, CommentLines commentLines);
 
 protected:
     // Destroyed in reverse order: the nodes first, then the tokens that they point at.
@@ -78,6 +91,8 @@ protected:
     TextNode* rootText = nullptr;     ///< a container of kind `None`
     IndentNode* rootIndent = nullptr; ///< a ProgramIndentNode
     std::optional<LeafNode*> firstLeaf;
+    LeafNode* lastLeaf = nullptr;
+    std::size_t tokenCount = 0;
     std::shared_ptr<const std::vector<ca::lexer::Token>> tokens;
     lf::astapi::AstNodeAllocator allocator;
     NodeHome home{allocator, nodes};

@@ -1,5 +1,7 @@
 #include "support/TreeFormatting.h"
 
+#include "entry/formatInParts.h"
+
 #include "pass/FormatPass.h"
 
 #include <ca/lexer/lex.h>
@@ -100,6 +102,5 @@ std::u16string formatText(const std::u16string& text, const TestOptions& options
 }
 
 std::u16string formatParsed(const TreeFormatRequest& request, const TestOptions& options) {
-    const auto tree = std::make_shared<FormatTree>(request.source, request.commentLines);
-    return FormatPass(tree, makeConfig(options)).run();
+    return formatSource(request, makeConfig(options));
 }

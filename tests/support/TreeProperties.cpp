@@ -1,11 +1,13 @@
 #include "support/TreeProperties.h"
 
+#include "entry/formatInParts.h"
 #include "support/ClaimChecker.h"
 #include "support/TreeBuilder.h"
 #include "support/TreeInvariantChecker.h"
 #include "tree/LeafNode.h"
 
 #include <ca/Analyzer.h>
+#include <ca/formatting/TreeFormat.h>
 #include <ca/lexer/lex.h>
 
 #include <stdexcept>
@@ -46,6 +48,30 @@ std::size_t countLeaves(const FormatTree& tree) {
     return count;
 }
 
+class ListReader final : public TokenReader {
+public:
+    explicit ListReader(const std::u16string& text) : list(ca::lexer::lex(text)) {}
+
+    void read(std::size_t position, Tokens& tokens) override {
+        for (; next < list.size() && offset <= position; ++next) {
+            offset += list[next].lexeme.size();
+            tokens.push_back(list[next]);
+        }
+    }
+
+private:
+    Tokens list;
+    std::size_t next = 0;
+    std::size_t offset = 0;
+};
+
+/// The shortest part is a statement.
+std::u16string formatByStatements(const std::u16string& text, const TestOptions& options) {
+    const auto analysis = ca::createSingleFileAnalyzer()->parseSourceCode(text);
+    ListReader reader(text);
+    return formatInParts(*analysis, reader, CommentLines::AsWritten, makeConfig(options), 1);
+}
+
 std::string findFaultOfTree(const std::u16string& text, const FormatTree& tree) {
     const auto analysis = ca::createSingleFileAnalyzer()->parseSourceCode(text);
     try {
@@ -80,7 +106,11 @@ std::string findTreeFault(const std::u16string& text, const TestOptions& options
     if (withoutLeadingBlanks(formatTree(tree, makeConfig(indentation))) != withoutLeadingBlanks(text)) {
         return "indentation changes more than line starts";
     }
-    if (getCode(formatTree(tree, makeConfig(options))) != getCode(text)) {
+    const std::u16string formatted = formatTree(tree, makeConfig(options));
+    if (formatByStatements(text, options) != formatted) {
+        return "statement by statement it comes out as another text";
+    }
+    if (getCode(formatted) != getCode(text)) {
         return "code or comments change";
     }
     return {};

@@ -15,6 +15,7 @@ std::u16string getCode(std::u16string text);
 /// - With nothing switched on the formatted text is the text, line ends aside: those in a gap that is
 ///   rendered from its items become LF, those in a gap between words or inside a list stay.
 /// - With indentation alone each line keeps all but its leading whitespace, and there are as many lines.
+/// - Formatted statement by statement it comes out as when it is formatted as a whole.
 /// - Under `options` nothing but whitespace, line ends, commas, semicolons and continuations comes or goes.
 ///
 /// Throws ca::SyntaxErrorException if the text doesn't parse.

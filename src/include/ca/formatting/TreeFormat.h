@@ -7,6 +7,7 @@
 #include <ca/lexer/Token.h>
 #include <ca/lexer/lex.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -24,7 +25,7 @@ using Tokens = std::vector<ca::lexer::Token>;
 /// Nothing changes it once it is made, so any number of threads may share it.
 struct ParsedSource {
     std::shared_ptr<const ca::AnalysisResult> analysis; ///< null if the text doesn't parse
-    std::shared_ptr<const Tokens> tokens;               ///< of the whole text, whether it parses or not
+    std::shared_ptr<const Tokens> tokens;               ///< of the whole text; null if nobody asked for it
     std::vector<ca::SyntaxError> errors;                ///< empty if the text parses
 };
 
@@ -40,17 +41,23 @@ std::shared_ptr<const Tokens> getTokens(const Analysis& analysis, const std::u16
     return std::make_shared<const Tokens>(ca::lexer::lex(text));
 }
 
-/// Parses and tokenizes a text. Throws what the host throws for other reasons than syntax errors,
-/// std::bad_alloc above all.
-inline ParsedSource parseSource(const std::u16string& text) {
+/// Parses a text, without a list of its tokens. Throws what the host throws for other reasons than syntax
+/// errors, std::bad_alloc above all.
+inline ParsedSource parseProgram(const std::u16string& text) {
     ParsedSource source;
     try {
         source.analysis = ca::createSingleFileAnalyzer()->parseSourceCode(text);
-        source.tokens = getTokens(*source.analysis, text);
     } catch (const ca::SyntaxErrorException& exception) {
         source.errors = exception.getErrors();
-        source.tokens = std::make_shared<const Tokens>(ca::lexer::lex(text));
     }
+    return source;
+}
+
+/// Parses and tokenizes a text.
+inline ParsedSource parseSource(const std::u16string& text) {
+    ParsedSource source = parseProgram(text);
+    source.tokens = source.analysis != nullptr ? getTokens(*source.analysis, text)
+                                               : std::make_shared<const Tokens>(ca::lexer::lex(text));
     return source;
 }
 
@@ -76,13 +83,27 @@ enum class CommentLines : std::uint8_t {
     Aligned,
 };
 
+/// Delivers the tokens of a text in order, for whoever never needs all at once.
+class TokenReader {
+public:
+    virtual ~TokenReader() = default;
+
+    /// Appends those that are left up to the token at this position in the text, or up to the end of the
+    /// text. Counts 16-bit characters from 0.
+    virtual void read(std::size_t position, Tokens& tokens) = 0;
+};
+
 /// One text to format. The tree formatter reads source and configuration and keeps neither.
 struct TreeFormatRequest {
+    /// Its tokens are needed unless there is a reader. Throws std::invalid_argument if there is neither.
     const ParsedSource& source;
     /// Has to have a JSON, factory, legacy or preference source. Its options are read when it is used for
     /// the first time; after that any number of requests, on any threads, may share it.
     std::shared_ptr<const ca::config::Config> config;
     CommentLines commentLines = CommentLines::AsWritten;
+    /// If there is one, a long text takes little more memory for its formatting than its longest statement of
+    /// the outermost level. It has read nothing yet, and all is read when the text has been formatted.
+    TokenReader* reader = nullptr;
 };
 
 /// The formatted text, or every syntax error of the source, or every issue of the configuration and of its
