@@ -117,8 +117,8 @@ std::string sketch(const std::u16string& text) {
 
 /// What the formatter makes of the text by itself.
 std::u16string formatAlone(const std::u16string& text, const TreeOptions& options) {
-    const ParsedText source(text);
-    const auto result = bridge({source.parsed, options.config, ca::formatting::CommentLines::Aligned});
+    const auto result =
+        bridge({ca::formatting::parseSource(text), options.config, ca::formatting::CommentLines::Aligned});
     return std::get<std::u16string>(result);
 }
 
@@ -162,7 +162,7 @@ bool contains(const std::vector<Edit>& edits, const Edit& wanted) {
 bool isInBlockComment(const std::u16string& text, std::size_t offset) {
     for (const ca::lexer::Token& token : ca::lexer::lex(text)) {
         if (offset < token.lexeme.size()) {
-            return isLineOfBlock(token);
+            return isLineOfBlock(token.type);
         }
         offset -= token.lexeme.size();
     }
@@ -173,10 +173,10 @@ bool isInBlockComment(const std::u16string& text, std::size_t offset) {
 /// the statement, so they stay if that isn't in the range.
 bool isInLiteralSince(const std::u16string& text, std::size_t offset, std::uint32_t line) {
     const ParsedText source(text);
-    const GapList gaps(text, *source.parsed.tokens);
+    const GapList gaps(text, source.getTokens());
     const SyntaxContext syntax(gaps, *source.parsed.analysis->getProgramFile());
     const std::size_t gap = gaps.find(offset);
-    return syntax.getLiteral(gap) && gaps.getToken(syntax.getUnit(gap)).line <= line;
+    return syntax.getLiteral(gap) && findLine(text, gaps.getEnd(syntax.getUnit(gap))) <= line;
 }
 
 /// Formats the text in two parts. Each changes its own lines only, and nothing when it is formatted again;
@@ -313,7 +313,7 @@ TEST(TreeEdits, AreNotMadeOfAFaultyText) {
 TEST(TreeEdits, AreTakenBackStepByStep) {
     const std::u16string source = u"a = 1;\nb = [2\n3];\nc = 4;\n";
     const ParsedText parsed(source);
-    const GapList gaps(source, *parsed.parsed.tokens);
+    const GapList gaps(source, parsed.getTokens());
     const auto alignment = GapAlignment::make(gaps, u"a=1;\n\nb= [ 2\n3];\n\nc=4;\n");
     ASSERT_TRUE(alignment);
     GapChoices choices(gaps, *alignment);
@@ -349,7 +349,7 @@ Edits makeGapEdits(const GapList& gaps, const std::vector<Edit>& edits) {
 TEST(TreeEdits, AreCheckedAfterAll) {
     const std::u16string source = u"x = [1, 2; 3 4]; y = 'b  c'; % why\n";
     const ParsedText parsed(source);
-    const GapList gaps(source, *parsed.parsed.tokens);
+    const GapList gaps(source, parsed.getTokens());
     const std::vector<Edit> impossible[] = {
         {{9, 1, u""}, {8, 1, u""}}, // in another order, the second in a token
         {{23, 2, u" "}},            // in a string

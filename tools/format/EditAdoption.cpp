@@ -20,7 +20,7 @@ Edits adoptLineEdges(const std::u16string& text, std::vector<Edit> edits) {
 }
 
 Result<Edits> adoptGaps(const ParsedText& source, std::vector<Edit> edits) {
-    const GapList gaps(source.text, *source.parsed.tokens);
+    const GapList gaps(source.text, source.getTokens());
     GapEditor editor(gaps);
     editor.enter(0);
     std::size_t entered = 0;

@@ -1,6 +1,7 @@
 #include "format/Escalation.h"
 
 #include "format/GapText.h"
+#include "text/LineSplitter.h"
 #include "text/Whitespace.h"
 
 #include <algorithm>
@@ -90,9 +91,10 @@ void Escalation::keepEdges(std::size_t unit) {
 
 std::vector<LineRange> Escalation::getKeptLines() const {
     std::vector<LineRange> lines;
+    LineCounter counter(input.gaps.getSource());
     for (const std::size_t unit : kept) {
-        const auto& last = input.gaps.getToken(input.syntax.getUnitEnd(unit) - 1);
-        lines.push_back({input.gaps.getToken(unit).line, last.line});
+        const std::uint32_t first = counter.getLine(input.gaps.getEnd(unit));
+        lines.push_back({first, counter.getLine(input.gaps.getEnd(input.syntax.getUnitEnd(unit) - 1))});
     }
     return lines;
 }

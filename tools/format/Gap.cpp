@@ -6,14 +6,13 @@ namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 
-bool isCode(const Token& token) {
-    return !token.isWhitespace() && !isSeparator(token);
+bool isCode(TokenType type) {
+    return !ca::lexer::isWhitespace(type) && !isSeparator(type);
 }
 
-GapComment makeComment(const Token& token, std::size_t offset) {
+GapComment makeComment(const TokenView& token, std::size_t offset) {
     const std::u16string_view line = token.lexeme;
     const std::size_t indentation = countLeadingWhitespace(line);
     return {offset + indentation, removeLineEnds(line.substr(indentation)), token.type};
@@ -25,7 +24,7 @@ public:
     Matcher(std::u16string_view text, std::size_t position) : text(text), position(position) {}
 
     /// Stops after the comment.
-    bool passComment(const Token& token) {
+    bool passComment(const TokenView& token) {
         const GapComment comment = makeComment(token, 0);
         if (isInsideBlock(token)) {
             passLineEnd();
@@ -38,7 +37,7 @@ public:
     }
 
     /// Stops before the code token.
-    bool reach(const Token& token) {
+    bool reach(const TokenView& token) {
         passLayout(token.lexeme.starts_with(u'.') ? Dots::AreContinuationAtLineEnd : Dots::AreContinuation);
         if (token.type == TokenType::EndOfInput) {
             return position == text.size();
@@ -52,7 +51,7 @@ public:
 private:
     enum class Dots { AreContinuation, AreContinuationAtLineEnd };
 
-    static bool isInsideBlock(const Token& token) {
+    static bool isInsideBlock(const TokenView& token) {
         return token.type == TokenType::BlockCommentBody || token.type == TokenType::BlockCommentClose;
     }
 
@@ -107,67 +106,62 @@ bool isLayout(char16_t c) {
     return isWhitespace(c) || isLineEnd(c) || c == u',' || c == u';';
 }
 
-bool isLineOfBlock(const Token& token) {
-    return TokenType::BlockCommentOpen <= token.type && token.type <= TokenType::BlockCommentClose;
+bool isLineOfBlock(TokenType type) {
+    return TokenType::BlockCommentOpen <= type && type <= TokenType::BlockCommentClose;
 }
 
-bool isSeparator(const Token& token) {
-    return token.type == TokenType::Semicolon || token.type == TokenType::Comma;
+bool isSeparator(TokenType type) {
+    return type == TokenType::Semicolon || type == TokenType::Comma;
 }
 
-GapList::GapList(const std::u16string& text, const std::vector<Token>& tokens) : text(text), tokens(tokens) {
+GapList::GapList(const std::u16string& text, Tokens tokens) : text(text), tokens(tokens) {
     std::uint32_t offset = 0;
     std::uint32_t index = 0;
     places.reserve(tokens.size() / 2 + 1);
-    for (const Token& token : tokens) {
-        if (isCode(token)) {
-            places.push_back({offset, index});
+    for (const ca::lexer::TokenSpan& token : tokens) {
+        if (isCode(token.type)) {
+            places.push_back({offset, token.length, index, token.type});
         }
-        offset += static_cast<std::uint32_t>(token.lexeme.size());
+        offset += token.length;
         ++index;
     }
 }
 
 void getComments(const GapList& gaps, std::size_t gap, std::vector<GapComment>& comments) {
     comments.clear();
-    std::size_t offset = gaps.getBegin(gap);
-    for (const Token& token : gaps.getTokens(gap)) {
+    gaps.visitTokens(gap, [&](const TokenView& token, std::size_t offset) {
         if (token.isComment()) {
             comments.push_back(makeComment(token, offset));
         }
-        offset += token.lexeme.size();
-    }
+        return true;
+    });
 }
 
 std::optional<std::size_t> matchGap(const GapList& gaps, std::size_t gap, std::u16string_view text,
                                     std::size_t begin) {
     Matcher matcher(text, begin);
-    for (const Token& token : gaps.getTokens(gap)) {
-        if (token.isComment() && !matcher.passComment(token)) {
-            return std::nullopt;
-        }
-    }
-    if (!matcher.reach(gaps.getToken(gap))) {
-        return std::nullopt;
-    }
-    return matcher.getPosition();
+    const bool hasComments = gaps.visitTokens(gap, [&](const TokenView& token, std::size_t) {
+        return !token.isComment() || matcher.passComment(token);
+    });
+    const bool isThere = hasComments && matcher.reach(gaps.getToken(gap));
+    return isThere ? std::optional(matcher.getPosition()) : std::nullopt;
 }
 
 bool findComments(const GapList& gaps, std::size_t gap, std::u16string_view text,
                   std::vector<GapComment>& comments) {
     comments.clear();
     Matcher matcher(text, 0);
-    for (const Token& token : gaps.getTokens(gap)) {
+    return gaps.visitTokens(gap, [&](const TokenView& token, std::size_t) {
         if (!token.isComment()) {
-            continue;
+            return true;
         }
         if (!matcher.passComment(token)) {
             return false;
         }
         const std::size_t offset = matcher.getComment();
         comments.push_back({offset, text.substr(offset, matcher.getPosition() - offset), token.type});
-    }
-    return true;
+        return true;
+    });
 }
 
 } // namespace ombrel

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "format/PlaceSearch.h"
-
-#include <ca/lexer/Token.h>
+#include "format/TokenView.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,24 +20,29 @@
 
 namespace ombrel {
 
-/// The code tokens of a text and the gaps before them. Keeps text and tokens by reference.
+/// The code tokens of a text and the gaps before them. Keeps the text and the list of all tokens by
+/// reference.
 class GapList {
 public:
-    using Token = ca::lexer::Token;
+    using Tokens = std::span<const ca::lexer::TokenSpan>;
 
-    GapList(const std::u16string& text, const std::vector<Token>& tokens);
+    GapList(const std::u16string& text, Tokens tokens);
 
     /// The number of gaps, which is the number of code tokens, the end of the text among them.
     std::size_t getCount() const { return places.size(); }
 
     /// The code token after a gap.
-    const Token& getToken(std::size_t gap) const { return tokens[places[gap].index]; }
+    TokenView getToken(std::size_t gap) const {
+        return {getType(gap), std::u16string_view(text).substr(getEnd(gap), places[gap].length)};
+    }
+
+    ca::lexer::TokenType getType(std::size_t gap) const { return places[gap].type; }
 
     /// Offset of the code token after a gap, which is the end of the gap.
     std::size_t getEnd(std::size_t gap) const { return places[gap].offset; }
 
     /// Offset of the end of that token.
-    std::size_t getTokenEnd(std::size_t gap) const { return getEnd(gap) + getToken(gap).lexeme.size(); }
+    std::size_t getTokenEnd(std::size_t gap) const { return getEnd(gap) + places[gap].length; }
 
     /// Offset of a gap.
     std::size_t getBegin(std::size_t gap) const { return gap == 0 ? 0 : getTokenEnd(gap - 1); }
@@ -47,10 +51,20 @@ public:
         return std::u16string_view(text).substr(getBegin(gap), getEnd(gap) - getBegin(gap));
     }
 
-    /// The tokens in a gap.
-    std::span<const Token> getTokens(std::size_t gap) const {
-        const std::size_t first = gap == 0 ? 0 : places[gap - 1].index + 1;
-        return {tokens.data() + first, places[gap].index - first};
+    /// Calls `visit` with each token in a gap and its offset. Stops where that returns false, and returns
+    /// whether it got to the end.
+    template <class Visit>
+    bool visitTokens(std::size_t gap, Visit visit) const {
+        std::size_t offset = getBegin(gap);
+        for (std::size_t i = gap == 0 ? 0 : places[gap - 1].index + 1; i < places[gap].index; ++i) {
+            const TokenView token = {tokens[i].type,
+                                     std::u16string_view(text).substr(offset, tokens[i].length)};
+            if (!visit(token, offset)) {
+                return false;
+            }
+            offset += tokens[i].length;
+        }
+        return true;
     }
 
     const std::u16string& getSource() const { return text; }
@@ -64,11 +78,13 @@ public:
 private:
     struct Place { // 32 bits as in the syntax tree: there are many
         std::uint32_t offset;
+        std::uint32_t length;
         std::uint32_t index; ///< in the token list
+        ca::lexer::TokenType type;
     };
 
     const std::u16string& text;
-    const std::vector<Token>& tokens;
+    Tokens tokens;
     std::vector<Place> places;
 };
 
@@ -100,9 +116,9 @@ bool findComments(const GapList& gaps, std::size_t gap, std::u16string_view text
 bool isLayout(char16_t c);
 
 /// Whether a token is a line of a block comment.
-bool isLineOfBlock(const ca::lexer::Token& token);
+bool isLineOfBlock(ca::lexer::TokenType type);
 
 /// Whether a token is neither code nor a comment: `,` or `;`.
-bool isSeparator(const ca::lexer::Token& token);
+bool isSeparator(ca::lexer::TokenType type);
 
 } // namespace ombrel

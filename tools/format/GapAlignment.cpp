@@ -46,7 +46,7 @@ bool GapAlignment::align() {
             return false;
         }
         changes.push_back({gap, position, *end});
-        position = *end + gaps->getToken(gap).lexeme.size();
+        position = *end + gaps->getTokenEnd(gap) - gaps->getEnd(gap);
     }
     return position == formatted.size();
 }

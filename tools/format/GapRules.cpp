@@ -22,7 +22,6 @@ namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 namespace keyword = ca::lexer::keyword;
 
@@ -79,8 +78,8 @@ public:
     }
 
 private:
-    const Token& getPrevious(std::size_t gap) const { return gaps.getToken(gap - 1); }
-    const Token& getNext(std::size_t gap) const { return gaps.getToken(gap); }
+    TokenView getPrevious(std::size_t gap) const { return gaps.getToken(gap - 1); }
+    TokenView getNext(std::size_t gap) const { return gaps.getToken(gap); }
 
     std::u16string getSource(std::size_t gap) const { return getLayout(gaps, gap, gaps.getText(gap)); }
     std::u16string getChosen(std::size_t gap) const { return getLayout(gaps, gap, choices.getText(gap)); }
@@ -140,20 +139,20 @@ private:
             }
             return;
         }
-        if (isClosing(getNext(gap)) && literalsWithRows.contains(literal) &&
+        if (isClosing(gaps.getType(gap)) && literalsWithRows.contains(literal) &&
             source.find(u'%') == source.npos) {
             keep(gap);
         }
     }
 
     bool mayLose(std::size_t gap, std::u16string_view separators) const {
-        if (isOpening(getPrevious(gap))) {
+        if (isOpening(gaps.getType(gap - 1))) {
             return separators.find_first_of(u",;") == separators.npos;
         }
-        if (!isClosing(getNext(gap))) {
+        if (!isClosing(gaps.getType(gap))) {
             return separators == u",";
         }
-        const bool isBrace = getNext(gap).type == TokenType::CloseBrace;
+        const bool isBrace = gaps.getType(gap) == TokenType::CloseBrace;
         const std::size_t first = separators.find_first_of(u",;");
         const bool isAlone = first == separators.find_last_of(u",;");
         return isAlone && (!isBrace || first == separators.npos || separators[first] == u',');
@@ -174,10 +173,10 @@ private:
         const std::size_t comma = std::min(separators.find_first_of(u",;"), separators.size());
         const bool endsRow = separators.substr(comma).starts_with(u',') && !syntax.hasElement(gap) &&
                              (separators.find(u'\n', comma) != separators.npos ||
-                              getNext(gap).type == TokenType::CloseSquareBracket);
+                              gaps.getType(gap) == TokenType::CloseSquareBracket);
         const std::u16string_view text = choices.getText(gap);
         if (input.isTrimming && input.isIndenting && endsRow && source.find(u'%') != source.npos &&
-            text.ends_with(u' ') && getNext(gap).type != TokenType::CloseBrace) {
+            text.ends_with(u' ') && gaps.getType(gap) != TokenType::CloseBrace) {
             choices.choose(gap, std::u16string(text.substr(0, text.size() - 1)));
         }
     }
@@ -201,13 +200,13 @@ private:
 
     /// Whether the gap would put something on the line of a shell line, which reaches to the line's end.
     bool joinsShellLine(std::size_t gap) const {
-        return (isShellLine(getPrevious(gap)) && !startsWithLineEnd(getChosen(gap)) &&
-                getNext(gap).type != TokenType::EndOfInput) ||
-               (isShellLine(getNext(gap)) && !endsAtLineStart(getChosen(gap)));
+        return (isShellLine(gaps.getType(gap - 1)) && !startsWithLineEnd(getChosen(gap)) &&
+                gaps.getType(gap) != TokenType::EndOfInput) ||
+               (isShellLine(gaps.getType(gap)) && !endsAtLineStart(getChosen(gap)));
     }
 
     bool joinsUnclosedQuote(std::size_t gap) {
-        return getPrevious(gap).type == TokenType::CommandWord &&
+        return gaps.getType(gap - 1) == TokenType::CommandWord &&
                countLineEnds(getChosen(gap)) < countLineEnds(getSource(gap)) && hasUnclosedWord(gap);
     }
 
@@ -215,7 +214,7 @@ private:
     /// each word is read once.
     bool hasUnclosedWord(std::size_t gap) {
         for (; nextWord < gap; ++nextWord) {
-            const Token& token = gaps.getToken(nextWord);
+            const TokenView token = gaps.getToken(nextWord);
             isWordUnclosed =
                 token.type == TokenType::CommandWord && (isWordUnclosed || hasUnclosedQuote(token.lexeme));
         }
@@ -226,30 +225,31 @@ private:
     /// one that sets a variable. With a separator before it, it could be the first, and the second could make
     /// another statement of a later command.
     bool separatesFromHeader(std::size_t gap) {
-        const Token& next = getNext(gap);
-        return syntax.isStatementStart(gap) && (isName(next) || next.type == TokenType::OpenSquareBracket) &&
-               !isStartOfStatement(gap) && getSeparators(getSource(gap)).empty() &&
-               !getSeparators(getChosen(gap)).empty() && (mayBeCommand(gap) || namesCommand(gap));
+        const TokenView next = getNext(gap);
+        return syntax.isStatementStart(gap) &&
+               (isName(next.type) || next.type == TokenType::OpenSquareBracket) && !isStartOfStatement(gap) &&
+               getSeparators(getSource(gap)).empty() && !getSeparators(getChosen(gap)).empty() &&
+               (mayBeCommand(gap) || namesCommand(gap));
     }
 
     /// Whether a statement could be a command if it stood for itself, by the token after its name.
     bool mayBeCommand(std::size_t token) const {
-        if (!isName(getNext(token)) || syntax.getUnitEnd(syntax.getUnit(token)) == token + 1 ||
+        if (!isName(gaps.getType(token)) || syntax.getUnitEnd(syntax.getUnit(token)) == token + 1 ||
             !getSeparators(getSource(token + 1)).empty()) {
             return false;
         }
-        const Token& next = getNext(token + 1);
-        return !isOpening(next) && next.type != TokenType::Assign;
+        const TokenView next = getNext(token + 1);
+        return !isOpening(next.type) && next.type != TokenType::Assign;
     }
 
     /// Whether one of the names that a statement sets is also the name of a command in this text.
     bool namesCommand(std::size_t token) {
-        const bool isList = !isName(getNext(token));
+        const bool isList = !isName(gaps.getType(token));
         for (std::size_t i = token; i < gaps.getCount(); ++i) {
-            if (isName(gaps.getToken(i)) && getCommandNames().contains(gaps.getToken(i).lexeme)) {
+            if (isName(gaps.getType(i)) && getCommandNames().contains(gaps.getToken(i).lexeme)) {
                 return true;
             }
-            if (!isList || isClosing(gaps.getToken(i))) {
+            if (!isList || isClosing(gaps.getType(i))) {
                 return false;
             }
         }
@@ -260,7 +260,7 @@ private:
         if (!commandNames) {
             commandNames.emplace();
             for (std::size_t token = 1; token < gaps.getCount(); ++token) {
-                if (gaps.getToken(token).type == TokenType::CommandWord && isName(getPrevious(token))) {
+                if (gaps.getType(token) == TokenType::CommandWord && isName(gaps.getType(token - 1))) {
                     commandNames->insert(getPrevious(token).lexeme);
                 }
             }
@@ -270,7 +270,7 @@ private:
 
     /// Whether the tokenizer lets a statement start after the token before a gap, without any separator.
     bool isStartOfStatement(std::size_t gap) const {
-        switch (getPrevious(gap).type) {
+        switch (gaps.getType(gap - 1)) {
         case keyword::Else:
         case keyword::Try:
         case keyword::Catch:
@@ -289,7 +289,7 @@ private:
     bool isAllInParentheses(std::size_t first, std::size_t last) const {
         int depth = 0;
         for (std::size_t token = first; token < last; ++token) {
-            depth += isOpening(gaps.getToken(token)) ? 1 : isClosing(gaps.getToken(token)) ? -1 : 0;
+            depth += isOpening(gaps.getType(token)) ? 1 : isClosing(gaps.getType(token)) ? -1 : 0;
             if (depth == 0) {
                 return false;
             }
@@ -332,7 +332,7 @@ private:
         }
         if (syntax.isSuperclassAt(token)) {
             balanceAt(token);
-        } else if (isSign(gaps.getToken(token)) && syntax.getLiteral(token)) {
+        } else if (isSign(gaps.getType(token)) && syntax.getLiteral(token)) {
             keepSign(token);
         }
     }
@@ -353,7 +353,7 @@ private:
         if (!syntax.isPrefix(token) && !before.empty() && isEmptyAfter) {
             choices.choose(token + 1, u" ");
         } else if (syntax.isPrefix(token) && !isEmptyAfter && getSeparators(before).empty() &&
-                   endsOperand(getPrevious(token))) {
+                   endsOperand(gaps.getType(token - 1))) {
             const std::u16string_view text = choices.getText(token);
             choices.choose(token, text == u" " ? u"," : u"," + std::u16string(text));
         }
@@ -362,7 +362,7 @@ private:
     /// An `end` that has a line for itself closes a block. So the index of that name may not be left alone by
     /// a line break before it.
     void lookAtEndIndex(std::size_t token) {
-        if (token == 0 || gaps.getToken(token).type != TokenType::EndIndex || !choices.isChanged(token) ||
+        if (token == 0 || gaps.getType(token) != TokenType::EndIndex || !choices.isChanged(token) ||
             token + 1 >= gaps.getCount()) {
             return;
         }

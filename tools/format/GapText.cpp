@@ -10,7 +10,6 @@ namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 
 void appendNormalized(std::u16string& result, std::u16string_view text) {
@@ -31,7 +30,7 @@ std::size_t getLineEndLength(std::u16string_view text) {
     return text.starts_with(u"\r\n") ? 2 : isLineEnd(text.front()) ? 1 : 0;
 }
 
-bool endsLine(const Token& token) {
+bool endsLine(const TokenView& token) {
     return token.isEndOfLine() || token.lexeme.ends_with(u'\n') || token.lexeme.ends_with(u'\r');
 }
 
@@ -71,7 +70,11 @@ std::u16string getSeparators(std::u16string_view layout) {
 
 std::u16string getKeptText(const GapList& gaps, std::size_t gap, bool isTrimming) {
     std::u16string text;
-    const auto tokens = gaps.getTokens(gap);
+    std::vector<TokenView> tokens;
+    gaps.visitTokens(gap, [&](const TokenView& token, std::size_t) {
+        tokens.push_back(token);
+        return true;
+    });
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         const bool isWhitespace = tokens[i].type == TokenType::Whitespace;
         const bool isLineStart = i > 0 && endsLine(tokens[i - 1]);

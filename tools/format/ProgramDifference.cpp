@@ -11,17 +11,15 @@ namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 using lf::astapi::NodeKind;
 
-std::string quote(const Token& token) {
+std::string quote(const TokenView& token) {
     constexpr std::size_t longest = 40;
     if (token.type == TokenType::EndOfInput) {
         return "the end of the text";
     }
-    Token shown = token;
-    shown.lexeme = getCommentText(token);
+    const ca::lexer::Token shown = {token.type, std::u16string(getCommentText(token)), 0, 0};
     const std::u16string text = shown.escapeLexeme();
     return fmt::format("'{}{}'", encodeLossy(text.substr(0, longest)), text.size() > longest ? "..." : "");
 }

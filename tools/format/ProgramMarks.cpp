@@ -1,37 +1,44 @@
 #include "format/ProgramMarks.h"
 
+#include "text/LineSplitter.h"
 #include "text/Whitespace.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 
-bool isMark(const Token& token) {
-    const bool isSeparator = token.type == TokenType::Semicolon || token.type == TokenType::Comma;
-    return !isSeparator && (!token.isWhitespace() || token.isComment());
+bool isMark(TokenType type) {
+    const bool isSeparator = type == TokenType::Semicolon || type == TokenType::Comma;
+    return !isSeparator && (!ca::lexer::isWhitespace(type) || ca::lexer::isComment(type));
 }
 
-TokenType getCommentType(const Token& token) {
+TokenType getCommentType(const TokenView& token) {
     return token.type == TokenType::TrailingComment ? TokenType::LineComment : token.type;
+}
+
+/// Line and column count from 1.
+std::size_t findOffset(std::u16string_view text, std::uint32_t line, std::uint32_t column) {
+    std::size_t offset = 0;
+    LineSplitter lines(text);
+    for (std::uint32_t i = 1; i < line; ++i) {
+        if (const auto before = lines.getNext()) {
+            offset += before->content.size() + before->end.size();
+        }
+    }
+    return offset + column - 1;
 }
 
 } // namespace
 
-std::u16string_view getCommentText(const Token& token) {
+std::u16string_view getCommentText(const TokenView& token) {
     return trim(removeLineEnds(token.lexeme));
 }
 
-std::size_t getIndentation(const Token& token) {
-    return token.isComment() ? countLeadingWhitespace(token.lexeme) : 0;
-}
-
-bool isSame(const Token& a, const Token& b) {
+bool isSame(const TokenView& a, const TokenView& b) {
     if (a.type == b.type && a.lexeme == b.lexeme) {
         return true;
     }
@@ -41,26 +48,22 @@ bool isSame(const Token& a, const Token& b) {
     return a.isComment() == b.isComment() && a.lexeme == b.lexeme;
 }
 
-Marks::Marks(const std::vector<Token>& tokens) : tokens(tokens) {
-    std::size_t offset = 0;
-    std::uint32_t index = 0;
+Marks::Marks(std::u16string_view text, std::span<const ca::lexer::TokenSpan> tokens) : text(text) {
+    std::uint32_t offset = 0;
     marks.reserve(tokens.size() / 2 + 1);
-    for (const Token& token : tokens) {
-        if (isMark(token)) {
-            marks.push_back({static_cast<std::uint32_t>(offset + getIndentation(token)), index});
+    for (const ca::lexer::TokenSpan& token : tokens) {
+        if (isMark(token.type)) {
+            const auto indentation = static_cast<std::uint32_t>(
+                ca::lexer::isComment(token.type) ? countLeadingWhitespace(text.substr(offset, token.length))
+                                                 : 0);
+            marks.push_back({offset + indentation, token.length - indentation, token.type});
         }
-        offset += token.lexeme.size();
-        ++index;
+        offset += token.length;
     }
 }
 
 std::size_t Marks::find(const ca::SyntaxError& error) const {
-    const auto isBefore = [&](const Mark& mark) {
-        const Token& token = tokens[mark.index];
-        return std::pair(token.line, token.column) < std::pair(error.line, error.column);
-    };
-    return static_cast<std::size_t>(std::partition_point(marks.begin(), marks.end(), isBefore) -
-                                    marks.begin());
+    return findPlace(marks, findOffset(text, error.line, error.column), 0);
 }
 
 } // namespace ombrel

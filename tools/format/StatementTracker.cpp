@@ -79,9 +79,9 @@ void StatementTracker::takeCode(const Token& token) {
         return;
     }
     inside = true;
-    if (isOpening(token)) {
+    if (isOpening(token.type)) {
         brackets.push_back(token.type);
-    } else if (isClosing(token)) {
+    } else if (isClosing(token.type)) {
         close(getOpening(token.type));
     }
 }

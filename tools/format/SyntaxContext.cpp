@@ -107,7 +107,7 @@ SyntaxContext::SyntaxContext(const GapList& gaps, const SyntaxNode& root) : flag
     for (std::size_t token = 0; token < gaps.getCount(); ++token) {
         literals.push_back(open.empty() ? none : open.back());
         bool startsUnit = token == 0 || has(token, statementStart);
-        const TokenType type = gaps.getToken(token).type;
+        const TokenType type = gaps.getType(token);
         switch (type) {
         case TokenType::OpenParenthesis:
         case TokenType::OpenSquareBracket:

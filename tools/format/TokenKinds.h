@@ -5,30 +5,30 @@
 namespace ombrel {
 
 /// A name, whether it is spelled like a keyword or not.
-bool isName(const ca::lexer::Token& token);
+bool isName(ca::lexer::TokenType type);
 
 /// A number of any kind.
-bool isNumber(const ca::lexer::Token& token);
+bool isNumber(ca::lexer::TokenType type);
 
 /// A string of either kind.
-bool isLiteral(const ca::lexer::Token& token);
+bool isLiteral(ca::lexer::TokenType type);
 
 /// A closing bracket of any kind.
-bool isClosing(const ca::lexer::Token& token);
+bool isClosing(ca::lexer::TokenType type);
 
 /// An opening bracket of any kind.
-bool isOpening(const ca::lexer::Token& token);
+bool isOpening(ca::lexer::TokenType type);
 
 /// `'` or `.'` as an operator.
-bool isTranspose(const ca::lexer::Token& token);
+bool isTranspose(ca::lexer::TokenType type);
 
 /// Whether an operand can end in a token.
-bool endsOperand(const ca::lexer::Token& token);
+bool endsOperand(ca::lexer::TokenType type);
 
 /// `+` or `-`.
-bool isSign(const ca::lexer::Token& token);
+bool isSign(ca::lexer::TokenType type);
 
 /// A line for the shell, which reaches to its end.
-bool isShellLine(const ca::lexer::Token& token);
+bool isShellLine(ca::lexer::TokenType type);
 
 } // namespace ombrel

@@ -44,11 +44,29 @@ Problem makeProblem(const ca::config::ConfigIssue& issue) {
             fmt::format("the tree formatter doesn't take these options: {}", encodeLossy(message))};
 }
 
+class SpanReader final : public ca::formatting::TokenReader {
+public:
+    explicit SpanReader(const ParsedText& source) : text(source.text), rest(source.getTokens()) {}
+
+    void read(std::size_t position, ca::formatting::Tokens& tokens) override {
+        for (; !rest.empty() && place.position <= position; rest = rest.subspan(1)) {
+            tokens.push_back(ca::lexer::makeToken(text, rest.front(), place));
+            place.pass(text, rest.front());
+        }
+    }
+
+private:
+    std::u16string_view text;
+    std::span<const ca::lexer::TokenSpan> rest;
+    ca::lexer::TokenPlace place; ///< of the first that is left
+};
+
 /// What the formatter makes of the text, or why it makes nothing of it.
 Formatted callFormatter(const ParsedText& source, const Config& config, const TreeFormatter& formatter) {
     using ca::config::ConfigIssue;
     try {
-        auto result = formatter({source.parsed, config, ca::formatting::CommentLines::Aligned});
+        SpanReader reader(source);
+        auto result = formatter({source.parsed, config, ca::formatting::CommentLines::Aligned, &reader});
         if (const auto* issues = std::get_if<std::vector<ConfigIssue>>(&result)) {
             return fail(makeProblem(issues->front()));
         }
@@ -77,7 +95,7 @@ public:
     Run(const ParsedText& source, const TreeOptions& options, const TreeFormatter& formatter,
         const EditSelection& selection, FormatRecord* record)
         : source(source), options(options), formatter(formatter), selection(selection), record(record),
-          gaps(source.text, *source.parsed.tokens) {}
+          gaps(source.text, source.getTokens()) {}
 
     Outcome run() {
         Formatted formatted = callFormatter(source, options.config, formatter);

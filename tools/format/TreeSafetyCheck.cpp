@@ -21,7 +21,8 @@ namespace {
 class Comparison {
 public:
     Comparison(const ParsedText& before, const std::u16string& after, const Edits* edits)
-        : after(after), beforeMarks(*before.parsed.tokens), afterMarks(*this->after.parsed.tokens) {
+        : before(before), after(after), beforeMarks(before.text, before.getTokens()),
+          afterMarks(makeMarks(this->after)) {
         const Pairing pairing = edits == nullptr ? Pairing(beforeMarks, afterMarks, differences)
                                                  : Pairing(beforeMarks, afterMarks, *edits, differences);
         if (const ca::AnalysisResult* analysis = this->after.parsed.analysis.get()) {
@@ -54,15 +55,23 @@ private:
         return std::min(difference.mark, beforeMarks.getCount() - 1);
     }
 
+    static Marks makeMarks(const ParsedText& parsed) {
+        return parsed.parsed.analysis != nullptr ? Marks(parsed.text, parsed.getTokens())
+                                                 : Marks(parsed.text, ca::lexer::lexSpans(parsed.text));
+    }
+
     Problem makeProblem(Difference difference) const {
         difference.mark = getMark(difference);
-        const ca::lexer::Token& token = beforeMarks[difference.mark];
+        const std::size_t offset = beforeMarks.getPosition(difference.mark);
+        const std::size_t lastLineEnd = before.text.find_last_of(u"\r\n", offset - 1);
+        const std::size_t lineStart = offset == 0 || lastLineEnd == before.text.npos ? 0 : lastLineEnd + 1;
         return {Code::UnsafeResult,
                 fmt::format("the formatter would {}; nothing was written",
                             describe(difference, beforeMarks, afterMarks, after.parsed.errors)),
-                token.line, token.column + static_cast<std::uint32_t>(getIndentation(token))};
+                findLine(before.text, offset), static_cast<std::uint32_t>(offset - lineStart + 1)};
     }
 
+    const ParsedText& before;
     ParsedText after;
     Marks beforeMarks;
     Marks afterMarks;

@@ -4,21 +4,28 @@
 #include "text/Edit.h"
 
 #include <ca/formatting/TreeFormat.h>
+#include <ca/lexer/TokenSpan.h>
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace ombrel {
 
 /// A text and what the parser makes of it. Keeps the text by reference, so it accepts no temporary one.
-struct ParsedText {
-    explicit ParsedText(const std::u16string& text) : text(text), parsed(ca::formatting::parseSource(text)) {}
+class ParsedText {
+public:
+    explicit ParsedText(const std::u16string& text)
+        : text(text), parsed(ca::formatting::parseProgram(text)) {}
     explicit ParsedText(std::u16string&&) = delete;
 
+    /// All tokens. Valid as long as this object. The text has to parse.
+    std::span<const ca::lexer::TokenSpan> getTokens() const { return *parsed.analysis->getTokenSpans(); }
+
     const std::u16string& text;
-    ca::formatting::ParsedSource parsed;
+    const ca::formatting::ParsedSource parsed; ///< without tokens
 };
 
 /// Finds out whether a formatted text is still the same program: the same tokens but for separators, with the

@@ -8,7 +8,6 @@ namespace ombrel {
 
 namespace {
 
-using ca::lexer::Token;
 using ca::lexer::TokenType;
 
 bool isWordCharacter(char16_t c) {
@@ -16,42 +15,42 @@ bool isWordCharacter(char16_t c) {
 }
 
 /// Whether two tokens with nothing between them would be read as others.
-bool mayNotTouch(const Token& first, const Token& second) {
+bool mayNotTouch(TokenView first, TokenView second) {
     if (first.lexeme.empty() || second.lexeme.empty()) {
         return false;
     }
     const char16_t last = first.lexeme.back();
     const char16_t next = second.lexeme.front();
     const bool isAfterWord = isWordCharacter(last);
-    if (isAfterWord && (isWordCharacter(next) || (isNumber(second) && next == u'.'))) {
+    if (isAfterWord && (isWordCharacter(next) || (isNumber(second.type) && next == u'.'))) {
         return true;
     }
-    if (isNumber(first) && last == u'.') { // the dot would go over to the operator
+    if (isNumber(first.type) && last == u'.') { // the dot would go over to the operator
         return isWordCharacter(next) ||
                std::u16string_view(u"*/\\^'.").find(next) != std::u16string_view::npos;
     }
     if (second.type == TokenType::CharacterLiteral) { // would be a transpose
-        return isAfterWord || endsOperand(first);
+        return isAfterWord || endsOperand(first.type);
     }
     return (last == u'"' && next == u'"') || (next == u'=' && (last == u'~' || last == u'=' || last == u'<'));
 }
 
 /// `[a @b]` has two elements, and `[a@b]` is a superclass's method.
 bool joinsSuperclass(const GapList& gaps, const SyntaxContext& syntax, std::size_t gap) {
-    const Token& previous = gaps.getToken(gap - 1);
-    return gaps.getToken(gap).type == TokenType::At && !previous.lexeme.empty() &&
+    const TokenView previous = gaps.getToken(gap - 1);
+    return gaps.getType(gap) == TokenType::At && !previous.lexeme.empty() &&
            isWordCharacter(previous.lexeme.back()) && !syntax.isSuperclassAt(gap) &&
-           (!isName(previous) || syntax.getLiteral(gap));
+           (!isName(previous.type) || syntax.getLiteral(gap));
 }
 
 /// `a .b` is the field of a value, and `a.b` a name with a dot in it.
 bool joinsField(const GapList& gaps, std::size_t gap) {
-    const Token& next = gaps.getToken(gap);
+    const TokenView next = gaps.getToken(gap);
     if (next.type == TokenType::Dot) {
-        return isName(gaps.getToken(gap - 1)) && isName(gaps.getToken(gap + 1));
+        return isName(gaps.getType(gap - 1)) && isName(gaps.getType(gap + 1));
     }
-    return gaps.getToken(gap - 1).type == TokenType::Dot && gap >= 2 && isName(gaps.getToken(gap - 2)) &&
-           isName(next) && gaps.getText(gap - 1).empty();
+    return gaps.getType(gap - 1) == TokenType::Dot && gap >= 2 && isName(gaps.getType(gap - 2)) &&
+           isName(next.type) && gaps.getText(gap - 1).empty();
 }
 
 } // namespace
@@ -61,7 +60,7 @@ std::u16string keepApart(const GapList& gaps, const SyntaxContext& syntax, std::
     if (gap == 0) {
         return text;
     }
-    const Token& previous = gaps.getToken(gap - 1);
+    const TokenView previous = gaps.getToken(gap - 1);
     const bool isLost = text.empty() && !gaps.getText(gap).empty();
     if (isLost && (mayNotTouch(previous, gaps.getToken(gap)) || joinsSuperclass(gaps, syntax, gap) ||
                    joinsField(gaps, gap))) {

@@ -107,17 +107,7 @@ std::vector<ByteEdit> makeByteEdits(std::string_view bytes, const Edits& edits) 
 }
 
 std::uint32_t findLine(std::u16string_view text, std::size_t offset) {
-    LineSplitter lines(text);
-    std::uint32_t number = 0;
-    std::size_t end = 0;
-    while (const auto line = lines.getNext()) {
-        ++number;
-        end += line->content.size() + line->end.size();
-        if (offset < end) {
-            break;
-        }
-    }
-    return number;
+    return LineCounter(text).getLine(offset);
 }
 
 } // namespace ombrel

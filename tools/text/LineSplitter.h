@@ -3,6 +3,8 @@
 #include "text/Whitespace.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -39,6 +41,26 @@ public:
 private:
     std::u16string_view rest;
     bool isDone = false;
+};
+
+/// Tells the lines of places in a text that come in ascending order, and reads the text once.
+class LineCounter {
+public:
+    explicit LineCounter(std::u16string_view text) : text(text) {}
+
+    /// The number, from 1, of the line that a place is in. A line end belongs to the line that it ends.
+    std::uint32_t getLine(std::size_t offset) {
+        for (; done < offset; ++done) {
+            const bool isInLineEnd = text[done] == u'\r' && text.substr(done + 1, 1) == u"\n";
+            line += isLineEnd(text[done]) && !isInLineEnd ? 1 : 0;
+        }
+        return line;
+    }
+
+private:
+    std::u16string_view text;
+    std::size_t done = 0;
+    std::uint32_t line = 1; ///< of the place that was reached
 };
 
 /// Bytes as git has them: a line ends in LF, and a CR before it is part of the line. Removes the first line
