@@ -152,7 +152,7 @@ std::uint32_t countLines(std::u16string_view text) {
     return count;
 }
 
-bool contains(const std::vector<Edit>& edits, const Edit& wanted) {
+bool contains(const std::vector<Edit>& edits, const EditView& wanted) {
     return std::any_of(edits.begin(), edits.end(), [&](const Edit& edit) {
         return edit.offset == wanted.offset && edit.length == wanted.length && edit.text == wanted.text;
     });
@@ -190,9 +190,10 @@ void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptio
             continue;
         }
         const Edits edits = format(text, options, {range}).edits;
-        for (const Edit& edit : edits) {
+        for (const EditView edit : edits) {
             EXPECT_TRUE(range.first <= findLine(text, edit.offset) &&
                         findLine(text, edit.offset + edit.length) <= range.last);
+            parts.push_back(Edit(edit));
         }
         const std::u16string once = applyEdits(text, edits);
         const LineRange again{range.first, range.last + countLines(once) - count};
@@ -200,9 +201,8 @@ void checkRanges(const std::u16string& text, std::uint32_t line, const TreeOptio
             EXPECT_EQ(showGoldenText(once),
                       showGoldenText(applyEdits(once, format(once, options, {again}).edits)));
         }
-        parts.insert(parts.end(), edits.begin(), edits.end());
     }
-    for (const Edit& edit : whole) {
+    for (const EditView edit : whole) {
         const bool crosses =
             isInBlockComment(text, edit.offset) ||
             (findLine(text, edit.offset) <= line && findLine(text, edit.offset + edit.length) > line);

@@ -117,7 +117,7 @@ Problems readProblems(WireReader& reader) {
 
 void write(const Edits& edits, WireWriter& writer) {
     writer.add(edits.size());
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         writer.add(edit.offset);
         writer.add(edit.length);
         writer.add(std::u16string_view(edit.text));

@@ -38,26 +38,26 @@ void GapEditor::enter(std::size_t next) {
     nextComment = 0;
 }
 
-bool GapEditor::accepts(const Edit& edit) {
+bool GapEditor::accepts(const EditView& edit) {
     const std::u16string_view source = gaps.getSource();
     return isInGap(edit) && !touchesComment(edit) && !isInLineEnd(source, edit.offset) &&
            !isInLineEnd(source, edit.getEnd()) && isLayout(source.substr(edit.offset, edit.length)) &&
            isLayout(edit.text);
 }
 
-void GapEditor::add(Edit edit) {
+void GapEditor::add(const EditView& edit) {
     const bool isInOrder = edits.empty() || edits.back().getEnd() <= edit.offset;
     if (!isInOrder || !accepts(edit)) {
         throw std::logic_error("an edit would change more than whitespace and separators");
     }
-    edits.push_back(std::move(edit));
+    edits.add(edit);
 }
 
-bool GapEditor::isInGap(const Edit& edit) const {
+bool GapEditor::isInGap(const EditView& edit) const {
     return gaps.getBegin(gap) <= edit.offset && edit.getEnd() <= gaps.getEnd(gap);
 }
 
-bool GapEditor::touchesComment(const Edit& edit) {
+bool GapEditor::touchesComment(const EditView& edit) {
     const auto getEnd = [](const GapComment& comment) { return comment.offset + comment.text.size(); };
     while (nextComment < comments.size() && getEnd(comments[nextComment]) <= edit.offset) {
         ++nextComment;

@@ -23,24 +23,24 @@ public:
     const std::vector<GapComment>& getComments() const { return comments; }
 
     /// Whether an edit is one of the gap. Edits have to be asked about in ascending order.
-    bool accepts(const Edit& edit);
+    bool accepts(const EditView& edit);
 
     /// Adds an edit of the gap after those before it. Throws std::logic_error if it isn't one, or not after
     /// them.
-    void add(Edit edit);
+    void add(const EditView& edit);
 
     /// The edits so far. Call once.
-    Edits take() { return Edits(std::move(edits)); }
+    Edits take() { return std::move(edits); }
 
 private:
-    bool isInGap(const Edit& edit) const;
-    bool touchesComment(const Edit& edit);
+    bool isInGap(const EditView& edit) const;
+    bool touchesComment(const EditView& edit);
 
     const GapList& gaps;
     std::size_t gap = 0;
     std::vector<GapComment> comments; ///< of the gap
     std::size_t nextComment = 0;      ///< the first that doesn't end before the last edit
-    std::vector<Edit> edits;
+    Edits edits;
 };
 
 } // namespace ombrel

@@ -28,8 +28,8 @@ Pairing::Pairing(const Marks& before, const Marks& after, const Edits& edits,
     std::size_t shift = 0; // may wrap around: only sums are looked at
     std::size_t next = 0;
     for (std::size_t i = 0; i < before.getCount(); ++i) {
-        for (; edit != edits.end() && edit->offset + edit->length <= before.getPosition(i); ++edit) {
-            shift += edit->text.size() - edit->length;
+        for (; edit != edits.end() && (*edit).getEnd() <= before.getPosition(i); ++edit) {
+            shift += (*edit).text.size() - (*edit).length;
         }
         const std::size_t place = before.getPosition(i) + shift;
         for (; next < after.getCount() && after.getPosition(next) < place; ++next) {

@@ -17,7 +17,7 @@ struct Change {
 };
 
 /// Without what an edit replaces by itself.
-Change getChange(std::u16string_view text, const Edit& edit) {
+Change getChange(std::u16string_view text, const EditView& edit) {
     const std::u16string_view before = text.substr(edit.offset, edit.length);
     const std::u16string_view after = edit.text;
     const auto [start, same] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
@@ -42,10 +42,11 @@ bool hasWarning(const SuppressedRegion& region, const Problems& warnings) {
 
 bool hasChange(const SuppressedRegion& region, std::u16string_view text, const Edits& edits) {
     const auto first = std::partition_point(
-        edits.begin(), edits.end(), [&](const Edit& edit) { return edit.getEnd() < region.innerBegin; });
-    const auto last = std::partition_point(first, edits.end(),
-                                           [&](const Edit& edit) { return edit.offset < region.innerEnd; });
-    return std::any_of(first, last, [&](const Edit& edit) { return isIn(region, getChange(text, edit)); });
+        edits.begin(), edits.end(), [&](const EditView& edit) { return edit.getEnd() < region.innerBegin; });
+    const auto last = std::partition_point(
+        first, edits.end(), [&](const EditView& edit) { return edit.offset < region.innerEnd; });
+    return std::any_of(first, last,
+                       [&](const EditView& edit) { return isIn(region, getChange(text, edit)); });
 }
 
 } // namespace

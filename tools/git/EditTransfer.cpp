@@ -98,7 +98,7 @@ public:
     Transfer(std::u16string_view from, const std::vector<Hunk>& hunks, std::u16string_view to)
         : from(from), to(to), counterparts(findCounterparts(this->from, hunks, this->to)) {}
 
-    std::optional<Edit> move(const Edit& edit) const {
+    std::optional<Edit> move(const EditView& edit) const {
         if (from.getCount() == 0) {
             return std::nullopt;
         }
@@ -120,10 +120,11 @@ private:
                                                       : to.getStart(counterparts[line] + 1);
     }
 
-    std::u16string moveText(const std::u16string& text, std::size_t line) const {
+    std::u16string moveText(std::u16string_view text, std::size_t line) const {
         const std::u16string_view before = from.getLineEnd(line);
         const std::u16string_view after = to.getLineEnd(counterparts[line]);
-        return before == after || before.empty() || after.empty() ? text : replaceLineEnds(text, after);
+        return before == after || before.empty() || after.empty() ? std::u16string(text)
+                                                                  : replaceLineEnds(text, after);
     }
 
     LineTable from;
@@ -137,7 +138,7 @@ std::vector<Edit> transferEdits(std::u16string_view from, const Edits& edits, co
                                 std::u16string_view to) {
     const Transfer transfer(from, hunks, to);
     std::vector<Edit> moved;
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         if (auto counterpart = transfer.move(edit)) {
             moved.push_back(*std::move(counterpart));
         }

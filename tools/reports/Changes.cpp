@@ -57,7 +57,7 @@ std::string describeBreaks(std::u16string_view before, std::u16string_view after
                : compare("indentation", getLastLine(before), getLastLine(after));
 }
 
-std::string describeEdit(std::u16string_view text, const Edit& edit) {
+std::string describeEdit(std::u16string_view text, const EditView& edit) {
     const std::u16string_view before = text.substr(edit.offset, edit.length);
     const std::u16string_view after = edit.text;
     const auto isBlank = [](std::u16string_view part) {
@@ -125,7 +125,7 @@ std::vector<Change> describeChanges(const DecodedText& source, const Edits& edit
             changes.back().what += fmt::format(", and {} more in these lines", inChange - 1);
         }
     };
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         const TextPlace begin = places.find(edit.offset);
         const TextPlace end = places.find(edit.getEnd());
         if (changes.empty() || begin.line > changes.back().end.line + 1) {

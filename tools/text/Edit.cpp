@@ -3,8 +3,10 @@
 #include "text/LineSplitter.h"
 #include "text/TextEncoding.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 namespace ombrel {
 
@@ -59,7 +61,7 @@ private:
 
 std::size_t getInsertedLength(const Edits& edits) {
     std::size_t length = 0;
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         length += edit.text.size();
     }
     return length;
@@ -67,11 +69,39 @@ std::size_t getInsertedLength(const Edits& edits) {
 
 } // namespace
 
+EditView Edits::operator[](std::size_t i) const {
+    const Record& record = edits[i];
+    return {record.offset, record.length,
+            std::u16string_view(texts).substr(record.textBegin, record.textLength)};
+}
+
+Edits::Iterator Edits::begin() const {
+    return {*this, 0};
+}
+
+Edits::Iterator Edits::end() const {
+    return {*this, size()};
+}
+
+/// Indentation is often as that of the line before it, with a little more or less: all that is needed then is
+/// the longest so far.
+void Edits::add(const EditView& edit) {
+    const std::size_t common = std::min(edit.text.size(), texts.size() - lastText);
+    const bool isLikeLast = texts.compare(lastText, common, edit.text.substr(0, common)) == 0;
+    lastText = isLikeLast ? lastText : texts.size();
+    texts += edit.text.substr(isLikeLast ? common : 0);
+    if (std::max(edit.getEnd(), texts.size()) > UINT32_MAX) {
+        throw std::bad_alloc();
+    }
+    edits.push_back({static_cast<std::uint32_t>(edit.offset), static_cast<std::uint32_t>(edit.length),
+                     static_cast<std::uint32_t>(lastText), static_cast<std::uint32_t>(edit.text.size())});
+}
+
 std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
     std::u16string result;
     result.reserve(text.size() + getInsertedLength(edits));
     std::size_t done = 0;
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         result += text.substr(done, edit.offset - done);
         result += edit.text;
         done = edit.getEnd();
@@ -84,7 +114,7 @@ std::string applyEdits(std::string_view bytes, const Edits& edits) {
     result.reserve(bytes.size() + getInsertedLength(edits));
     std::size_t done = 0;
     Utf8Walk walk(bytes);
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         const std::size_t begin = walk.moveTo(edit.offset);
         result += bytes.substr(done, begin - done);
         appendEncoded(result, edit.text);
@@ -97,7 +127,7 @@ std::vector<ByteEdit> makeByteEdits(std::string_view bytes, const Edits& edits) 
     std::vector<ByteEdit> result;
     result.reserve(edits.size());
     Utf8Walk walk(bytes);
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         const std::size_t begin = walk.moveTo(edit.offset);
         const std::size_t end = walk.moveTo(edit.getEnd());
         result.push_back({begin, end - begin, {}});

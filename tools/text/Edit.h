@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <iterator>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace ombrel {
@@ -18,32 +19,95 @@ struct Edit {
     std::size_t getEnd() const { return offset + length; }
 };
 
+/// An edit whose text belongs to something else.
+struct EditView {
+    EditView(std::size_t offset, std::size_t length, std::u16string_view text)
+        : offset(offset), length(length), text(text) {}
+    EditView(const Edit& edit) : EditView(edit.offset, edit.length, edit.text) {}
+
+    std::size_t getEnd() const { return offset + length; }
+
+    explicit operator Edit() const { return {offset, length, std::u16string(text)}; }
+
+    std::size_t offset;
+    std::size_t length;
+    std::u16string_view text;
+};
+
 /// Edits of one text in ascending order, none of which overlaps another, and none of which changes anything
 /// but layout: code tokens and the text of comments stay as they are. Only the two classes that know where
 /// there is layout make some, and they check each:
 ///
 /// - LineEdgeEditor: whitespace at the edges of lines
 /// - GapEditor: whitespace, line ends, separators and continuations between two code tokens or comments
+///
+/// A large text can have an edit for each of its lines, so an edit costs 16 bytes, and nothing more if its
+/// text starts like that of the edit before. What is handed out is valid until the object is changed or
+/// moved.
 class Edits {
 public:
+    class Iterator;
+
     /// No edits.
     Edits() = default;
 
     bool empty() const { return edits.empty(); }
     std::size_t size() const { return edits.size(); }
-    const Edit& operator[](std::size_t i) const { return edits[i]; }
-    const Edit& front() const { return edits.front(); }
-    const Edit& back() const { return edits.back(); }
-    std::vector<Edit>::const_iterator begin() const { return edits.begin(); }
-    std::vector<Edit>::const_iterator end() const { return edits.end(); }
+    EditView operator[](std::size_t i) const;
+    EditView front() const { return (*this)[0]; }
+    EditView back() const { return (*this)[size() - 1]; }
+    Iterator begin() const;
+    Iterator end() const;
 
 private:
     friend class GapEditor;
     friend class LineEdgeEditor;
 
-    explicit Edits(std::vector<Edit> edits) : edits(std::move(edits)) {}
+    struct Record {
+        std::uint32_t offset;
+        std::uint32_t length;
+        std::uint32_t textBegin; ///< in `texts`
+        std::uint32_t textLength;
+    };
 
-    std::vector<Edit> edits;
+    /// Throws std::bad_alloc if a number doesn't fit.
+    void add(const EditView& edit);
+
+    std::deque<Record> edits;
+    std::u16string texts;
+    std::size_t lastText = 0; ///< where the last of them begins
+};
+
+/// Goes from edit to edit in either direction. `->` is missing, since there is no object to point at.
+class Edits::Iterator {
+public:
+    using iterator_category = std::random_access_iterator_tag;
+    using value_type = EditView;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const EditView*;
+    using reference = EditView;
+
+    Iterator(const Edits& edits, std::size_t index) : edits(&edits), index(index) {}
+
+    EditView operator*() const { return (*edits)[index]; }
+
+    Iterator& operator++() { return *this += 1; }
+    Iterator& operator--() { return *this += -1; }
+
+    Iterator& operator+=(difference_type count) {
+        index += static_cast<std::size_t>(count);
+        return *this;
+    }
+
+    difference_type operator-(const Iterator& other) const {
+        return static_cast<difference_type>(index - other.index);
+    }
+
+    bool operator==(const Iterator& other) const { return index == other.index; }
+
+private:
+    const Edits* edits;
+    std::size_t index;
 };
 
 /// The text after the edits.

@@ -23,25 +23,25 @@ bool isLineEnd(std::u16string_view text, std::size_t offset) {
 }
 
 /// Whether an edit takes all that is between two line ends, which are CRLF without it.
-bool joinsLineEnds(std::u16string_view text, const Edit& edit) {
+bool joinsLineEnds(std::u16string_view text, const EditView& edit) {
     return edit.text.empty() && edit.offset > 0 && text[edit.offset - 1] == u'\r' &&
            edit.getEnd() < text.size() && text[edit.getEnd()] == u'\n';
 }
 
 } // namespace
 
-bool LineEdgeEditor::accepts(std::u16string_view text, const Edit& edit) {
+bool LineEdgeEditor::accepts(std::u16string_view text, const EditView& edit) {
     return edit.getEnd() <= text.size() && isAllWhitespace(text.substr(edit.offset, edit.length)) &&
            isAllWhitespace(edit.text) && (isLineStart(text, edit.offset) || isLineEnd(text, edit.getEnd())) &&
            !joinsLineEnds(text, edit);
 }
 
-void LineEdgeEditor::add(Edit edit) {
+void LineEdgeEditor::add(const EditView& edit) {
     const bool isInOrder = edits.empty() || edits.back().getEnd() <= edit.offset;
     if (!isInOrder || !accepts(text, edit)) {
         throw std::logic_error("an edit would change more than whitespace at the edge of a line");
     }
-    edits.push_back(std::move(edit));
+    edits.add(edit);
 }
 
 } // namespace ombrel

@@ -17,18 +17,18 @@ public:
     explicit LineEdgeEditor(std::u16string_view text) : text(text) {}
 
     /// Whether an edit of the text is of this kind.
-    static bool accepts(std::u16string_view text, const Edit& edit);
+    static bool accepts(std::u16string_view text, const EditView& edit);
 
     /// Adds an edit after those before it. Throws std::logic_error if it is of another kind, or not after
     /// them.
-    void add(Edit edit);
+    void add(const EditView& edit);
 
     /// The edits so far. Call once.
-    Edits take() { return Edits(std::move(edits)); }
+    Edits take() { return std::move(edits); }
 
 private:
     std::u16string_view text;
-    std::vector<Edit> edits;
+    Edits edits;
 };
 
 } // namespace ombrel

@@ -60,7 +60,7 @@ private:
     /// Line ends that edits before a line add to the text, less those that they take out.
     std::int64_t countAddedLines(std::uint64_t line) const {
         std::int64_t count = 0;
-        for (const Edit& edit : edits) {
+        for (const EditView edit : edits) {
             if (findLine(text, edit.offset) >= line) {
                 break;
             }
@@ -90,7 +90,7 @@ bool isStable(const std::u16string& text, const Edits& edits, const FileOptions&
 
 Json makeJson(const Edits& edits, std::size_t shift) {
     Json json = Json::array();
-    for (const Edit& edit : edits) {
+    for (const EditView edit : edits) {
         json.push_back(
             {{"offset", edit.offset + shift}, {"length", edit.length}, {"text", encodeLossy(edit.text)}});
     }
