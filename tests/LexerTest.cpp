@@ -1,11 +1,14 @@
 #include "support/GoldenSuite.h"
 #include "support/TokenContractChecker.h"
 
+#include <ca/lexer/LineTokenizer.h>
 #include <ca/lexer/lex.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
+#include <tuple>
 
 // Golden files hold texts, one per line with its line ends escaped, and after each its tokens: as a lexeme, a
 // colon and a number. Blanks and the end of the input are left out, and a line end is written as it is
@@ -71,6 +74,37 @@ TEST(Lexer, TakesHalfCharactersAndControlCharacters) {
     EXPECT_EQ(describe(std::u16string(u"\0\xD800x", 3)), u" \\u0000\\uD800:87 x:27");
     EXPECT_EQ(describe(std::u16string(u"'\0'", 3)), u" '\\u0000':31");
     EXPECT_EQ(describe(u"$#_a \x01`"), u" $#_:87 a:27 \\u0001`:87");
+}
+
+TEST(LineTokenizer, LeavesOutOnlyUnwantedTokensInTheMiddleOfLongLines) {
+    std::u16string text = u"x = [1, 2]\n  x = ";
+    for (int i = 0; i < 30'000; ++i) {
+        text += i % 1'000 == 0 ? u"[1], " : u"1 + ";
+    }
+    using Place = std::tuple<std::size_t, TokenType, std::size_t>; // in the line, type, length
+    using Lines = std::vector<std::vector<Place>>;
+    const auto read = [&](ca::lexer::TokenFilter filter) {
+        Lines lines;
+        ca::lexer::LineTokenizer tokenizer(text, filter);
+        for (auto tokens = tokenizer.next(); !tokens.empty(); tokens = tokenizer.next()) {
+            lines.emplace_back();
+            std::size_t place = 0;
+            for (const auto& [type, length] : tokens) {
+                lines.back().emplace_back(place, type, length);
+                place += length;
+            }
+        }
+        return lines;
+    };
+    Lines all = read(nullptr);
+    const Lines some = read([](TokenType type) { return type == TokenType::OpenSquareBracket; });
+    EXPECT_EQ(some[0], all[0]);
+    EXPECT_LT(some[1].size(), 8'192U);
+    EXPECT_GT(all[1].size(), 100'000U);
+    std::erase_if(all[1], [third = all[1][2], end = *(all[1].end() - 3)](const Place& token) {
+        return third <= token && token < end && std::get<1>(token) != TokenType::OpenSquareBracket;
+    });
+    EXPECT_TRUE(std::includes(some[1].begin(), some[1].end(), all[1].begin(), all[1].end()));
 }
 
 /// Any sequence of pieces keeps the token contract, and a text is cut alike before a line that starts

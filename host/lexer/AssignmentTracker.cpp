@@ -36,8 +36,8 @@ bool isPartOfTarget(TokenType type) {
 } // namespace
 
 void AssignmentTracker::leaveFunction() {
-    if (scopes.size() > 1) {
-        scopes.pop_back();
+    if (names.isInFunction()) {
+        names.leaveFunction();
     }
 }
 
@@ -45,7 +45,7 @@ void AssignmentTracker::advance(TokenType type, std::u16string_view lexeme, std:
                                 bool startsStatement) {
     const bool opensInputs = awaitsInputs() && type == TokenType::OpenParenthesis;
     if (type == TokenType::Function) {
-        scopes.emplace_back();
+        names.enterFunction();
         phase = Phase::FunctionHead;
     } else if (type == keyword::For || type == keyword::Parfor) {
         phase = Phase::SingleName;
@@ -156,13 +156,13 @@ AssignmentTracker::Phase AssignmentTracker::takeHeadToken(TokenType type, std::u
 
 AssignmentTracker::Phase AssignmentTracker::assignTargets() {
     for (const std::u16string_view target : targets) {
-        scopes.back().add(target);
+        names.add(target);
     }
     return Phase::Idle;
 }
 
 AssignmentTracker::Phase AssignmentTracker::assign(std::u16string_view name, Phase next) {
-    scopes.back().add(name);
+    names.add(name);
     return next;
 }
 

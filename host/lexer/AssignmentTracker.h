@@ -17,8 +17,6 @@ namespace ca::lexer {
 /// of functions for their inputs and outputs, it also knows whether a head is complete.
 class AssignmentTracker {
 public:
-    AssignmentTracker() : scopes(1) {}
-
     /// Passes the next token of code. `depth` is the number of brackets open around it, a bracket itself not
     /// counted; `startsStatement` says that a statement may start with it.
     void take(TokenType type, std::u16string_view lexeme, std::size_t depth, bool startsStatement) {
@@ -37,7 +35,7 @@ public:
     /// After a function's `end`: back to the names of what is around it.
     void leaveFunction();
 
-    bool isAssigned(std::u16string_view name) { return scopes.back().contains(name); }
+    bool isAssigned(std::u16string_view name) { return names.contains(name); }
 
     /// True between a function's name and the next code. A `(` that is the next code opens the inputs,
     /// on a later line too.
@@ -81,7 +79,7 @@ private:
     Phase phase = Phase::Idle;
     TokenType previous = TokenType::EndOfInput; ///< token of code
     std::vector<std::u16string_view> targets;   ///< of this statement, if it turns out to be an assignment
-    std::vector<AssignedNames> scopes;
+    AssignedNames names;
 };
 
 } // namespace ca::lexer

@@ -17,7 +17,8 @@
 
 namespace ca::lexer {
 
-Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.size()) {
+Lexer::Lexer(const std::u16string& source, TokenFilter filter)
+    : text(source.c_str()), size(source.size()), filter(filter) {
     if (size > UINT32_MAX) {
         throw std::bad_alloc(); // lengths and places have 32 bits
     }
@@ -25,6 +26,7 @@ Lexer::Lexer(const std::u16string& source) : text(source.c_str()), size(source.s
 
 std::span<const TokenSpan> Lexer::nextLine() {
     line.clear();
+    longLineSize = 8'192;
     if (isAtEnd) {
         return {};
     }
@@ -89,6 +91,26 @@ void Lexer::emit(TokenType type, std::size_t end) {
     line.push_back({type, static_cast<std::uint32_t>(end - position)});
     lastToken = type;
     position = end;
+    if (line.size() == longLineSize && filter != nullptr) {
+        leaveOutMiddle();
+    }
+}
+
+/// The last three tokens may turn out to be the line's last three. If more than half of the tokens remain,
+/// the line may be twice as long before the next attempt.
+void Lexer::leaveOutMiddle() {
+    const auto first = line.begin() + 2;
+    const auto last = line.end() - 3;
+    auto kept = first;
+    for (auto token = first + 1; token != last; ++token) {
+        if (filter(kept->type) || filter(token->type)) {
+            *++kept = *token;
+        } else {
+            kept->length += token->length;
+        }
+    }
+    line.erase(kept + 1, last);
+    longLineSize *= line.size() > longLineSize / 2 ? 2 : 1;
 }
 
 /// The index after the line end at `index`; `index` itself at the end of the text.

@@ -24,7 +24,7 @@ namespace ca::lexer {
 /// for any text.
 class Lexer {
 public:
-    explicit Lexer(const std::u16string& source);
+    explicit Lexer(const std::u16string& source, TokenFilter filter = nullptr);
 
     /// As LineTokenizer::next().
     std::span<const TokenSpan> nextLine();
@@ -52,6 +52,7 @@ private:
     // Writing. Each makes a token of the text from `position` to `end` and moves there.
     void emit(TokenType type, std::size_t end);
     void emitCode(TokenType type, std::size_t end);
+    void leaveOutMiddle();
     void emitBlanks() {
         if (isBlank(at(position))) {
             emit(TokenType::Whitespace, skipBlanks(position));
@@ -108,9 +109,11 @@ private:
 
     const char16_t* text;
     std::size_t size;
+    TokenFilter filter; ///< as LineTokenizer's
     std::size_t position = 0;
-    std::vector<TokenSpan> line; ///< tokens of the line at hand
-    bool isAtEnd = false;        ///< the end of the text has been delivered
+    std::vector<TokenSpan> line;      ///< tokens of the line at hand
+    std::size_t longLineSize = 8'192; ///< tokens that a line may have before some are left out
+    bool isAtEnd = false;             ///< the end of the text has been delivered
 
     Brackets brackets;
     Blocks blocks;

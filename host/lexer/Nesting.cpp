@@ -5,8 +5,8 @@
 namespace ca::lexer {
 
 void Brackets::open(TokenType bracket) {
-    stack.push_back(bracket);
-    ++counts[getSlot(bracket)];
+    stack.push_back(getSlot(bracket));
+    ++counts[stack.back()];
 }
 
 void Brackets::close(TokenType closingBracket) {
@@ -14,12 +14,12 @@ void Brackets::close(TokenType closingBracket) {
     if (count(partner) == 0) {
         return;
     }
-    TokenType closed;
+    std::uint8_t closed;
     do {
         closed = stack.back();
-        --counts[getSlot(closed)];
+        --counts[closed];
         stack.pop_back();
-    } while (closed != partner);
+    } while (closed != getSlot(partner));
 }
 
 void Brackets::pass(TokenType token) {

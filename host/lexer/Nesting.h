@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -64,11 +65,12 @@ private:
     std::size_t count(TokenType bracket) const { return counts[getSlot(bracket)]; }
 
     /// Opening brackets have every other number from 37, each one less than its partner.
-    static std::size_t getSlot(TokenType openBracket) {
-        return static_cast<std::size_t>(openBracket) - static_cast<std::size_t>(TokenType::OpenParenthesis);
+    static std::uint8_t getSlot(TokenType openBracket) {
+        return static_cast<std::uint8_t>(static_cast<int>(openBracket) -
+                                         static_cast<int>(TokenType::OpenParenthesis));
     }
 
-    std::vector<TokenType> stack;
+    std::vector<std::uint8_t> stack; ///< slots
     std::array<std::size_t, 5> counts{};
 };
 

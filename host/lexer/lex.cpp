@@ -57,7 +57,8 @@ std::vector<Token> lex(const std::u16string& text) {
     return makeTokens(text, lexSpans(text));
 }
 
-LineTokenizer::LineTokenizer(const std::u16string& text) : lexer(std::make_unique<Lexer>(text)) {}
+LineTokenizer::LineTokenizer(const std::u16string& text, TokenFilter filter)
+    : lexer(std::make_unique<Lexer>(text, filter)) {}
 
 LineTokenizer::~LineTokenizer() = default;
 

@@ -95,7 +95,7 @@ private:
     }
 
     void process(std::string bytes) {
-        const auto source = decode(bytes);
+        auto source = decode(bytes);
         if (source && result.measures) {
             result.measures->byteCount = bytes.size();
             result.measures->lineCount = countLines(source->text);
@@ -105,7 +105,7 @@ private:
         } else if (arguments.checkSyntax) {
             checkSyntax(source->text);
         } else {
-            formatBytes(std::move(bytes), *source);
+            formatBytes(std::move(bytes), *std::move(source));
         }
     }
 
@@ -115,32 +115,37 @@ private:
         report(checked ? Problems{} : checked.error(), text);
     }
 
-    void formatBytes(std::string bytes, const DecodedText& source) {
+    void formatBytes(std::string bytes, DecodedText source) {
         if (!arguments.bugReport.empty()) {
             result.failure.reset(new FailedText{bytes, getLines(source.text), {}});
         }
+        const Edits edits = findEdits(source);
+        std::u16string().swap(source.text); // the result needs its memory
+        if (edits.empty()) {
+            deliverUnchanged(std::move(bytes)); // an editor that replaces its text by this loses nothing
+        } else {
+            deliverChanged(bytes, edits);
+        }
+    }
+
+    /// None if the text stays as it is, be it because of an error.
+    Edits findEdits(const DecodedText& source) {
         const Suppression suppression = findSuppression(source.text);
         report(suppression.warnings, source.text);
         if (suppression.isWholeFile) {
-            deliverUnchanged(std::move(bytes));
-            return;
+            return {};
         }
-        const auto edits = layOut(source.text, suppression);
+        auto edits = layOut(source.text, suppression);
         if (!edits) {
             report(edits.error(), source.text);
-            deliverUnchanged(std::move(bytes)); // an editor that replaces its text by this loses nothing
-            return;
+            return {};
         }
-        if (edits->empty()) {
-            deliverUnchanged(std::move(bytes));
-            return;
-        }
-        if (job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
+        if (!edits->empty() && job.wantsFirstChangedLine && (arguments.check || arguments.diff)) {
             const Stopwatch::Lap lap(getWatch(Stage::Reporting));
             outcome.changes = describeChanges(source, *edits);
             outcome.firstChangedLine = outcome.changes.front().begin.line;
         }
-        deliverChanged(bytes, *edits);
+        return *std::move(edits);
     }
 
     Result<Edits> layOut(const std::u16string& text, const Suppression& suppression) {

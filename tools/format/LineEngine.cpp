@@ -49,7 +49,7 @@ Problem makeProblem(const RunawayIndentation& runaway) {
 /// LegacyFormatter::checkForFunctionEnds() of all tokens of the text.
 bool hasFunctionEnds(const std::u16string& text, const LegacyFormatter& formatter) {
     FunctionEndFinder finder(formatter);
-    ca::lexer::LineTokenizer tokenizer(text);
+    ca::lexer::LineTokenizer tokenizer(text, changesNesting);
     for (Spans line = tokenizer.next(); !line.empty(); line = tokenizer.next()) {
         if (std::any_of(line.begin(), line.end(),
                         [&finder](const auto& token) { return finder.isFunctionEnd(token.type); })) {
@@ -87,7 +87,7 @@ public:
           rangeEnd(ranges.end()), region(suppression.regions.begin()), regionEnd(suppression.regions.end()) {}
 
     void run() {
-        ca::lexer::LineTokenizer tokenizer(text);
+        ca::lexer::LineTokenizer tokenizer(text, changesNesting);
         for (Spans tokens = tokenizer.next(); !tokens.empty(); tokens = tokenizer.next()) {
             // The line of a block comment that ends the text comes with the text's end, which is a line too.
             const bool isTwo = tokens.size() > 1 && endsLine(tokens[tokens.size() - 2].type);

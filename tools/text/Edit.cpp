@@ -69,12 +69,6 @@ std::size_t getInsertedLength(const Edits& edits) {
 
 } // namespace
 
-EditView Edits::operator[](std::size_t i) const {
-    const Record& record = edits[i];
-    return {record.offset, record.length,
-            std::u16string_view(texts).substr(record.textBegin, record.textLength)};
-}
-
 Edits::Iterator Edits::begin() const {
     return {*this, 0};
 }

@@ -53,7 +53,11 @@ public:
 
     bool empty() const { return edits.empty(); }
     std::size_t size() const { return edits.size(); }
-    EditView operator[](std::size_t i) const;
+    EditView operator[](std::size_t i) const {
+        const Record& record = edits[i];
+        return {record.offset, record.length,
+                std::u16string_view(texts).substr(record.textBegin, record.textLength)};
+    }
     EditView front() const { return (*this)[0]; }
     EditView back() const { return (*this)[size() - 1]; }
     Iterator begin() const;

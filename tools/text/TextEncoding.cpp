@@ -174,6 +174,7 @@ tl::expected<DecodedText, DecodingError> decode(std::string_view bytes) {
     if (result.hasByteOrderMark) {
         bytes.remove_prefix(byteOrderMark.size());
     }
+    result.text.reserve(bytes.size()); // at most; a text that grew would be in memory twice
     const std::size_t nul = bytes.find('\0');
     if (nul != std::string_view::npos || !appendDecoded(result.text, bytes, -1)) {
         const std::string_view before = bytes.substr(0, nul);
