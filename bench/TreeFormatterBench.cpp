@@ -8,6 +8,8 @@
 
 #include "support/TestConfig.h"
 
+#include "entry/formatInParts.h"
+#include "format/SpanReader.h"
 #include "pass/FormatPass.h"
 
 #include <ca/Analyzer.h>
@@ -50,12 +52,13 @@ void measureWhole(benchmark::State& state, const std::string& family, const std:
             [&] { benchmark::DoNotOptimize(FormatPass(std::make_shared<FormatTree>(text), config).run()); });
 }
 
-/// What the tools do: one parse, whose tokens the tree shares, and comment lines aligned.
+/// What the tools do: the text is parsed once and formatted in parts, and comment lines are aligned.
 void measureTyped(benchmark::State& state, const std::string& family, const std::u16string& text) {
     const auto config = makeConfig(everything);
     measure(state, family, text, [&] {
-        const auto tree = std::make_shared<FormatTree>(parseSource(text), CommentLines::Aligned);
-        benchmark::DoNotOptimize(FormatPass(tree, config).run());
+        const ParsedSource source = parseProgram(text);
+        ombrel::SpanReader reader(text, *source.analysis->getTokenSpans());
+        benchmark::DoNotOptimize(formatSource({source, nullptr, CommentLines::Aligned, &reader}, config));
     });
 }
 
@@ -76,6 +79,7 @@ constexpr Stage ordinaryStages[] = {
 
 constexpr Stage nastyStages[] = {
     {"whole_everything", measureWhole<everything>},
+    {"typed_everything", measureTyped},
     {"whole_single_lines", measureWhole<singleLines>},
 };
 

@@ -1,6 +1,7 @@
 #include "support/TreeProperties.h"
 
 #include "entry/formatInParts.h"
+#include "format/SpanReader.h"
 #include "support/ClaimChecker.h"
 #include "support/TreeBuilder.h"
 #include "support/TreeInvariantChecker.h"
@@ -48,27 +49,10 @@ std::size_t countLeaves(const FormatTree& tree) {
     return count;
 }
 
-class ListReader final : public TokenReader {
-public:
-    explicit ListReader(const std::u16string& text) : list(ca::lexer::lex(text)) {}
-
-    void read(std::size_t position, Tokens& tokens) override {
-        for (; next < list.size() && offset <= position; ++next) {
-            offset += list[next].lexeme.size();
-            tokens.push_back(list[next]);
-        }
-    }
-
-private:
-    Tokens list;
-    std::size_t next = 0;
-    std::size_t offset = 0;
-};
-
 /// The shortest part is a statement.
 std::u16string formatByStatements(const std::u16string& text, const TestOptions& options) {
     const auto analysis = ca::createSingleFileAnalyzer()->parseSourceCode(text);
-    ListReader reader(text);
+    ombrel::SpanReader reader(text, *analysis->getTokenSpans());
     return formatInParts(*analysis, reader, CommentLines::AsWritten, makeConfig(options), 1);
 }
 

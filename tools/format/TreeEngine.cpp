@@ -7,6 +7,7 @@
 #include "format/GapRules.h"
 #include "format/LineRanges.h"
 #include "format/RowIndentation.h"
+#include "format/SpanReader.h"
 #include "format/SyntaxCheck.h"
 #include "format/SyntaxContext.h"
 #include "format/TreeSafetyCheck.h"
@@ -44,28 +45,11 @@ Problem makeProblem(const ca::config::ConfigIssue& issue) {
             fmt::format("the tree formatter doesn't take these options: {}", encodeLossy(message))};
 }
 
-class SpanReader final : public ca::formatting::TokenReader {
-public:
-    explicit SpanReader(const ParsedText& source) : text(source.text), rest(source.getTokens()) {}
-
-    void read(std::size_t position, ca::formatting::Tokens& tokens) override {
-        for (; !rest.empty() && place.position <= position; rest = rest.subspan(1)) {
-            tokens.push_back(ca::lexer::makeToken(text, rest.front(), place));
-            place.pass(text, rest.front());
-        }
-    }
-
-private:
-    std::u16string_view text;
-    std::span<const ca::lexer::TokenSpan> rest;
-    ca::lexer::TokenPlace place; ///< of the first that is left
-};
-
 /// What the formatter makes of the text, or why it makes nothing of it.
 Formatted callFormatter(const ParsedText& source, const Config& config, const TreeFormatter& formatter) {
     using ca::config::ConfigIssue;
     try {
-        SpanReader reader(source);
+        SpanReader reader(source.text, source.getTokens());
         auto result = formatter({source.parsed, config, ca::formatting::CommentLines::Aligned, &reader});
         if (const auto* issues = std::get_if<std::vector<ConfigIssue>>(&result)) {
             return fail(makeProblem(issues->front()));
