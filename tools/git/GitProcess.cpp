@@ -14,29 +14,35 @@
 namespace ombrel {
 
 // A repository that somebody else made must not be able to run a program through us. These are the keys of
-// git's configuration that can name one, and why none of them is run here:
+// git's configuration that can name one, and why none of them is run here.
 //
-// core.fsmonitor                                      set to false for every command
-// core.hooksPath, and the folder hooks/               hooks are looked for in /dev/null
-// hook.*.command                                      disableDrivers()
-// filter.*.clean, .smudge, .process                   disableDrivers()
-// diff.*.command, .textconv, diff.external            disableDrivers(), and --no-ext-diff and --no-textconv
-// core.sshCommand, core.gitProxy, core.askPass,       only for connections, and there are none:
-// credential.helper, credential.*.helper,             GIT_ALLOW_PROTOCOL allows a protocol that doesn't
-// exist, remote.*.uploadpack, .receivepack, .vcs, url.*,     whatever protocol.*.allow says. Without this,
-// reading an uploadpack.packObjectsHook, imap.tunnel,            object that extensions.partialClone promises
-// elsewhere core.alternateRefsCommand, ssh.variant              would fetch it core.pager, pager.*
-// --no-pager, and our end of its output is no terminal core.editor, sequence.editor only for commands that
-// write commits or tags alias.*                                             never looked up for the names of
-// git's own commands gpg.program, gpg.*.program,                         only where signatures are made or
-// shown gpg.ssh.defaultKeyCommand merge.*.driver, mergetool.*, merge.tool             only in merges of
-// contents; "apply" gets no --3way submodule.*.update                                  only in "submodule";
-// --ignore-submodules=all keeps git
-//                                                     from asking submodules, which have their own settings
-// gc.recentObjectsHook, gc.auto, maintenance.*        only after fetching and committing
-// difftool.*, interactive.diffFilter, trailer.*,      only in the commands of these names
-// sendemail.*, browser.*, man.*, instaweb.*,
-// guitool.*, tar.*.command, receive.*, init.templateDir
+// Switched off for every command:
+//
+// - core.fsmonitor: set to false
+// - core.hooksPath, and the folder hooks/: hooks are looked for in /dev/null
+// - core.pager, pager.*: --no-pager, and our end of git's output is no terminal
+// - filter.*.clean, .smudge, .process; diff.*.command, .textconv; hook.*.command: disableDrivers()
+// - diff.external: --no-ext-diff and --no-textconv
+//
+// Only for connections, and there are none, since GIT_ALLOW_PROTOCOL allows a protocol that doesn't exist,
+// whatever protocol.*.allow says; else reading an object that extensions.partialClone promises elsewhere
+// would fetch it:
+//
+// - core.sshCommand, ssh.variant, core.gitProxy, core.askPass, credential.helper, credential.*.helper
+// - remote.*.uploadpack, .receivepack, .vcs; url.*; uploadpack.packObjectsHook; imap.tunnel
+// - core.alternateRefsCommand
+//
+// Only in commands that aren't used here:
+//
+// - core.editor, sequence.editor: those that write commits or tags
+// - alias.*: never looked up for the names of git's own commands
+// - gpg.program, gpg.*.program, gpg.ssh.defaultKeyCommand: those that make or show signatures
+// - merge.*.driver, mergetool.*, merge.tool: merges of contents; "apply" gets no --3way
+// - submodule.*.update: "submodule". --ignore-submodules=all keeps git from asking submodules, which have
+//   their own settings
+// - gc.recentObjectsHook, gc.auto, maintenance.*: after fetching and committing
+// - difftool.*, interactive.diffFilter, trailer.*, sendemail.*, browser.*, man.*, instaweb.*, guitool.*,
+//   tar.*.command, receive.*, init.templateDir: the commands of these names
 //
 // The user's own configuration is switched off in the same way, since git doesn't tell the two apart.
 
