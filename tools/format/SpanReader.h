@@ -3,6 +3,7 @@
 #include <ca/formatting/TreeFormat.h>
 #include <ca/lexer/TokenSpan.h>
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -15,13 +16,26 @@ public:
         : text(text), rest(spans) {}
 
     void read(std::size_t position, ca::formatting::Tokens& tokens) override {
-        for (; !rest.empty() && place.position <= position; rest = rest.subspan(1)) {
-            tokens.push_back(ca::lexer::makeToken(text, rest.front(), place));
-            place.pass(text, rest.front());
+        const std::size_t count = countUpTo(position);
+        tokens.reserve(tokens.size() + count);
+        for (const ca::lexer::TokenSpan& span : rest.first(count)) {
+            tokens.push_back(ca::lexer::makeToken(text, span, place));
+            place.pass(text, span);
         }
+        rest = rest.subspan(count);
     }
 
 private:
+    std::size_t countUpTo(std::size_t position) const {
+        std::size_t count = 0;
+        std::size_t begin = place.position;
+        while (count < rest.size() && begin <= position) {
+            begin += rest[count].length;
+            ++count;
+        }
+        return count;
+    }
+
     std::u16string_view text;
     std::span<const ca::lexer::TokenSpan> rest;
     ca::lexer::TokenPlace place; ///< of the first that is left
