@@ -50,7 +50,7 @@ ExitStatus print(const PrintedText& printed) {
 /// library does by default, takes an eighth of the line engine's time.
 void tuneMemory() {
 #ifdef __GLIBC__
-    ::mallopt(M_TRIM_THRESHOLD, 16 << 20); // bytes that each thread keeps
+    ::mallopt(M_TRIM_THRESHOLD, 64 << 20); // bytes that each thread keeps
     ::mallopt(M_MMAP_THRESHOLD, 32 << 20);
     ::mallopt(M_MXFAST, 0);
 #endif
