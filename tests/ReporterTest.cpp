@@ -7,6 +7,7 @@
 #include "reports/JsonReporter.h"
 #include "reports/RdjsonReporter.h"
 #include "reports/SarifReporter.h"
+#include "reports/XmlText.h"
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,13 @@ TEST(Reporter, WritesEveryForm) {
     std::ostringstream human;
     HumanReporter reporter(human, human, {Color::Off, true, false, true, true});
     expectGolden("report.human", report(reporter, human));
+}
+
+TEST(Reporter, XmlHasOnlyWhatItMayContain) {
+    EXPECT_EQ(
+        escapeXml("<a b=\"c\">&\t\r\n\x01\xEF\xBF\xBE\xFF\xF0\x9F\x99\x82\xE2\x80\xAE"),
+        "&lt;a "
+        "b=&quot;c&quot;&gt;&amp;&#9;&#13;&#10;\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xF0\x9F\x99\x82&#x202E;");
 }
 
 /// Reports are merged by way of JSON, so JSON has to have all that is in any other form.
