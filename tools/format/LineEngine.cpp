@@ -91,10 +91,8 @@ public:
         for (Spans tokens = tokenizer.next(); !tokens.empty(); tokens = tokenizer.next()) {
             // The line of a block comment that ends the text comes with the text's end, which is a line too.
             const bool isTwo = tokens.size() > 1 && endsLine(tokens[tokens.size() - 2].type);
-            if (isTwo && !takeLine(tokens.first(tokens.size() - 1))) {
-                return;
-            }
-            if (!takeLine(isTwo ? tokens.last(1) : tokens)) {
+            if ((isTwo && !takeLine(tokens.first(tokens.size() - 1))) ||
+                !takeLine(isTwo ? tokens.last(1) : tokens)) {
                 return;
             }
         }

@@ -100,7 +100,8 @@ std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
         result += edit.text;
         done = edit.getEnd();
     }
-    return result += text.substr(done);
+    result += text.substr(done);
+    return result;
 }
 
 std::string applyEdits(std::string_view bytes, const Edits& edits) {
@@ -114,7 +115,8 @@ std::string applyEdits(std::string_view bytes, const Edits& edits) {
         appendEncoded(result, edit.text);
         done = walk.moveTo(edit.getEnd());
     }
-    return result += bytes.substr(done);
+    result += bytes.substr(done);
+    return result;
 }
 
 std::vector<ByteEdit> makeByteEdits(std::string_view bytes, const Edits& edits) {
