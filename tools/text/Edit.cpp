@@ -59,14 +59,6 @@ private:
     std::size_t units = 0; ///< the same place in 16-bit characters
 };
 
-std::size_t getInsertedLength(const Edits& edits) {
-    std::size_t length = 0;
-    for (const EditView edit : edits) {
-        length += edit.text.size();
-    }
-    return length;
-}
-
 } // namespace
 
 Edits::Iterator Edits::begin() const {
@@ -84,6 +76,7 @@ void Edits::add(const EditView& edit) {
     const bool isLikeLast = texts.compare(lastText, common, edit.text.substr(0, common)) == 0;
     lastText = isLikeLast ? lastText : texts.size();
     texts += edit.text.substr(isLikeLast ? common : 0);
+    insertedLength += edit.text.size();
     if (std::max(edit.getEnd(), texts.size()) > UINT32_MAX) {
         throw std::bad_alloc();
     }
@@ -93,7 +86,7 @@ void Edits::add(const EditView& edit) {
 
 std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
     std::u16string result;
-    result.reserve(text.size() + getInsertedLength(edits));
+    result.reserve(text.size() + edits.getInsertedLength());
     std::size_t done = 0;
     for (const EditView edit : edits) {
         result += text.substr(done, edit.offset - done);
@@ -106,7 +99,7 @@ std::u16string applyEdits(std::u16string_view text, const Edits& edits) {
 
 std::string applyEdits(std::string_view bytes, const Edits& edits) {
     std::string result;
-    result.reserve(bytes.size() + getInsertedLength(edits));
+    result.reserve(bytes.size() + edits.getInsertedLength());
     std::size_t done = 0;
     Utf8Walk walk(bytes);
     for (const EditView edit : edits) {

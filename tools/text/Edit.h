@@ -60,6 +60,10 @@ public:
     }
     EditView front() const { return (*this)[0]; }
     EditView back() const { return (*this)[size() - 1]; }
+
+    /// The length of all their texts together.
+    std::size_t getInsertedLength() const { return insertedLength; }
+
     Iterator begin() const;
     Iterator end() const;
 
@@ -80,6 +84,7 @@ private:
     std::deque<Record> edits;
     std::u16string texts;
     std::size_t lastText = 0; ///< where the last of them begins
+    std::size_t insertedLength = 0;
 };
 
 /// Goes from edit to edit in either direction. `->` is missing, since there is no object to point at.
