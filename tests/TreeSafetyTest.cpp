@@ -163,8 +163,10 @@ TEST(TreeSafetyCheck, TakesNoStackForDeepTrees) {
 
 /// A formatter that changes nothing.
 TreeFormatResult echo(const TreeFormatRequest& request) {
+    Tokens tokens;
+    request.reader->read(SIZE_MAX, tokens);
     std::u16string text;
-    for (const ca::lexer::Token& token : *request.source.tokens) {
+    for (const ca::lexer::Token& token : tokens) {
         text += token.lexeme;
     }
     return text;
@@ -176,6 +178,8 @@ Problems getProblems(const std::u16string& text, const TreeFormatter& formatter)
 }
 
 TEST(TreeEngine, ReportsWhatKeepsATextFromBeingFormatted) {
+    EXPECT_TRUE(getProblems(u"a;\r%{\rb\r%}\r\n!ls", echo).empty());
+
     const auto errors = getProblems(u"x = ;\r\nif a\n", echo);
     ASSERT_EQ(errors.size(), 2u);
     EXPECT_EQ(errors[0].code, Code::UnexpectedText);

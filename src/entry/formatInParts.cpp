@@ -58,6 +58,7 @@ std::u16string formatInParts(const ca::AnalysisResult& analysis, TokenReader& re
         FormatPass pass(tree, config, column);
         text += pass.run();
         column = pass.getEndColumn(*tree->getLastLeaf());
+        // Nothing asks the tree for its tokens any more.
         tokens->erase(tokens->begin(), tokens->begin() + static_cast<std::ptrdiff_t>(tree->getTokenCount()));
     }
     return text;

@@ -22,7 +22,8 @@ constexpr std::size_t usualPartLength = 65536;
 
 /// Formats an analyzed text part by part, as a FormatPass over the tree of the whole text would. The tree of
 /// a part and its tokens end before the next one is made, so what a long text takes for them depends on its
-/// longest statement. A part has `partLength` 16-bit characters or less, if its only statement isn't longer.
+/// longest statement. The last statement of a part begins less than `partLength` 16-bit characters after the
+/// first one, and may be longer than that.
 std::u16string formatInParts(const ca::AnalysisResult& analysis, TokenReader& reader,
                              CommentLines commentLines, const std::shared_ptr<FormattingConfig>& config,
                              std::size_t partLength = usualPartLength);

@@ -20,8 +20,9 @@ namespace ca::formatting {
 
 enum class CommentLines : std::uint8_t;
 
-/// Claims the tokens of a file from left to right and makes the leaves of them, each in the level of
-/// indentation that is entered at the time. Which token becomes what is for a derived class to know.
+/// Claims the tokens of a file, or of a part of it, from left to right and makes the leaves of them, each in
+/// the level of indentation that is entered at the time. Which token becomes what is for a derived class to
+/// know.
 class NodeBuilder {
 public:
     using TokenTypes = std::initializer_list<ca::lexer::TokenType>;
@@ -42,7 +43,7 @@ public:
     std::size_t getTokenCount() const { return tokenIndex; }
 
 protected:
-    /// There must be one left; the last is `EndOfInput`.
+    /// There must be one left.
     TokenNode* takeToken();
 
     /// Makes one node, of the class given or of one for comments, of all that comes next and is no code or
@@ -56,7 +57,7 @@ protected:
         return make<NodeClass>(arguments..., currentIndentNode, taken.classified);
     }
 
-    /// Type of the next token of code. `EndOfInput`, which is one, comes last.
+    /// Type of the next token of code. There must be one left: `EndOfInput` is one.
     ca::lexer::TokenType peekType() const;
 
     ContainerNode* makeContainer(FormattingConfig::ContainerKind kind, std::span<TextNode* const> children) {
