@@ -56,6 +56,15 @@ TEST(LineFormatter, KeepsItsPropertiesOnAllExamples) {
     }
 }
 
+TEST(LineFormatter, KeepsItsPropertiesWhereABlockCommentEndsTheText) {
+    for (const std::u16string text :
+         {u"if a\n  %{\n b  ", u"if a\r\n%{\r\n  b\r\n  %}", u"%{", u"a %\r%{\r"}) {
+        for (const LineOptions& options : makeOptionSets()) {
+            expectProperties(text, options, showGoldenText(text));
+        }
+    }
+}
+
 // The library makes one line end of a CR and an LF that were only kept apart by the whitespace of a blank
 // line.
 TEST(LineFormatter, KeepsLineEndsApartInTheEngine) {
