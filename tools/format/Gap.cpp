@@ -1,5 +1,6 @@
 #include "format/Gap.h"
 
+#include "format/TokenKinds.h"
 #include "text/Whitespace.h"
 
 namespace ombrel {
@@ -108,10 +109,6 @@ bool isLayout(char16_t c) {
 
 bool isLineOfBlock(TokenType type) {
     return TokenType::BlockCommentOpen <= type && type <= TokenType::BlockCommentClose;
-}
-
-bool isSeparator(TokenType type) {
-    return type == TokenType::Semicolon || type == TokenType::Comma;
 }
 
 GapList::GapList(const std::u16string& text, Tokens tokens) : text(text), tokens(tokens) {

@@ -118,7 +118,4 @@ bool isLayout(char16_t c);
 /// Whether a token is a line of a block comment.
 bool isLineOfBlock(ca::lexer::TokenType type);
 
-/// Whether a token is neither code nor a comment: `,` or `;`.
-bool isSeparator(ca::lexer::TokenType type);
-
 } // namespace ombrel

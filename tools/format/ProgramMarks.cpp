@@ -1,5 +1,6 @@
 #include "format/ProgramMarks.h"
 
+#include "format/TokenKinds.h"
 #include "text/LineSplitter.h"
 #include "text/Whitespace.h"
 
@@ -12,8 +13,7 @@ namespace {
 using ca::lexer::TokenType;
 
 bool isMark(TokenType type) {
-    const bool isSeparator = type == TokenType::Semicolon || type == TokenType::Comma;
-    return !isSeparator && (!ca::lexer::isWhitespace(type) || ca::lexer::isComment(type));
+    return !isSeparator(type) && (!ca::lexer::isWhitespace(type) || ca::lexer::isComment(type));
 }
 
 TokenType getCommentType(const TokenView& token) {

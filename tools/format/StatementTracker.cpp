@@ -28,10 +28,6 @@ TokenType getOpening(TokenType closing) {
     }
 }
 
-bool isSeparator(const Token& token) {
-    return token.type == TokenType::Comma || token.type == TokenType::Semicolon;
-}
-
 bool isCode(const Token& token) {
     return !token.isWhitespace() && token.type != TokenType::EndOfInput;
 }
@@ -74,7 +70,7 @@ void StatementTracker::takeCode(const Token& token) {
         givenUp = true;
     }
     isLineStart = false;
-    if (isSeparator(token) && brackets.empty()) {
+    if (isSeparator(token.type) && brackets.empty()) {
         end();
         return;
     }
@@ -110,7 +106,7 @@ bool StatementSearch::take(const Token& token) {
         end = codeEnd;
         return false;
     }
-    if (isCode(token) && (hasBegun || !isSeparator(token))) {
+    if (isCode(token) && (hasBegun || !isSeparator(token.type))) {
         if (!hasBegun && closesPart(token.type)) {
             return false;
         }

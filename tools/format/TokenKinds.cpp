@@ -40,6 +40,10 @@ bool isSign(TokenType type) {
     return type == TokenType::PlusMinusOperator51 || type == TokenType::PlusMinusOperator52;
 }
 
+bool isSeparator(TokenType type) {
+    return type == TokenType::Semicolon || type == TokenType::Comma;
+}
+
 bool isShellLine(TokenType type) {
     return type == TokenType::Unmeasured33;
 }

@@ -28,6 +28,9 @@ bool endsOperand(ca::lexer::TokenType type);
 /// `+` or `-`.
 bool isSign(ca::lexer::TokenType type);
 
+/// A comma or a semicolon, which is neither code nor a comment.
+bool isSeparator(ca::lexer::TokenType type);
+
 /// A line for the shell, which reaches to its end.
 bool isShellLine(ca::lexer::TokenType type);
 
